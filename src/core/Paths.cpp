@@ -1,0 +1,206 @@
+#include "Paths.h"
+
+#include <QChar>
+
+namespace {
+
+constexpr char16_t escapeBase = 0xDC00;
+
+bool isEscape(char16_t c) { return c >= 0xDC80 && c <= 0xDCFF; }
+
+// Length of the valid UTF-8 sequence starting at p[0], or 0 when it is invalid
+// (bad lead byte, bad continuation, overlong form, surrogate, beyond U+10FFFF).
+qsizetype validSequenceLength(const unsigned char *p, qsizetype left)
+{
+    const unsigned char b0 = p[0];
+    if (b0 < 0x80)
+        return 1;
+    auto cont = [&](qsizetype i) { return i < left && (p[i] & 0xC0) == 0x80; };
+    if (b0 >= 0xC2 && b0 <= 0xDF)
+        return cont(1) ? 2 : 0;
+    if (b0 >= 0xE0 && b0 <= 0xEF) {
+        if (!cont(1) || !cont(2))
+            return 0;
+        if (b0 == 0xE0 && p[1] < 0xA0)
+            return 0; // overlong
+        if (b0 == 0xED && p[1] >= 0xA0)
+            return 0; // UTF-16 surrogate
+        return 3;
+    }
+    if (b0 >= 0xF0 && b0 <= 0xF4) {
+        if (!cont(1) || !cont(2) || !cont(3))
+            return 0;
+        if (b0 == 0xF0 && p[1] < 0x90)
+            return 0; // overlong
+        if (b0 == 0xF4 && p[1] >= 0x90)
+            return 0; // beyond U+10FFFF
+        return 4;
+    }
+    return 0;
+}
+
+QString decode(QByteArrayView path, bool lossless)
+{
+    if (path.isEmpty())
+        return {};
+    if (QUtf8StringView(path.data(), path.size()).isValidUtf8())
+        return QString::fromUtf8(path.data(), path.size());
+    QString out;
+    out.reserve(path.size());
+    const auto *p = reinterpret_cast<const unsigned char *>(path.data());
+    const qsizetype n = path.size();
+    qsizetype i = 0;
+    while (i < n) {
+        qsizetype run = i;
+        qsizetype len = 0;
+        while (run < n && (len = validSequenceLength(p + run, n - run)) > 0)
+            run += len;
+        if (run > i)
+            out += QString::fromUtf8(path.data() + i, run - i);
+        if (run < n) {
+            out += lossless ? QChar(char16_t(escapeBase + p[run])) : QChar(QChar::ReplacementCharacter);
+            ++run;
+        }
+        i = run;
+    }
+    return out;
+}
+
+QByteArray nfc(QByteArrayView bytes)
+{
+    return QString::fromUtf8(bytes.data(), bytes.size()).normalized(QString::NormalizationForm_C).toUtf8();
+}
+
+} // namespace
+
+namespace Paths {
+
+bool isAscii(QByteArrayView bytes)
+{
+    for (char c : bytes)
+        if (static_cast<unsigned char>(c) >= 0x80)
+            return false;
+    return true;
+}
+
+QString toText(QByteArrayView path) { return decode(path, true); }
+
+QString toDisplay(QByteArrayView path) { return decode(path, false); }
+
+QByteArray fromText(const QString &text)
+{
+    const char16_t *u = reinterpret_cast<const char16_t *>(text.utf16());
+    const qsizetype n = text.size();
+    bool escaped = false;
+    for (qsizetype i = 0; i < n && !escaped; ++i)
+        escaped = isEscape(u[i]);
+    if (!escaped)
+        return text.toUtf8();
+
+    QByteArray out;
+    out.reserve(n);
+    qsizetype start = 0;
+    for (qsizetype i = 0; i < n; ++i) {
+        // A low surrogate right after a high one is half of a real character.
+        const bool paired = i > 0 && QChar::isHighSurrogate(u[i - 1]);
+        if (isEscape(u[i]) && !paired) {
+            out += QStringView(u + start, i - start).toUtf8();
+            out += char(u[i] - escapeBase);
+            start = i + 1;
+        }
+    }
+    out += QStringView(u + start, n - start).toUtf8();
+    return out;
+}
+
+QByteArray comparable(QByteArrayView path)
+{
+    if (isAscii(path) || !QUtf8StringView(path.data(), path.size()).isValidUtf8())
+        return path.toByteArray();
+    return nfc(path);
+}
+
+bool equal(QByteArrayView a, QByteArrayView b)
+{
+    if (a == b)
+        return true;
+    if (isAscii(a) && isAscii(b))
+        return false;
+    return comparable(a) == comparable(b);
+}
+
+bool startsWith(QByteArrayView path, QByteArrayView prefix)
+{
+    if (path.startsWith(prefix))
+        return true;
+    if (isAscii(path) && isAscii(prefix))
+        return false;
+    return QByteArrayView(comparable(path)).startsWith(comparable(prefix));
+}
+
+bool isWithin(QByteArrayView path, QByteArrayView dir) { return equal(path, dir) || isBelow(path, dir); }
+
+namespace {
+bool isBelowBytes(QByteArrayView path, QByteArrayView dir)
+{
+    if (dir.endsWith('/'))
+        return path.size() > dir.size() && path.startsWith(dir);
+    return path.size() > dir.size() + 1 && path.startsWith(dir) && path[dir.size()] == '/';
+}
+} // namespace
+
+bool isBelow(QByteArrayView path, QByteArrayView dir)
+{
+    if (isBelowBytes(path, dir))
+        return true;
+    if (isAscii(path) && isAscii(dir))
+        return false;
+    return isBelowBytes(comparable(path), comparable(dir));
+}
+
+QByteArray lastComponent(QByteArrayView path)
+{
+    if (path == "/")
+        return QByteArrayLiteral("/");
+    QByteArrayView p = path;
+    while (p.size() > 1 && p.endsWith('/'))
+        p.chop(1);
+    const qsizetype slash = p.lastIndexOf('/');
+    return (slash < 0 ? p : p.sliced(slash + 1)).toByteArray();
+}
+
+QByteArray parentOf(QByteArrayView path)
+{
+    QByteArrayView p = path;
+    while (p.size() > 1 && p.endsWith('/'))
+        p.chop(1);
+    if (p == "/" || p.isEmpty())
+        return {};
+    const qsizetype slash = p.lastIndexOf('/');
+    if (slash < 0)
+        return {};
+    if (slash == 0)
+        return QByteArrayLiteral("/");
+    return p.first(slash).toByteArray();
+}
+
+QByteArray join(QByteArrayView dir, QByteArrayView name)
+{
+    QByteArray out;
+    out.reserve(dir.size() + name.size() + 1);
+    out.append(dir);
+    if (!dir.endsWith('/'))
+        out.append('/');
+    out.append(name);
+    return out;
+}
+
+QByteArrayView extension(QByteArrayView name)
+{
+    const qsizetype dot = name.lastIndexOf('.');
+    if (dot <= 0)
+        return {};
+    return name.sliced(dot + 1);
+}
+
+} // namespace Paths

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QString>
+
+// The path type of the whole engine.
+//
+// A path is the exact sequence of bytes the operating system gave us, held in a
+// QByteArray. Nothing in the engine decodes it to text: a name with invalid UTF-8,
+// a newline or 255 bytes travels from the scanner through the selection to the
+// removal unchanged. Text is made only at the edge:
+//
+//  * toText() is lossless. Valid UTF-8 decodes as usual; every byte that is not
+//    part of a valid sequence becomes the lone low surrogate U+DC80 + byte (the
+//    "surrogateescape" scheme). fromText() reverses it exactly, so a path can go
+//    into QML, JSON or the preferences as a QString and come back as the same bytes.
+//  * toDisplay() is for people: the escaped bytes show as U+FFFD. Never feed it back.
+//
+// Comparisons follow canonical Unicode equivalence where the bytes are valid UTF-8
+// ("e" + combining acute equals "é"); anything else compares byte for byte. Pure
+// ASCII skips normalisation entirely.
+namespace Paths {
+
+QString toText(QByteArrayView path);
+QByteArray fromText(const QString &text);
+QString toDisplay(QByteArrayView path);
+
+// The form under which paths are compared and hashed: NFC for valid non-ASCII
+// UTF-8, the bytes themselves otherwise. Two paths are equal exactly when their
+// comparable forms are equal byte for byte.
+QByteArray comparable(QByteArrayView path);
+
+bool equal(QByteArrayView a, QByteArrayView b);
+// Textual prefix test under canonical equivalence.
+bool startsWith(QByteArrayView path, QByteArrayView prefix);
+// True when `path` is `dir` itself or lies below it. A "/" is added to `dir`
+// unless it ends in one, so "/a/bc" is not within "/a/b".
+bool isWithin(QByteArrayView path, QByteArrayView dir);
+// True when `path` lies strictly below `dir`.
+bool isBelow(QByteArrayView path, QByteArrayView dir);
+
+// Last component; "/" for the root, the whole text when it has no slash.
+QByteArray lastComponent(QByteArrayView path);
+// The folder holding `path`: "/" for a child of the root, empty for "/" itself.
+QByteArray parentOf(QByteArrayView path);
+// `dir` + "/" + `name`, with no doubled slash when `dir` is "/".
+QByteArray join(QByteArrayView dir, QByteArrayView name);
+// The extension of a name as a view into it: what follows the last dot, empty when
+// there is no dot or only a leading one ("file" and ".profile" have none).
+QByteArrayView extension(QByteArrayView name);
+
+bool isAscii(QByteArrayView bytes);
+
+} // namespace Paths

@@ -1,0 +1,155 @@
+#include "TestMain.h"
+
+#include "core/Fmt.h"
+
+#include <QDateTime>
+#include <QLocale>
+
+#include <limits>
+
+class TestFmt : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates)); }
+
+    void bytes_data()
+    {
+        QTest::addColumn<qint64>("count");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("0") << qint64(0) << QStringLiteral("Zero kB");
+        QTest::newRow("1") << qint64(1) << QStringLiteral("1 byte");
+        QTest::newRow("2") << qint64(2) << QStringLiteral("2 bytes");
+        QTest::newRow("999") << qint64(999) << QStringLiteral("999 bytes");
+        QTest::newRow("1000") << qint64(1000) << QStringLiteral("1 kB");
+        QTest::newRow("1499") << qint64(1499) << QStringLiteral("1 kB");
+        QTest::newRow("1500") << qint64(1500) << QStringLiteral("2 kB");
+        QTest::newRow("999,499") << qint64(999499) << QStringLiteral("999 kB");
+        QTest::newRow("999,500") << qint64(999500) << QStringLiteral("1 MB");
+        QTest::newRow("1,050,000") << qint64(1050000) << QStringLiteral("1.1 MB");
+        QTest::newRow("1,234,567") << qint64(1234567) << QStringLiteral("1.2 MB");
+        QTest::newRow("2,000,000") << qint64(2000000) << QStringLiteral("2 MB");
+        QTest::newRow("999,949,999") << qint64(999949999) << QStringLiteral("999.9 MB");
+        QTest::newRow("999,950,000") << qint64(999950000) << QStringLiteral("1 GB");
+        QTest::newRow("10^9") << qint64(1000000000) << QStringLiteral("1 GB");
+        QTest::newRow("1,234,567,890") << qint64(1234567890) << QStringLiteral("1.23 GB");
+        QTest::newRow("1,205,000,000") << qint64(1205000000) << QStringLiteral("1.21 GB");
+        QTest::newRow("1,200,000,000") << qint64(1200000000) << QStringLiteral("1.2 GB");
+        QTest::newRow("999,995,000,000") << qint64(999995000000) << QStringLiteral("1 TB");
+        QTest::newRow("10^15") << qint64(1000000000000000) << QStringLiteral("1 PB");
+        QTest::newRow("int64 max") << std::numeric_limits<qint64>::max() << QStringLiteral("9.22 EB");
+        QTest::newRow("-1500") << qint64(-1500) << QStringLiteral("-2 kB");
+        QTest::newRow("int64 min") << std::numeric_limits<qint64>::min() << QStringLiteral("-9.22 EB");
+    }
+
+    void bytes()
+    {
+        QFETCH(qint64, count);
+        QFETCH(QString, text);
+        QCOMPARE(Fmt::bytes(count), text);
+    }
+
+    void bytesFollowTheLocale()
+    {
+        QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+        QCOMPARE(Fmt::bytes(1234567), QStringLiteral("1,2 MB"));
+        QCOMPARE(Fmt::bytes(1234567890), QStringLiteral("1,23 GB"));
+        QCOMPARE(Fmt::bytes(3000), QStringLiteral("3 kB"));
+    }
+
+    void duration_data()
+    {
+        QTest::addColumn<double>("seconds");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("0") << 0.0 << QStringLiteral("0.0s");
+        QTest::newRow("0.4") << 0.4 << QStringLiteral("0.4s");
+        QTest::newRow("0.25 tie to even down") << 0.25 << QStringLiteral("0.2s");
+        QTest::newRow("0.35 tie to even up") << 0.35 << QStringLiteral("0.4s");
+        QTest::newRow("0.0999 truncated to ms") << 0.0999 << QStringLiteral("0.1s");
+        QTest::newRow("0.9996 stays below a second") << 0.9996 << QStringLiteral("1.0s");
+        QTest::newRow("1.0") << 1.0 << QStringLiteral("1s");
+        QTest::newRow("1.5 rounds away") << 1.5 << QStringLiteral("2s");
+        QTest::newRow("45") << 45.0 << QStringLiteral("45s");
+        QTest::newRow("59.6 rounds first") << 59.6 << QStringLiteral("1m");
+        QTest::newRow("125") << 125.0 << QStringLiteral("2m 5s");
+        QTest::newRow("180") << 180.0 << QStringLiteral("3m");
+        QTest::newRow("hour in minutes") << 3725.0 << QStringLiteral("62m 5s");
+    }
+
+    void duration()
+    {
+        QFETCH(double, seconds);
+        QFETCH(QString, text);
+        QCOMPARE(Fmt::duration(seconds), text);
+    }
+
+    void percent_data()
+    {
+        QTest::addColumn<double>("fraction");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("0") << 0.0 << QStringLiteral("0%");
+        QTest::newRow("0.034") << 0.034 << QStringLiteral("3.4%");
+        QTest::newRow("0.0999") << 0.0999 << QStringLiteral("10.0%");
+        QTest::newRow("0.1") << 0.1 << QStringLiteral("10%");
+        QTest::newRow("0.25") << 0.25 << QStringLiteral("25%");
+        QTest::newRow("1") << 1.0 << QStringLiteral("100%");
+        QTest::newRow("tiny") << 0.0001 << QStringLiteral("0.0%");
+    }
+
+    void percent()
+    {
+        QFETCH(double, fraction);
+        QFETCH(QString, text);
+        QCOMPARE(Fmt::percent(fraction), text);
+    }
+
+    void displayName()
+    {
+        const QByteArray home("/Users/sample");
+        QCOMPARE(Fmt::displayName("/", Platform::macOS, home), QStringLiteral("Macintosh HD"));
+        QCOMPARE(Fmt::displayName("/", Platform::linux, home), QStringLiteral("File System"));
+        QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+        QCOMPARE(Fmt::displayName("/", Platform::macOS, home), QStringLiteral("Macintosh HD"));
+        QCOMPARE(Fmt::displayName(home, Platform::macOS, home), QStringLiteral("Home"));
+        QCOMPARE(Fmt::displayName("/Users/sample/Movies", Platform::macOS, home), QStringLiteral("Movies"));
+        QCOMPARE(Fmt::displayName("/Volumes/Backup", Platform::linux, home), QStringLiteral("Backup"));
+        QCOMPARE(Fmt::displayName("/x/caf\xe9", Platform::linux, home), QStringLiteral("caf\ufffd"));
+        // The running system's own home.
+        QCOMPARE(Fmt::displayName(Platform::homeDirectory()), QStringLiteral("Home"));
+    }
+
+    void relativeDate_data()
+    {
+        QTest::addColumn<qint64>("offset");
+        QTest::addColumn<QString>("text");
+        constexpr qint64 day = 86400;
+        QTest::newRow("now") << qint64(0) << QStringLiteral("now");
+        QTest::newRow("1 s") << qint64(-1) << QStringLiteral("1 second ago");
+        QTest::newRow("30 s") << qint64(-30) << QStringLiteral("30 seconds ago");
+        QTest::newRow("1 min") << qint64(-61) << QStringLiteral("1 minute ago");
+        QTest::newRow("5 h") << qint64(-5 * 3600) << QStringLiteral("5 hours ago");
+        QTest::newRow("yesterday") << -day << QStringLiteral("yesterday");
+        QTest::newRow("2 days") << -2 * day << QStringLiteral("2 days ago");
+        QTest::newRow("last week") << -8 * day << QStringLiteral("last week");
+        QTest::newRow("2 weeks") << -15 * day << QStringLiteral("2 weeks ago");
+        QTest::newRow("last month") << -40 * day << QStringLiteral("last month");
+        QTest::newRow("5 months") << -160 * day << QStringLiteral("5 months ago");
+        QTest::newRow("last year") << -400 * day << QStringLiteral("last year");
+        QTest::newRow("3 years") << -3 * 366 * day << QStringLiteral("3 years ago");
+        QTest::newRow("in 1 hour") << qint64(3600) << QStringLiteral("in 1 hour");
+        QTest::newRow("tomorrow") << day << QStringLiteral("tomorrow");
+        QTest::newRow("in 3 days") << 3 * day << QStringLiteral("in 3 days");
+    }
+
+    void relativeDate()
+    {
+        QFETCH(qint64, offset);
+        QFETCH(QString, text);
+        const double now = double(QDateTime(QDate(2026, 6, 15), QTime(12, 0)).toSecsSinceEpoch());
+        QCOMPARE(Fmt::relativeDate(now + double(offset), now), text);
+    }
+};
+
+SORVEL_TEST(TestFmt);
+#include "tst_fmt.moc"
