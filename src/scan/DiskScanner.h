@@ -1,0 +1,33 @@
+#pragma once
+
+#include "core/CancelToken.h"
+#include "core/ScanOptions.h"
+#include "core/ScanRecords.h"
+#include "core/ScanResult.h"
+
+#include <QByteArray>
+
+#include <functional>
+
+// One walk of a directory tree into a ScanResult, the measuring of one path, and
+// the canonical form of paths. No instances; everything is static.
+namespace DiskScanner {
+
+// Called on the scanning worker with each published snapshot; it must itself get
+// the record to the main thread.
+using ProgressCallback = std::function<void(const ScanProgress &)>;
+
+// Walks `root` on the calling thread (a background worker). Returns null when
+// cancelled, when the walk could not start, or when the root is no directory.
+// FileItem ids start at `firstID`; the result's lastID is one past the last.
+ScanResultPtr scan(const QByteArray &root, const ScanOptions &options, qint64 firstID, const CancelTokenPtr &token,
+                   const ProgressCallback &progress);
+
+// Allocated size and file count below a path. `token` may be null.
+DiskUsage usage(const QByteArray &of, const CancelTokenPtr &token = {});
+
+// The canonical form of a path: "~" expanded, "." and ".." and empty pieces
+// resolved textually, no trailing slash. Touches no file system, resolves no link.
+QByteArray normalize(QByteArrayView path);
+
+} // namespace DiskScanner
