@@ -37,7 +37,7 @@ void runInBackground(QObject *receiver, QThread::Priority priority, Work work, D
 
 bool isDirectory(const QByteArray &path)
 {
-    struct stat st{};
+    struct stat st {};
     return ::stat(path.constData(), &st) == 0 && S_ISDIR(st.st_mode);
 }
 
@@ -135,9 +135,7 @@ QList<JunkLocation> CleanupModel::visibleLocations() const
     for (const JunkLocation &location : m_locations) {
         const auto it = m_measurements.constFind(location.id);
         if (it != m_measurements.cend()) {
-            // An empty readable location is hidden; an empty unreadable one
-            // stays, since it needs access.
-            if (it->exists && !(it->size <= 0 && it->readable))
+            if (JunkLocation::isWorthShowing(*it))
                 out << location;
         } else if (!location.existingPaths().isEmpty()) {
             out << location;
@@ -193,17 +191,7 @@ void CleanupModel::loadContents(bool force, const JunkLocation &location)
     m_loadingContents.insert(id);
     emit loadingContentsChanged();
     runInBackground(
-        this, QThread::NormalPriority,
-        [location] {
-            QList<JunkEntry> entries;
-            for (const QByteArray &target : location.targets()) {
-                const DiskUsage usage = DiskScanner::usage(target);
-                entries.append({target, usage.exists ? usage.size : 0, isDirectory(target)});
-            }
-            std::stable_sort(entries.begin(), entries.end(),
-                             [](const JunkEntry &a, const JunkEntry &b) { return a.size > b.size; });
-            return entries;
-        },
+        this, QThread::NormalPriority, [location] { return location.entries(); },
         [this, id](QList<JunkEntry> entries) {
             m_contents.insert(id, entries);
             emit contentsChanged();

@@ -17,13 +17,13 @@ QString tr(const char *text) { return QCoreApplication::translate("JunkLocation"
 
 bool exists(const QByteArray &path)
 {
-    struct stat st{};
+    struct stat st {};
     return ::stat(path.constData(), &st) == 0;
 }
 
 bool isDirectory(const QByteArray &path)
 {
-    struct stat st{};
+    struct stat st {};
     return ::stat(path.constData(), &st) == 0 && S_ISDIR(st.st_mode);
 }
 
@@ -76,10 +76,10 @@ QList<JunkLocation> macOSCatalogue(const QByteArray &home)
     list << row("logs", QT_TRANSLATE_NOOP("JunkLocation", "Logs"),
                 QT_TRANSLATE_NOOP("JunkLocation", "Diagnostic logs written by apps and services."),
                 "doc.text.magnifyingglass", R::safe, K::contents, {home + "/Library/Logs"});
-    list << row("derived", QT_TRANSLATE_NOOP("JunkLocation", "Xcode DerivedData"),
-                QT_TRANSLATE_NOOP("JunkLocation",
-                                  "Build products and indexes. Xcode regenerates them on the next build."),
-                "hammer", R::safe, K::contents, {dev + "/Xcode/DerivedData"});
+    list << row(
+        "derived", QT_TRANSLATE_NOOP("JunkLocation", "Xcode DerivedData"),
+        QT_TRANSLATE_NOOP("JunkLocation", "Build products and indexes. Xcode regenerates them on the next build."),
+        "hammer", R::safe, K::contents, {dev + "/Xcode/DerivedData"});
     QByteArrayList support;
     for (const char *platform : {"iOS", "watchOS", "tvOS", "visionOS", "macOS"})
         support << dev + "/Xcode/" + platform + " DeviceSupport";
@@ -94,12 +94,13 @@ QList<JunkLocation> macOSCatalogue(const QByteArray &home)
                 QT_TRANSLATE_NOOP("JunkLocation", "Archived app builds. They contain the dSYMs needed to symbolicate "
                                                   "crash reports of shipped versions."),
                 "shippingbox", R::caution, K::contents, {dev + "/Xcode/Archives"});
-    list << row("pkgcaches", QT_TRANSLATE_NOOP("JunkLocation", "Package Manager Caches"),
-                QT_TRANSLATE_NOOP("JunkLocation",
-                                  "Downloaded packages from npm, pnpm, Yarn, Gradle and Cargo. Re-downloaded on demand."),
-                "shippingbox.circle", R::safe, K::item,
-                {home + "/.npm/_cacache", home + "/Library/pnpm/store", home + "/.yarn/berry/cache",
-                 home + "/.gradle/caches", home + "/.cargo/registry/cache"});
+    list << row(
+        "pkgcaches", QT_TRANSLATE_NOOP("JunkLocation", "Package Manager Caches"),
+        QT_TRANSLATE_NOOP("JunkLocation",
+                          "Downloaded packages from npm, pnpm, Yarn, Gradle and Cargo. Re-downloaded on demand."),
+        "shippingbox.circle", R::safe, K::item,
+        {home + "/.npm/_cacache", home + "/Library/pnpm/store", home + "/.yarn/berry/cache", home + "/.gradle/caches",
+         home + "/.cargo/registry/cache"});
     auto installers = row("installers", QT_TRANSLATE_NOOP("JunkLocation", "Installers in Downloads"),
                           QT_TRANSLATE_NOOP("JunkLocation", "Disk images and installer packages (.dmg, .pkg, .iso, "
                                                             ".xip) left over after installing apps."),
@@ -137,8 +138,7 @@ QList<JunkLocation> linuxCatalogue(const QByteArray &home)
     list << row("browsers", QT_TRANSLATE_NOOP("JunkLocation", "Browser Caches"),
                 QT_TRANSLATE_NOOP("JunkLocation", "Pages and media that web browsers keep to load sites faster. Quit "
                                                   "the browser first; it fetches them again as you browse."),
-                "globe", R::caution, K::contents,
-                {cache + "/mozilla", cache + "/chromium", cache + "/google-chrome"});
+                "globe", R::caution, K::contents, {cache + "/mozilla", cache + "/chromium", cache + "/google-chrome"});
 
     // Flatpak apps keep their caches in a folder of their own each.
     QByteArrayList flatpak;
@@ -164,10 +164,9 @@ QList<JunkLocation> linuxCatalogue(const QByteArray &home)
     auto installers = row("installers", QT_TRANSLATE_NOOP("JunkLocation", "Installers in Downloads"),
                           QT_TRANSLATE_NOOP("JunkLocation", "Software packages and disk images (.deb, .rpm, .flatpak, "
                                                             ".snap, .iso) left over after installing apps."),
-                          "arrow.down.circle", R::caution, K::matching,
-                          {Xdg::userDir(home, "DOWNLOAD", "Downloads")});
-    installers.extensions = {"deb", "rpm",  "flatpak", "flatpakref", "flatpakrepo", "snap",
-                             "iso", "dmg",  "pkg",     "mpkg",       "xip"};
+                          "arrow.down.circle", R::caution, K::matching, {Xdg::userDir(home, "DOWNLOAD", "Downloads")});
+    installers.extensions = {"deb", "rpm", "flatpak", "flatpakref", "flatpakrepo", "snap",
+                             "iso", "dmg", "pkg",     "mpkg",       "xip"};
     list << installers;
     return list;
 }
@@ -237,4 +236,20 @@ DiskUsage JunkLocation::measure() const
     sum.exists = !existing.isEmpty();
     sum.readable = readable;
     return sum;
+}
+
+QList<JunkEntry> JunkLocation::entries() const
+{
+    QList<JunkEntry> out;
+    for (const QByteArray &target : targets()) {
+        const DiskUsage usage = DiskScanner::usage(target);
+        out.append({target, usage.exists ? usage.size : 0, isDirectory(target)});
+    }
+    std::stable_sort(out.begin(), out.end(), [](const JunkEntry &a, const JunkEntry &b) { return a.size > b.size; });
+    return out;
+}
+
+bool JunkLocation::isWorthShowing(const DiskUsage &measured)
+{
+    return measured.exists && !(measured.size <= 0 && measured.readable);
 }

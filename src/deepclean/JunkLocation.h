@@ -66,6 +66,13 @@ struct JunkLocation {
     // The sum over the location; see the implementation for which paths are
     // walked whole and which one by one.
     DiskUsage measure() const;
+    // Each target with its size (0 when it vanished), largest first; equal
+    // sizes keep the listing order.
+    QList<struct JunkEntry> entries() const;
+
+    // Whether a measured location is worth a row: it exists and holds
+    // something, or it cannot be read (and needs access).
+    static bool isWorthShowing(const DiskUsage &measured);
 };
 
 // One line of a location's expanded listing.

@@ -53,7 +53,7 @@ void openPathForOthers(const QByteArray &path)
 {
     QByteArray p = path;
     while (!p.isEmpty() && p != "/") {
-        struct stat st{};
+        struct stat st {};
         if (::stat(p.constData(), &st) == 0 && S_ISDIR(st.st_mode))
             ::chmod(p.constData(), (st.st_mode & 07777) | S_IXOTH | S_IROTH);
         const qsizetype slash = p.lastIndexOf('/');

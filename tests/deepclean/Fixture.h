@@ -45,7 +45,7 @@ public:
 
     static qint64 allocated(const QByteArray &path)
     {
-        struct stat st{};
+        struct stat st {};
         return ::lstat(path.constData(), &st) == 0 ? qint64(st.st_blocks) * 512 : 0;
     }
 
