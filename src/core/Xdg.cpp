@@ -17,23 +17,15 @@ QByteArray base(QByteArrayView home, const char *variable, QByteArrayView fallba
     return Paths::join(home, fallback);
 }
 
-// The value of one user-dirs.dirs line: a shell-quoted string with "$HOME" and
-// backslash escapes.
-QByteArray unquote(QByteArrayView raw, QByteArrayView home)
+// Removes shell backslash escapes from a user-dirs.dirs value.
+QByteArray unescape(QByteArrayView text)
 {
-    QByteArrayView v = raw.trimmed();
-    if (v.size() < 2 || !v.startsWith('"') || !v.endsWith('"'))
-        return {};
-    v = v.sliced(1, v.size() - 2);
     QByteArray out;
-    if (v.startsWith("$HOME")) {
-        out = home.toByteArray();
-        v = v.sliced(5);
-    }
-    for (qsizetype i = 0; i < v.size(); ++i) {
-        if (v[i] == '\\' && i + 1 < v.size())
+    out.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i] == '\\' && i + 1 < text.size())
             ++i;
-        out += v[i];
+        out.append(text[i]);
     }
     return out;
 }
@@ -47,30 +39,45 @@ QByteArray configHome(QByteArrayView home) { return base(home, "XDG_CONFIG_HOME"
 QByteArray cacheHome(QByteArrayView home) { return base(home, "XDG_CACHE_HOME", ".cache"); }
 QByteArray stateHome(QByteArrayView home) { return base(home, "XDG_STATE_HOME", ".local/state"); }
 
+QList<std::pair<QByteArray, QByteArray>> readUserDirs(const QByteArray &file, QByteArrayView home)
+{
+    QList<std::pair<QByteArray, QByteArray>> dirs;
+    QFile in(QFile::decodeName(file));
+    if (!in.open(QIODevice::ReadOnly))
+        return dirs;
+    const QByteArray text = in.read(1 << 20);
+    for (const QByteArray &raw : text.split('\n')) {
+        const QByteArrayView line = QByteArrayView(raw).trimmed();
+        if (!line.startsWith("XDG_") || !line.contains('='))
+            continue;
+        const qsizetype eq = line.indexOf('=');
+        const QByteArrayView name = line.first(eq).trimmed();
+        const QByteArrayView value = line.sliced(eq + 1).trimmed();
+        if (!name.endsWith("_DIR") || name.size() <= 8 || value.size() < 2 || !value.startsWith('"') ||
+            !value.endsWith('"'))
+            continue;
+        const QByteArray path = unescape(value.sliced(1, value.size() - 2));
+        QByteArray dir;
+        if (path == "$HOME" || path.startsWith("$HOME/"))
+            dir = home.toByteArray() + path.sliced(5);
+        else if (path.startsWith('/'))
+            dir = path;
+        else
+            continue; // no other form is defined
+        while (dir.size() > 1 && dir.endsWith('/'))
+            dir.chop(1);
+        dirs.append({name.sliced(4, name.size() - 8).toByteArray(), dir});
+    }
+    return dirs;
+}
+
 QHash<QByteArray, QByteArray> userDirs(QByteArrayView home)
 {
     QHash<QByteArray, QByteArray> dirs;
-    QFile file(QFile::decodeName(Paths::join(configHome(home), "user-dirs.dirs")));
-    if (!file.open(QIODevice::ReadOnly))
-        return dirs;
-    const QByteArray content = file.read(64 * 1024);
-    for (const QByteArray &raw : content.split('\n')) {
-        const QByteArrayView line = QByteArrayView(raw).trimmed();
-        if (line.isEmpty() || line.startsWith('#'))
-            continue;
-        const qsizetype eq = line.indexOf('=');
-        if (eq < 0)
-            continue;
-        QByteArrayView name = line.first(eq).trimmed();
-        if (!name.startsWith("XDG_") || !name.endsWith("_DIR") || name.size() <= 8)
-            continue;
-        name = name.sliced(4, name.size() - 8);
-        QByteArray value = unquote(line.sliced(eq + 1), home);
-        while (value.size() > 1 && value.endsWith('/'))
-            value.chop(1);
-        if (!value.startsWith('/') || Paths::equal(value, home))
-            continue;
-        dirs.insert(name.toByteArray(), value);
+    for (const auto &[key, dir] : readUserDirs(Paths::join(configHome(home), "user-dirs.dirs"), home)) {
+        // Pointing at the home folder itself is how a folder is switched off.
+        if (!Paths::equal(dir, home))
+            dirs.insert(key, dir);
     }
     return dirs;
 }

@@ -2,6 +2,9 @@
 
 #include <QByteArray>
 #include <QHash>
+#include <QList>
+
+#include <utility>
 
 // The freedesktop.org base and user folders, as bytes.
 //
@@ -16,6 +19,12 @@ QByteArray dataHome(QByteArrayView home);   // $XDG_DATA_HOME or ~/.local/share
 QByteArray configHome(QByteArrayView home); // $XDG_CONFIG_HOME or ~/.config
 QByteArray cacheHome(QByteArrayView home);  // $XDG_CACHE_HOME or ~/.cache
 QByteArray stateHome(QByteArrayView home);  // $XDG_STATE_HOME or ~/.local/state
+
+// The entries of a user-dirs.dirs file in file order, as (key, folder): lines
+// XDG_NAME_DIR="$HOME/sub" or XDG_NAME_DIR="/absolute" with shell backslash
+// escapes; keys lose the XDG_ prefix and _DIR suffix. Other forms are skipped.
+// Folders are absolute but not otherwise normalised.
+QList<std::pair<QByteArray, QByteArray>> readUserDirs(const QByteArray &file, QByteArrayView home);
 
 // The user folders of user-dirs.dirs in the config folder, by key without the
 // XDG_ prefix and _DIR suffix ("DOWNLOAD", "MUSIC", ...). Values are absolute;

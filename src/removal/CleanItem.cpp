@@ -1,6 +1,9 @@
 #include "CleanItem.h"
 
 #include "core/Paths.h"
+#include "safety/RiskCatalog.h"
+
+#include <QCoreApplication>
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -79,6 +82,18 @@ CleanItem CleanItem::artifact(const DevArtifact &artifact)
     item.heat = 1.0;
     item.source = Source::deepClean;
     return item;
+}
+
+Risk CleanItem::risk() const
+{
+    if (isJunk()) {
+        if (heat >= 1.0)
+            return {Risk::Level::safe, QCoreApplication::translate("CleanItem", "Cache"),
+                    QCoreApplication::translate("CleanItem", "Rebuilt automatically")};
+        return {Risk::Level::caution, QCoreApplication::translate("CleanItem", "Look first"),
+                QCoreApplication::translate("CleanItem", "Usually fine to remove. Check what's inside first")};
+    }
+    return RiskCatalog::assess(id, kind != Kind::file, kind == Kind::artifact, size);
 }
 
 QByteArray CleanItem::toJson() const

@@ -1,13 +1,12 @@
 #pragma once
 
 #include "core/ScanRecords.h"
+#include "safety/Risk.h"
 
 #include <QByteArray>
 #include <QString>
 
 #include <optional>
-
-struct Risk;
 
 // One selected thing: a file or folder by its path, or a Deep Clean location by
 // "junk:" + its id. A value, equal over all seven fields, identified by `id`.
@@ -52,6 +51,10 @@ struct CleanItem {
 
     static constexpr QByteArrayView junkPrefix = "junk:";
     bool isJunk() const { return kind == Kind::junk; }
+
+    // The verdict shown for the item. A junk item is judged by its heat alone
+    // (its id is no path); anything else by the risk catalogue.
+    Risk risk() const;
 
     // An item for a developer artefact: named "parent · last".
     static CleanItem artifact(const DevArtifact &artifact);

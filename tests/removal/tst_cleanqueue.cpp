@@ -252,6 +252,23 @@ private slots:
         QVERIFY2(!CleanItem::fromJson(json), json.constData());
     }
 
+    void risks()
+    {
+        CleanItem junk = item("junk:caches", Kind::junk, Source::deepClean);
+        junk.heat = 1.0;
+        QCOMPARE(junk.risk().level, Risk::Level(Risk::Level::safe));
+        QCOMPARE(junk.risk().title, QStringLiteral("Cache"));
+        junk.heat = 0.6;
+        QCOMPARE(junk.risk().level, Risk::Level(Risk::Level::caution));
+        QCOMPARE(junk.risk().why, QStringLiteral("Usually fine to remove. Check what's inside first"));
+        // An id that looks protected is still judged by heat for junk...
+        QCOMPARE(item("junk:/usr/bin/ls", Kind::junk).risk().level, Risk::Level(Risk::Level::caution));
+        // ...while a path goes through the catalogue.
+        QCOMPARE(item("/usr/bin/ls", Kind::file).risk().level, Risk::Level(Risk::Level::locked));
+        const CleanItem build = CleanItem::artifact({"/home/u/src/app/node_modules", QStringLiteral("node_modules"), 9, 1});
+        QCOMPARE(build.risk().level, Risk::Level(Risk::Level::safe));
+    }
+
     void artifactItem()
     {
         const CleanItem i = CleanItem::artifact({"/p/App/node_modules", QStringLiteral("node_modules"), 500, 12});
