@@ -265,7 +265,8 @@ private slots:
         QCOMPARE(item("junk:/usr/bin/ls", Kind::junk).risk().level, Risk::Level(Risk::Level::caution));
         // ...while a path goes through the catalogue.
         QCOMPARE(item("/usr/bin/ls", Kind::file).risk().level, Risk::Level(Risk::Level::locked));
-        const CleanItem build = CleanItem::artifact({"/home/u/src/app/node_modules", QStringLiteral("node_modules"), 9, 1});
+        const CleanItem build =
+            CleanItem::artifact({"/home/u/src/app/node_modules", QStringLiteral("node_modules"), 9, 1});
         QCOMPARE(build.risk().level, Risk::Level(Risk::Level::safe));
     }
 
