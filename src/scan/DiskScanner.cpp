@@ -108,13 +108,30 @@ struct PackageAccumulator {
     qint64 count = 0;
 };
 
-// The lower-cased extension of a folder name, for the package test.
-QByteArray folderExtension(QByteArrayView name)
+// The package category of a folder name, or nothing when its extension marks no
+// package. Runs once per folder: ASCII extensions are lower-cased on the stack.
+std::optional<FileCategory> packageCategory(QByteArrayView name)
 {
+    constexpr qsizetype longest = 15; // well above the longest package extension
     const QByteArrayView ext = Paths::extension(name);
-    if (Paths::isAscii(ext))
-        return ext.toByteArray().toLower();
-    return QString::fromUtf8(ext.data(), ext.size()).toLower().toUtf8();
+    if (ext.isEmpty() || ext.size() > longest * 4)
+        return std::nullopt;
+    if (Paths::isAscii(ext)) {
+        if (ext.size() > longest)
+            return std::nullopt;
+        char lower[longest];
+        for (qsizetype i = 0; i < ext.size(); ++i)
+            lower[i] = (ext[i] >= 'A' && ext[i] <= 'Z') ? char(ext[i] - 'A' + 'a') : ext[i];
+        const QByteArrayView folded(lower, ext.size());
+        if (!FileCategory::isPackageExtension(folded))
+            return std::nullopt;
+        return FileCategory::classify(folded);
+    }
+    // Full case folding, so that a non-ASCII letter lowering to ASCII still counts.
+    const QByteArray folded = QString::fromUtf8(ext.data(), ext.size()).toLower().toUtf8();
+    if (!FileCategory::isPackageExtension(folded))
+        return std::nullopt;
+    return FileCategory::classify(folded);
 }
 
 struct FtsCloser {
@@ -228,14 +245,16 @@ void Walk::enterDirectory(FTS *fts, FTSENT *entry)
     }
     ++m_totalDirs;
 
-    if (level > 0 && m_packagesAsFiles && FileCategory::isPackageExtension(folderExtension(name))) {
+    const std::optional<FileCategory> packageKind =
+        level > 0 && m_packagesAsFiles ? packageCategory(name) : std::nullopt;
+    if (packageKind) {
         PackageAccumulator package;
         package.path = pathOf(entry).toByteArray();
         package.name = name.toByteArray();
         package.level = level;
         package.modified = modifiedOf(*entry->fts_statp);
         package.accessed = accessedOf(*entry->fts_statp);
-        package.category = FileCategory::classify(folderExtension(name));
+        package.category = *packageKind;
         if (level == 1) {
             m_discovered.append(DiscoveredEntry{package.path, package.name, 0, false, QString(), true});
             m_open = m_discovered.size() - 1;
