@@ -1,6 +1,7 @@
 #include "DiskScanner.h"
 
 #include "DevArtifactRule.h"
+#include "TreeWalk.h"
 #include "core/FileCategory.h"
 #include "core/Paths.h"
 #include "core/Platform.h"
@@ -15,7 +16,6 @@
 #include <unordered_set>
 #include <vector>
 
-#include <fts.h>
 #include <pwd.h>
 #include <sys/stat.h>
 
@@ -134,20 +134,8 @@ std::optional<FileCategory> packageCategory(QByteArrayView name)
     return FileCategory::classify(folded);
 }
 
-struct FtsCloser {
-    void operator()(FTS *fts) const { fts_close(fts); }
-};
-using FtsHandle = std::unique_ptr<FTS, FtsCloser>;
-
-FtsHandle openWalk(const QByteArray &root, int options)
-{
-    QByteArray rootCopy = root; // fts wants a mutable, NUL-terminated array
-    char *const argv[] = {rootCopy.data(), nullptr};
-    return FtsHandle(fts_open(argv, options, nullptr));
-}
-
-QByteArrayView nameOf(const FTSENT *entry) { return QByteArrayView(entry->fts_name, qsizetype(entry->fts_namelen)); }
-QByteArrayView pathOf(const FTSENT *entry) { return QByteArrayView(entry->fts_path, qsizetype(entry->fts_pathlen)); }
+using WalkEntry = TreeWalk::Entry;
+using WalkKind = TreeWalk::Kind;
 
 // The state of one walk. Everything lives for one call and on one thread.
 class Walk
@@ -169,11 +157,11 @@ private:
 
     bool cancelled() const { return m_token && m_token->isCancelled(); }
     void publish();
-    void noteUnreadable(const FTSENT *entry);
-    void enterDirectory(FTS *fts, FTSENT *entry);
-    void leaveDirectory(const FTSENT *entry);
+    void noteUnreadable(const WalkEntry &entry);
+    void enterDirectory(TreeWalk &walk, const WalkEntry &entry);
+    void leaveDirectory(const WalkEntry &entry);
     void finishPackage(int level);
-    void addFile(const FTSENT *entry);
+    void addFile(const WalkEntry &entry);
 
     const SkipSet m_skips;
     const qint64 m_threshold;
@@ -223,23 +211,23 @@ void Walk::publish()
     m_sincePublished.start();
 }
 
-void Walk::noteUnreadable(const FTSENT *entry)
+void Walk::noteUnreadable(const WalkEntry &entry)
 {
     ++m_unreadable;
     if (m_samples.size() < sampleLimit)
-        m_samples.append(pathOf(entry).toByteArray());
+        m_samples.append(entry.path.toByteArray());
 }
 
-void Walk::enterDirectory(FTS *fts, FTSENT *entry)
+void Walk::enterDirectory(TreeWalk &walk, const WalkEntry &entry)
 {
     if (m_package)
         return; // nothing below a package is skipped, classified or counted as a folder
 
-    const int level = int(entry->fts_level);
-    const QByteArrayView name = level == 0 ? pathOf(entry) : nameOf(entry);
+    const int level = entry.level;
+    const QByteArrayView name = entry.name;
     if (level > 0) {
-        if ((m_skipHidden && name.startsWith('.')) || m_skips.contains(pathOf(entry))) {
-            fts_set(fts, entry, FTS_SKIP);
+        if ((m_skipHidden && name.startsWith('.')) || m_skips.contains(entry.path)) {
+            walk.skip();
             return;
         }
     }
@@ -249,11 +237,11 @@ void Walk::enterDirectory(FTS *fts, FTSENT *entry)
         level > 0 && m_packagesAsFiles ? packageCategory(name) : std::nullopt;
     if (packageKind) {
         PackageAccumulator package;
-        package.path = pathOf(entry).toByteArray();
+        package.path = entry.path.toByteArray();
         package.name = name.toByteArray();
         package.level = level;
-        package.modified = modifiedOf(*entry->fts_statp);
-        package.accessed = accessedOf(*entry->fts_statp);
+        package.modified = modifiedOf(*entry.st);
+        package.accessed = accessedOf(*entry.st);
         package.category = *packageKind;
         if (level == 1) {
             m_discovered.append(DiscoveredEntry{package.path, package.name, 0, false, QString(), true});
@@ -274,7 +262,7 @@ void Walk::enterDirectory(FTS *fts, FTSENT *entry)
     m_levels.push_back(level);
 
     if (!m_inArtifact && level > 0) {
-        node->artifactKind = DevArtifactRule::match(name, pathOf(entry));
+        node->artifactKind = DevArtifactRule::match(name, entry.path);
         if (!node->artifactKind.isNull()) {
             m_inArtifact = true;
             m_artifactLevel = level;
@@ -282,8 +270,7 @@ void Walk::enterDirectory(FTS *fts, FTSENT *entry)
     }
 
     if (level == 1) {
-        m_discovered.append(
-            DiscoveredEntry{pathOf(entry).toByteArray(), node->name, 0, true, node->artifactKind, true});
+        m_discovered.append(DiscoveredEntry{entry.path.toByteArray(), node->name, 0, true, node->artifactKind, true});
         m_open = m_discovered.size() - 1;
         publish();
     }
@@ -328,9 +315,9 @@ void Walk::finishPackage(int level)
     m_files.push_back(std::move(item));
 }
 
-void Walk::leaveDirectory(const FTSENT *entry)
+void Walk::leaveDirectory(const WalkEntry &entry)
 {
-    const int level = int(entry->fts_level);
+    const int level = entry.level;
     if (m_package) {
         if (m_package->level == level)
             finishPackage(level);
@@ -357,14 +344,14 @@ void Walk::leaveDirectory(const FTSENT *entry)
     if (m_inArtifact && m_artifactLevel == level) {
         if (!node->artifactKind.isNull())
             m_artifacts.push_back(
-                DevArtifact{pathOf(entry).toByteArray(), node->artifactKind, node->size, node->fileCount});
+                DevArtifact{entry.path.toByteArray(), node->artifactKind, node->size, node->fileCount});
         m_inArtifact = false;
     }
 }
 
-void Walk::addFile(const FTSENT *entry)
+void Walk::addFile(const WalkEntry &entry)
 {
-    const struct stat &st = *entry->fts_statp;
+    const struct stat &st = *entry.st;
     // Every link of a file after the first one met is left out altogether.
     if (st.st_nlink > 1 && !m_seen.insert(InodeKey{st.st_dev, st.st_ino}).second)
         return;
@@ -380,7 +367,7 @@ void Walk::addFile(const FTSENT *entry)
     }
     if (m_nodes.empty())
         return; // a root that is itself a file yields no tree
-    const QByteArrayView name = nameOf(entry);
+    const QByteArrayView name = entry.name;
     if (m_skipHidden && name.startsWith('.'))
         return;
 
@@ -400,7 +387,7 @@ void Walk::addFile(const FTSENT *entry)
     }
     FileItem item;
     item.id = m_nextID++;
-    item.path = pathOf(entry).toByteArray();
+    item.path = entry.path.toByteArray();
     item.name = name.toByteArray();
     item.size = size;
     item.logicalSize = qint64(st.st_size);
@@ -411,7 +398,7 @@ void Walk::addFile(const FTSENT *entry)
     dir.files.push_back(item);
     m_files.push_back(item);
 
-    if (entry->fts_level == 1) {
+    if (entry.level == 1) {
         m_discovered.append(DiscoveredEntry{item.path, item.name, size, false, QString(), false});
         publish();
     }
@@ -421,43 +408,42 @@ ScanResultPtr Walk::run(const QByteArray &root)
 {
     QElapsedTimer clock;
     clock.start();
-    FtsHandle fts = openWalk(root, FTS_COMFOLLOW | FTS_PHYSICAL | FTS_NOCHDIR);
-    if (!fts)
-        return {};
+    TreeWalk walk(root, true);
     m_sincePublished.start();
 
     qint64 entries = 0;
-    while (FTSENT *entry = fts_read(fts.get())) {
+    WalkEntry entry;
+    while (walk.next(entry)) {
         if (++entries % checkEvery == 0) {
             if (cancelled())
                 return {};
             if (m_sincePublished.elapsed() >= publishInterval) {
-                m_currentPath = pathOf(entry).toByteArray();
+                m_currentPath = entry.path.toByteArray();
                 if (m_open >= 0 && m_nodes.size() >= 2)
                     m_discovered[m_open].size = m_nodes[1]->size;
                 publish();
             }
         }
-        switch (entry->fts_info) {
-        case FTS_D:
-            enterDirectory(fts.get(), entry);
+        switch (entry.kind) {
+        case WalkKind::directory:
+            enterDirectory(walk, entry);
             break;
-        case FTS_DNR:
+        case WalkKind::unreadable:
             noteUnreadable(entry);
             leaveDirectory(entry); // it was entered and must be closed; it is simply empty
             break;
-        case FTS_DP:
+        case WalkKind::directoryDone:
             leaveDirectory(entry);
             break;
-        case FTS_ERR:
-        case FTS_NS:
+        case WalkKind::noStat:
             noteUnreadable(entry);
             break;
-        case FTS_F:
+        case WalkKind::file:
             addFile(entry);
             break;
-        default:
-            // Symbolic links, sockets, devices, cycles, dot entries: no size, no listing.
+        case WalkKind::symlink:
+        case WalkKind::other:
+            // Links are never followed; sockets, devices and cycles have no size.
             break;
         }
     }
@@ -568,22 +554,21 @@ DiskUsage usage(const QByteArray &of, const CancelTokenPtr &token)
         usage.readable = true;
         return usage;
     }
-    FtsHandle fts = openWalk(path, FTS_PHYSICAL | FTS_NOCHDIR);
-    if (!fts)
-        return usage;
     usage.readable = true;
+    TreeWalk walk(path, false);
     InodeSet seen;
     qint64 entries = 0;
-    while (const FTSENT *entry = fts_read(fts.get())) {
+    WalkEntry entry;
+    while (walk.next(entry)) {
         if (++entries % 4096 == 0 && token && token->isCancelled())
             break;
-        if (entry->fts_info == FTS_F) {
-            const struct stat &fst = *entry->fts_statp;
+        if (entry.kind == WalkKind::file) {
+            const struct stat &fst = *entry.st;
             if (fst.st_nlink > 1 && !seen.insert(InodeKey{fst.st_dev, fst.st_ino}).second)
                 continue;
             usage.size += allocatedSize(fst);
             usage.items += 1;
-        } else if (entry->fts_info == FTS_DNR && entry->fts_level == 0) {
+        } else if (entry.kind == WalkKind::unreadable && entry.level == 0) {
             usage.readable = false;
         }
     }

@@ -13,6 +13,7 @@
 #include <QTemporaryDir>
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -215,6 +216,23 @@ private slots:
         QVERIFY(o.out.isEmpty());
         QVERIFY2(QString::fromUtf8(o.err).contains(message), o.err.constData());
         QVERIFY(o.err.startsWith("sorvel scan: "));
+    }
+
+    void interruptCancels()
+    {
+        // A tree big enough that the walk is still going when the signal comes.
+        QProcess p;
+        p.start(QStringLiteral(SORVEL_CLI), {QStringLiteral("scan"), QStringLiteral("/usr"), QStringLiteral("--json")});
+        QVERIFY(p.waitForStarted());
+        QTest::qWait(150);
+        ::kill(pid_t(p.processId()), SIGINT);
+        QVERIFY(p.waitForFinished(60000));
+        if (p.exitCode() == 0)
+            QSKIP("the walk ended before the signal arrived");
+        QCOMPARE(p.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(p.exitCode(), 130);
+        QVERIFY(p.readAllStandardOutput().isEmpty());
+        QCOMPARE(p.readAllStandardError(), QByteArray("sorvel scan: cancelled\n"));
     }
 
     void unreadableRoot()
