@@ -16,7 +16,13 @@
 
 namespace Fixtures {
 
-void folder(const QByteArray &path) { QDir().mkpath(QFile::decodeName(path)); }
+void folder(const QByteArray &path)
+{
+    // POSIX calls, so names that are not valid UTF-8 keep their bytes.
+    for (qsizetype slash = path.indexOf('/', 1); slash != -1; slash = path.indexOf('/', slash + 1))
+        ::mkdir(path.left(slash).constData(), 0755);
+    ::mkdir(path.constData(), 0755);
+}
 
 void file(const QByteArray &path, qint64 size)
 {
