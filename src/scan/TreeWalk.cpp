@@ -10,9 +10,10 @@
 
 namespace {
 
-// Folder levels that keep a descriptor open; deeper ones are read and closed,
-// and their entries examined by full path.
-constexpr int heldLevels = 64;
+// Open folders that keep their descriptor at most. Past that, the outermost one
+// gives its descriptor up and opens its folder again, by full path, once the walk
+// comes back to it.
+constexpr int maxHeld = 128;
 
 constexpr int openFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
@@ -25,6 +26,7 @@ bool isDotOrDotDot(const char *name)
 
 struct TreeWalk::Level {
     DIR *dir = nullptr;   // held open for its descriptor, or null
+    bool byPath = false;  // reopening failed: examine the rest by full path
     std::string names;    // the listing, each name followed by a NUL
     std::size_t pos = 0;  // next name in `names`
     qsizetype pathLength; // length of this folder's path in m_path
@@ -43,9 +45,12 @@ TreeWalk::~TreeWalk()
 
 void TreeWalk::closeLevel(Level &level)
 {
-    if (level.dir)
+    if (level.dir) {
         ::closedir(level.dir);
+        --m_held;
+    }
     level.dir = nullptr;
+    level.byPath = false;
     level.names.clear();
     level.pos = 0;
 }
@@ -87,13 +92,39 @@ bool TreeWalk::openLevel()
             continue;
         level.names.append(entry->d_name, std::strlen(entry->d_name) + 1);
     }
-    if (level.level < heldLevels) {
-        level.dir = dir;
-    } else {
-        ::closedir(dir);
-        level.dir = nullptr;
+    level.dir = dir;
+    level.byPath = false;
+    if (++m_held > maxHeld) {
+        for (qsizetype i = 0; i + 1 < m_depth; ++i) {
+            Level &outer = *m_levels[size_t(i)];
+            if (outer.dir) {
+                ::closedir(outer.dir);
+                outer.dir = nullptr;
+                --m_held;
+                break;
+            }
+        }
     }
     return true;
+}
+
+// Opens a folder again that gave its descriptor up, making sure it is still the
+// same folder; if not, the rest of it is examined by full path.
+void TreeWalk::reopen(Level &level)
+{
+    const QByteArray path = m_path.left(level.pathLength);
+    const int fd = ::open(path.constData(), openFlags | (level.level == 0 && m_followRoot ? 0 : O_NOFOLLOW));
+    struct stat st;
+    if (fd >= 0 && ::fstat(fd, &st) == 0 && st.st_dev == level.st.st_dev && st.st_ino == level.st.st_ino) {
+        if (DIR *dir = ::fdopendir(fd)) {
+            level.dir = dir;
+            ++m_held;
+            return;
+        }
+    }
+    if (fd >= 0)
+        ::close(fd);
+    level.byPath = true;
 }
 
 bool TreeWalk::next(Entry &entry)
@@ -135,6 +166,8 @@ bool TreeWalk::next(Entry &entry)
     while (m_depth > 0) {
         Level &top = *m_levels[size_t(m_depth - 1)];
         if (top.pos < top.names.size()) {
+            if (!top.dir && !top.byPath)
+                reopen(top);
             const char *name = top.names.data() + top.pos;
             const std::size_t nameLength = std::strlen(name);
             top.pos += nameLength + 1;

@@ -20,8 +20,9 @@
 // On deep trees that is a good part of the system time of a scan. The process's
 // working directory is never changed, so other threads are unaffected.
 //
-// One descriptor stays open per folder level up to a fixed depth; below that the
-// walk goes on with full paths, so any depth works within the descriptor limit.
+// One descriptor stays open per open folder, up to a fixed number; past that the
+// outermost ones give theirs up and open their folder again by full path when the
+// walk comes back to them, so any depth works within the descriptor limit.
 class TreeWalk
 {
 public:
@@ -62,6 +63,7 @@ private:
     // level; false with errno set when it can't.
     bool openLevel();
     void closeLevel(Level &level);
+    void reopen(Level &level);
 
     QByteArray m_root;
     bool m_followRoot;
@@ -72,4 +74,5 @@ private:
     struct stat m_st {};
     std::vector<std::unique_ptr<Level>> m_levels; // open folders, root first
     qsizetype m_depth = 0;                        // open levels in use
+    int m_held = 0;                               // levels holding a descriptor
 };

@@ -154,9 +154,9 @@ private slots:
         QVERIFY(::symlink("sub", (root + "/to-sub").constData()) == 0);
         QVERIFY(::symlink("nowhere", (root + "/dangling").constData()) == 0);
         QVERIFY(::mkfifo((root + "/pipe").constData(), 0600) == 0);
-        // Deeper than the levels that keep a descriptor open.
+        // Deeper than the folders that may hold a descriptor at once.
         QByteArray deep = root + "/deep";
-        for (int i = 0; i < 90; ++i) {
+        for (int i = 0; i < 160; ++i) {
             deep += "/d" + QByteArray::number(i);
             file(deep + "/f", 1);
         }
