@@ -17,6 +17,7 @@
 #include <cstdio>
 #include <cstring>
 #include <optional>
+#include <span>
 #include <unordered_map>
 
 #include <dirent.h>
@@ -187,7 +188,10 @@ void showProgress(const ScanProgress &progress)
     QString line =
         tr("Scanning: %1 files, %2").arg(QLocale().toString(progress.filesScanned), Fmt::bytes(progress.bytesScanned));
     const int room = terminalWidth() - 1 - int(line.size()) - 2;
-    QString path = Paths::toDisplay(progress.currentPath);
+    // Between the scanner's periodic updates, the child of the root being measured.
+    QString path = Paths::toDisplay(progress.currentPath.isEmpty() && !progress.discovered.isEmpty()
+                                        ? progress.discovered.last().path
+                                        : progress.currentPath);
     if (!path.isEmpty() && room > 5) {
         if (path.size() > room)
             path = QStringLiteral("…") + path.right(room - 1);
@@ -481,11 +485,19 @@ void writeSummary(const QByteArray &root, const Arguments &args, const ScanResul
             << '\n';
     }
 
-    if (!result.artifacts.empty()) {
+    if (!result.artifacts.empty() && args.top > 0) {
         out << '\n' << tr("Developer artefacts") << '\n';
-        for (const DevArtifact &a : result.artifacts)
+        const size_t shown = std::min(result.artifacts.size(), size_t(args.top));
+        for (const DevArtifact &a : std::span(result.artifacts).first(shown))
             out << "  " << Fmt::bytes(a.size).rightJustified(10) << "  " << a.kind.leftJustified(22) << "  "
                 << Paths::toDisplay(a.path) << "  (" << fileCount(a.fileCount) << ")\n";
+        if (result.artifacts.size() > shown) {
+            qint64 rest = 0;
+            for (const DevArtifact &a : std::span(result.artifacts).subspan(shown))
+                rest += a.size;
+            out << "  " << Fmt::bytes(rest).rightJustified(10) << "  "
+                << tr("in %1 more artefacts").arg(locale.toString(qint64(result.artifacts.size() - shown))) << '\n';
+        }
     }
     out.flush();
 }
@@ -506,7 +518,7 @@ int runScan(const QByteArrayList &argv)
     interruptToken = token.get();
     struct sigaction action {};
     action.sa_handler = onInterrupt;
-    action.sa_flags = SA_RESETHAND; // a second Ctrl-C ends the process at once
+    action.sa_flags = SA_RESETHAND | SA_RESTART; // a second Ctrl-C ends the process at once
     sigemptyset(&action.sa_mask);
     struct sigaction previous {};
     ::sigaction(SIGINT, &action, &previous);
