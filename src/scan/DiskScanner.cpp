@@ -16,7 +16,6 @@
 #include <unordered_set>
 #include <vector>
 
-#include <pwd.h>
 #include <sys/stat.h>
 
 namespace {
@@ -474,62 +473,11 @@ ScanResultPtr Walk::run(const QByteArray &root)
     return result;
 }
 
-// "~" and "~user" at the start of a path, as the shell expands them.
-QByteArray expandTilde(QByteArrayView path)
-{
-    if (!path.startsWith('~'))
-        return path.toByteArray();
-    const qsizetype slash = path.indexOf('/');
-    const QByteArrayView user = path.sliced(1, (slash < 0 ? path.size() : slash) - 1);
-    const QByteArrayView rest = slash < 0 ? QByteArrayView() : path.sliced(slash);
-    QByteArray home;
-    if (user.isEmpty()) {
-        home = Platform::homeDirectory();
-    } else {
-        struct passwd entry;
-        struct passwd *found = nullptr;
-        char buffer[4096];
-        const QByteArray name = user.toByteArray();
-        if (getpwnam_r(name.constData(), &entry, buffer, sizeof buffer, &found) != 0 || !found || !found->pw_dir)
-            return path.toByteArray(); // an unknown user stays as written
-        home = QByteArray(found->pw_dir);
-    }
-    return home + rest.toByteArray();
-}
-
 } // namespace
 
 namespace DiskScanner {
 
-QByteArray normalize(QByteArrayView path)
-{
-    const QByteArray expanded = expandTilde(path);
-    std::vector<QByteArrayView> pieces;
-    qsizetype start = 0;
-    const qsizetype n = expanded.size();
-    while (start <= n) {
-        qsizetype end = expanded.indexOf('/', start);
-        if (end < 0)
-            end = n;
-        const QByteArrayView piece = QByteArrayView(expanded).sliced(start, end - start);
-        if (piece.isEmpty() || piece == ".") {
-            // nothing
-        } else if (piece == "..") {
-            if (!pieces.empty())
-                pieces.pop_back();
-        } else {
-            pieces.push_back(piece);
-        }
-        start = end + 1;
-    }
-    QByteArray out;
-    out.reserve(n + 1);
-    for (const QByteArrayView piece : pieces) {
-        out += '/';
-        out += piece;
-    }
-    return out.isEmpty() ? QByteArrayLiteral("/") : out;
-}
+// normalize() lives in Normalize.cpp.
 
 ScanResultPtr scan(const QByteArray &root, const ScanOptions &options, qint64 firstID, const CancelTokenPtr &token,
                    const ProgressCallback &progress)

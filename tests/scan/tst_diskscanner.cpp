@@ -69,34 +69,6 @@ class TestDiskScanner : public QObject
     Q_OBJECT
 
 private slots:
-    void normalize_data()
-    {
-        QTest::addColumn<QByteArray>("input");
-        QTest::addColumn<QByteArray>("expected");
-        QTest::newRow("plain") << QByteArray("/a/b") << QByteArray("/a/b");
-        QTest::newRow("trailing slash") << QByteArray("/a/b/") << QByteArray("/a/b");
-        QTest::newRow("doubled slashes") << QByteArray("//a///b//") << QByteArray("/a/b");
-        QTest::newRow("dots") << QByteArray("/a/./b/../c") << QByteArray("/a/c");
-        QTest::newRow("dot-dot above root") << QByteArray("/../../a") << QByteArray("/a");
-        QTest::newRow("root") << QByteArray("/") << QByteArray("/");
-        QTest::newRow("root with dots") << QByteArray("/./..//") << QByteArray("/");
-        QTest::newRow("relative hangs from root") << QByteArray("a/b") << QByteArray("/a/b");
-        QTest::newRow("empty") << QByteArray("") << QByteArray("/");
-        QTest::newRow("invalid UTF-8 kept") << QByteArray("/x/\xff\xfe/") << QByteArray("/x/\xff\xfe");
-        QTest::newRow("tilde") << QByteArray("~/Music/") << TestMain::home() + "/Music";
-        QTest::newRow("tilde alone") << QByteArray("~") << TestMain::home();
-        QTest::newRow("tilde of root user") << QByteArray("~root/x") << QByteArray("/root/x");
-        QTest::newRow("unknown user stays") << QByteArray("~nosuchuser-xyz/a") << QByteArray("/~nosuchuser-xyz/a");
-        QTest::newRow("tilde inside") << QByteArray("/a/~/b") << QByteArray("/a/~/b");
-    }
-
-    void normalize()
-    {
-        QFETCH(QByteArray, input);
-        QFETCH(QByteArray, expected);
-        QCOMPARE(DiskScanner::normalize(input), expected);
-    }
-
     // Sizes are allocated bytes, hard links count once, and the root's total is
     // what an independent walk finds.
     void totalsMatchAnIndependentCount()
