@@ -232,9 +232,9 @@ public:
     }
     void number(double value)
     {
-        char digits[32];
-        const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
-        raw(std::string_view(digits, size_t(end - digits)));
+        // Shortest text that reads back as the same double.
+        const QByteArray digits = QByteArray::number(value, 'g', QLocale::FloatingPointShortest);
+        raw(std::string_view(digits.constData(), size_t(digits.size())));
     }
     void boolean(bool value) { raw(value ? "true" : "false"); }
     void text(const QString &value) { bytes(value.toUtf8()); }
