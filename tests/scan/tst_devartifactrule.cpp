@@ -72,13 +72,13 @@ private slots:
         const QByteArray dir = QFile::encodeName(tmp.path()) + "/project/" + folder;
         Fixtures::folder(dir);
         const QByteArray parent = dir.left(dir.lastIndexOf('/'));
-        for (const QByteArray &spec : files) {
-            if (spec.startsWith("dir:"))
-                Fixtures::folder(parent + '/' + spec.mid(4));
-            else if (spec.startsWith("in:"))
-                Fixtures::file(dir + '/' + spec.mid(3));
+        for (const QByteArray &entry : files) {
+            if (entry.startsWith("dir:"))
+                Fixtures::folder(parent + '/' + entry.mid(4));
+            else if (entry.startsWith("in:"))
+                Fixtures::file(dir + '/' + entry.mid(3));
             else
-                Fixtures::file(parent + '/' + spec);
+                Fixtures::file(parent + '/' + entry);
         }
         const QByteArray name = dir.mid(dir.lastIndexOf('/') + 1);
         QCOMPARE(DevArtifactRule::match(name, dir), kind);
