@@ -130,7 +130,8 @@ private slots:
         const QByteArray cache = home.dir(".cache");
         home.file(".cache/thumbnails/large/a.png");
         home.file(".cache/pip/wheels/x.whl");
-        home.file(".cache/docker-thing/blob");
+        home.file(".cache/mesa_shader_cache/blob");
+        home.file(".cache/docs-viewer/x"); // "doc" is a skip prefix
         home.file(".cache/keepassxc/state");
         home.file(".cache/fontconfig/cache-7");
         home.file(".var/app/org.gimp.GIMP/cache/tiles");
@@ -148,7 +149,7 @@ private slots:
         // A different home than the running user's: the environment is ignored.
         const auto list = JunkLocation::all(Platform::linux, home.path());
         const auto caches = byId(list, "caches");
-        QCOMPARE(sorted(caches.targets()), sorted({cache + "/docker-thing", cache + "/fontconfig"}));
+        QCOMPARE(sorted(caches.targets()), sorted({cache + "/fontconfig", cache + "/mesa_shader_cache"}));
         const auto flatpak = byId(list, "flatpak");
         QCOMPARE(flatpak.paths, (QByteArrayList{home.at(".var/app/com.spotify.Client/cache"),
                                                 home.at(".var/app/org.gimp.GIMP/cache")}));
