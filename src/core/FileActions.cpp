@@ -106,6 +106,17 @@ void run(const QString &executable, const QStringList &arguments, std::function<
         if (error == QProcess::FailedToStart)
             answer(RunResult{});
     });
+    if (context) {
+        // Emitted before the context's children go: the command is stopped
+        // without a word to a caller that no longer exists.
+        QObject::connect(context, &QObject::destroyed, process, [process, callback] {
+            *callback = nullptr;
+            if (process->state() != QProcess::NotRunning) {
+                process->kill();
+                process->waitForFinished(1000);
+            }
+        });
+    }
     process->start();
 }
 
