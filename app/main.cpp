@@ -1,9 +1,12 @@
+#include "GuiDesktop.h"
+
 #include "core/AppState.h"
 #include "core/Fmt.h"
 #include "core/Prefs.h"
 
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
+#include <QQuickWindow>
 #include <QUrl>
 
 int main(int argc, char *argv[])
@@ -36,6 +39,11 @@ int main(int argc, char *argv[])
         &engine, &QQmlApplicationEngine::objectCreationFailed, &app, [] { QCoreApplication::exit(1); },
         Qt::QueuedConnection);
     engine.load(QUrl(QStringLiteral("qrc:/Sorvel/Ui/shell/Main.qml")));
+
+    GuiDesktop desktop(&engine);
+    if (!engine.rootObjects().isEmpty())
+        desktop.setWindow(qobject_cast<QQuickWindow *>(engine.rootObjects().first()));
+    state.setDesktop(&desktop);
     state.onLaunch();
     return QGuiApplication::exec();
 }
