@@ -34,6 +34,11 @@ int main(int argc, char *argv[])
                               << Fmt::bytes(result->root ? result->root->size : 0);
     });
 
+    QObject::connect(&state, &AppState::errorMessageChanged, &state, [&state] {
+        if (!state.errorMessage().isNull())
+            qWarning().noquote() << state.errorMessage();
+    });
+
     QQmlApplicationEngine engine;
     QObject::connect(
         &engine, &QQmlApplicationEngine::objectCreationFailed, &app, [] { QCoreApplication::exit(1); },
