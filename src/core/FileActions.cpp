@@ -3,7 +3,6 @@
 #include "Paths.h"
 
 #include <QFile>
-#include <QPointer>
 #include <QProcess>
 #include <QUrl>
 
