@@ -3,6 +3,7 @@
 #include "core/AppState.h"
 #include "core/Fmt.h"
 #include "core/Prefs.h"
+#include "core/Translations.h"
 
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
@@ -12,6 +13,7 @@
 int main(int argc, char *argv[])
 {
     QGuiApplication app(argc, argv);
+    Translations::install();
     QGuiApplication::setOrganizationName(QStringLiteral("Sorvel"));
     QGuiApplication::setApplicationName(QStringLiteral("Sorvel Cleaner"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Sorvel Cleaner"));
