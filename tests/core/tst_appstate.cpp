@@ -494,9 +494,6 @@ private slots:
     // progress shows, and a folder that isn't there is reported.
     void realScanner()
     {
-#ifndef SORVEL_HAS_SCANNER
-        QSKIP("the scanner is a stand-in in this build");
-#endif
         QTemporaryDir dir(QFile::decodeName(m_home) + QStringLiteral("/real-XXXXXX"));
         QVERIFY(dir.isValid());
         const QByteArray root = QFile::encodeName(dir.path());
