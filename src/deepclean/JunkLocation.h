@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/JunkEntry.h"
 #include "core/Platform.h"
 #include "core/ScanRecords.h"
 
@@ -68,19 +69,9 @@ struct JunkLocation {
     DiskUsage measure() const;
     // Each target with its size (0 when it vanished), largest first; equal
     // sizes keep the listing order.
-    QList<struct JunkEntry> entries() const;
+    QList<JunkEntry> entries() const;
 
     // Whether a measured location is worth a row: it exists and holds
     // something, or it cannot be read (and needs access).
     static bool isWorthShowing(const DiskUsage &measured);
 };
-
-// One line of a location's expanded listing.
-struct JunkEntry {
-    QByteArray path;
-    qint64 size = 0;
-    bool isDirectory = false;
-    friend bool operator==(const JunkEntry &, const JunkEntry &) = default;
-};
-
-inline size_t qHash(const JunkEntry &e, size_t seed = 0) { return qHashMulti(seed, e.path, e.size, e.isDirectory); }
