@@ -201,6 +201,14 @@ private slots:
 
     void launchRunsOnce()
     {
+        {
+            // A real launch measures Deep Clean on a worker.
+            Fixture measuring;
+            QSignalSpy measured(measuring.state.cleanup(), &CleanupModel::measured);
+            measuring.state.onLaunch();
+            QVERIFY(measuring.state.cleanup()->isMeasuring());
+            QVERIFY(measured.wait(10000));
+        }
         Fixture f({"sorvel-cleaner", "-scan", "/tmp/x"});
         QSignalSpy volumes(&f.state, &AppState::volumesChanged);
         f.state.onLaunch();
@@ -473,6 +481,12 @@ private slots:
         QVERIFY(f.state.hasFullDiskAccess());
         f.state.checkFullDiskAccess();
         QVERIFY(f.state.hasFullDiskAccess());
+        // Deep Clean holds the demo figures, nothing ticked, and stays still.
+        QVERIFY(f.state.cleanup()->hasMeasured());
+        QVERIFY(f.state.cleanup()->selected().isEmpty());
+        QCOMPARE(f.state.cleanup()->measurements().size(), Demo::measurements().size());
+        f.state.cleanup()->measure();
+        QVERIFY(!f.state.cleanup()->isMeasuring());
         // Nothing else runs: no listing, no scan of "-scan".
         QTest::qWait(50);
         QCOMPARE(f.volumeCalls->load(), 0);
