@@ -15,8 +15,8 @@
 class ContentHasher
 {
 public:
-    static constexpr qint64 sampleSize = 65536;        // bytes read from each end in a fingerprint
-    static constexpr qint64 tailThreshold = 131073;    // from this logical size on, the tail is sampled too
+    static constexpr qint64 sampleSize = 65536;          // bytes read from each end in a fingerprint
+    static constexpr qint64 tailThreshold = 131073;      // from this logical size on, the tail is sampled too
     static constexpr qint64 chunkSize = 4 * 1024 * 1024; // one read of a whole-file hash
 
     ContentHasher();

@@ -232,7 +232,8 @@ std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &fil
             if (!digest)
                 continue;
             digests.add(*digest, suspect.file);
-            report(0.2 + 0.8 * double(bytes) / double(std::max<qint64>(totalBytes, 1)), verifyStatus(bytes, totalBytes));
+            report(0.2 + 0.8 * double(bytes) / double(std::max<qint64>(totalBytes, 1)),
+                   verifyStatus(bytes, totalBytes));
         }
         for (const auto &[digest, list] : digests.lists()) {
             if (list.size() < 2)

@@ -44,7 +44,6 @@ inline constexpr qint64 reportEvery = 50;
 // can't be read drop out silently. Absent when `token` is cancelled at any
 // moment before the answer is ready; never a partial list.
 std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &files, const CancelTokenPtr &token,
-                                                const ProgressCallback &progress,
-                                                Reading reading = Reading::automatic);
+                                                const ProgressCallback &progress, Reading reading = Reading::automatic);
 
 } // namespace DuplicateEngine

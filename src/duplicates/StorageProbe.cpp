@@ -42,8 +42,8 @@ bool nonRotational(dev_t device, const QByteArray &path)
             return false;
         return fs.f_type == TMPFS_MAGIC || fs.f_type == RAMFS_MAGIC;
     }
-    const QByteArray base = "/sys/dev/block/" + QByteArray::number(major(device)) + ':' +
-                            QByteArray::number(minor(device));
+    const QByteArray base =
+        "/sys/dev/block/" + QByteArray::number(major(device)) + ':' + QByteArray::number(minor(device));
     int flag = readFlag(base + "/queue/rotational");
     if (flag < 0)
         flag = readFlag(base + "/../queue/rotational");
