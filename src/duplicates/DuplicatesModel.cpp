@@ -26,15 +26,20 @@ qint64 DuplicatesModel::reclaimable() const
     return sum;
 }
 
-void DuplicatesModel::run(const std::vector<FileItem> &files, qint64 minSize)
+std::vector<FileItem> DuplicatesModel::candidates(const std::vector<FileItem> &files, qint64 minSize)
 {
-    cancel();
-
     std::vector<FileItem> chosen;
     for (const FileItem &file : files) {
         if (!file.isPackage && file.size >= minSize && file.logicalSize > 0)
             chosen.push_back(file);
     }
+    return chosen;
+}
+
+void DuplicatesModel::run(const std::vector<FileItem> &files, qint64 minSize)
+{
+    cancel();
+    std::vector<FileItem> chosen = candidates(files, minSize);
 
     const CancelTokenPtr token = makeCancelToken();
     m_token = token;

@@ -46,6 +46,10 @@ public:
     // Sum of the groups' savings, held at the limit of qint64.
     qint64 reclaimable() const;
 
+    // The files a search looks at, in their order: at least `minSize` allocated
+    // bytes, some content, and no package.
+    static std::vector<FileItem> candidates(const std::vector<FileItem> &files, qint64 minSize);
+
     // Starts a search among the files of at least `minSize` allocated bytes that
     // have content and are no package, cancelling any run in progress. The old
     // groups stay on show until the new ones arrive.
