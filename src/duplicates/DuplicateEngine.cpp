@@ -8,7 +8,6 @@
 #include <QCoreApplication>
 #include <QHash>
 #include <QThread>
-#include <QThreadPool>
 
 #include <algorithm>
 #include <atomic>
@@ -77,15 +76,17 @@ public:
     HashPool(std::vector<QByteArray> paths, const CancelToken &token, int threads)
         : m_paths(std::move(paths)), m_token(token), m_outcomes(m_paths.size()), m_done(m_paths.size(), false)
     {
-        m_pool.setMaxThreadCount(threads);
-        for (int i = 0; i < threads; ++i)
-            m_pool.start([this] { work(); });
+        for (int i = 0; i < threads; ++i) {
+            m_threads.emplace_back(QThread::create([this] { work(); }));
+            m_threads.back()->start();
+        }
     }
 
     ~HashPool()
     {
         m_abandoned.store(true);
-        m_pool.waitForDone();
+        for (const auto &thread : m_threads)
+            thread->wait();
     }
 
     Outcome take(size_t index)
@@ -120,7 +121,7 @@ private:
     std::condition_variable m_settled;
     std::atomic<size_t> m_next{0};
     std::atomic<bool> m_abandoned{false};
-    QThreadPool m_pool; // last: destroyed first, after the workers have ended
+    std::vector<std::unique_ptr<QThread>> m_threads;
 };
 
 bool newerFirst(const FileItem &a, const FileItem &b) { return a.modified > b.modified; }
