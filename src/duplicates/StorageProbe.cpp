@@ -50,44 +50,59 @@ bool nonRotational(dev_t device, const QByteArray &path)
     return flag == 0;
 }
 
-// True when every page of the file is in the page cache. Mapping without
-// touching the pages reads nothing from the disk.
-bool resident(const QByteArray &path, qint64 length)
+// Bytes of the file that are not in the page cache. Mapping without touching
+// the pages reads nothing from the disk.
+qint64 uncached(const QByteArray &path, qint64 length)
 {
     if (length <= 0)
-        return true;
+        return 0;
     const int fd = ::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
     if (fd < 0)
-        return true; // it will fail to open when hashed too, at no seek cost
+        return 0; // it will fail to open when hashed too, at no seek cost
     void *map = ::mmap(nullptr, size_t(length), PROT_READ, MAP_SHARED, fd, 0);
     ::close(fd);
     if (map == MAP_FAILED)
-        return false;
-    const long page = ::sysconf(_SC_PAGESIZE);
-    const size_t pages = size_t((length + page - 1) / page);
-    std::vector<unsigned char> flags(pages);
-    bool all = ::mincore(map, size_t(length), flags.data()) == 0;
-    for (size_t i = 0; all && i < pages; ++i)
-        all = flags[i] & 1;
+        return length;
+    const qint64 page = ::sysconf(_SC_PAGESIZE);
+    std::vector<unsigned char> flags(size_t((length + page - 1) / page));
+    qint64 missing = 0;
+    if (::mincore(map, size_t(length), flags.data()) != 0) {
+        missing = length;
+    } else {
+        for (const unsigned char flag : flags)
+            missing += (flag & 1) ? 0 : page;
+    }
     ::munmap(map, size_t(length));
-    return all;
+    return std::min(missing, length);
 }
 
 } // namespace
 
 bool allSeekFree(const std::vector<QByteArray> &paths)
 {
+    struct File {
+        const QByteArray *path;
+        qint64 length;
+    };
+    std::vector<File> onRotating;
+    qint64 total = 0;
     QHash<dev_t, bool> devices;
     for (const QByteArray &path : paths) {
         struct stat st {};
         if (::stat(path.constData(), &st) != 0)
             continue; // gone: costs no seek
+        total += qint64(st.st_size);
         auto known = devices.constFind(st.st_dev);
         if (known == devices.constEnd())
             known = devices.insert(st.st_dev, nonRotational(st.st_dev, path));
-        if (*known)
-            continue;
-        if (!resident(path, qint64(st.st_size)))
+        if (!*known)
+            onRotating.push_back({&path, qint64(st.st_size)});
+    }
+    const qint64 allowed = total / 32;
+    qint64 missing = 0;
+    for (const File &file : onRotating) {
+        missing += uncached(*file.path, file.length);
+        if (missing > allowed)
             return false;
     }
     return true;
