@@ -254,8 +254,8 @@ void AppState::scan(const QByteArray &path)
     assign(m_isScanning, true, &AppState::isScanningChanged);
     assign(m_scanStarted, now(), &AppState::scanStartedChanged);
     assign(m_progress, ScanProgress{}, &AppState::progressChanged);
-    // Hook: the duplicate search is reset here (duplicates.reset()) once the
-    // duplicates model belongs to this state.
+    // Twins found in the old result mean nothing for the new one.
+    m_duplicates.reset();
     addRecent(target);
     const qint64 firstID = m_nextFileID;
 

@@ -8,6 +8,7 @@
 #include "ScanResult.h"
 #include "VolumeInfo.h"
 #include "deepclean/CleanupModel.h"
+#include "duplicates/DuplicatesModel.h"
 #include "removal/CleanQueue.h"
 
 #include <QByteArray>
@@ -57,6 +58,7 @@ class AppState : public QObject
     Q_PROPERTY(bool isDemo READ isDemo CONSTANT)
     Q_PROPERTY(CleanQueue *queue READ queue CONSTANT)
     Q_PROPERTY(CleanupModel *cleanup READ cleanup CONSTANT)
+    Q_PROPERTY(DuplicatesModel *duplicates READ duplicates CONSTANT)
 
 public:
     // Walks a tree on a worker; DiskScanner::scan unless replaced.
@@ -120,6 +122,9 @@ public:
     // The state behind Deep Clean.
     CleanupModel *cleanup() { return &m_cleanup; }
     const CleanupModel *cleanup() const { return &m_cleanup; }
+    // The state of one duplicate search.
+    DuplicatesModel *duplicates() { return &m_duplicates; }
+    const DuplicatesModel *duplicates() const { return &m_duplicates; }
 
     // -- Unobserved fields -----------------------------------------------------
     // The item last shown in each area.
@@ -208,6 +213,7 @@ private:
     // Sub-models.
     CleanQueue m_queue;
     CleanupModel m_cleanup;
+    DuplicatesModel m_duplicates;
 
     // Surroundings.
     QByteArrayList m_arguments;
