@@ -8,7 +8,8 @@ Image {
 
     width: size
     height: size
-    sourceSize: Qt.size(Math.ceil(size * 2), Math.ceil(size * 2))
+    // Rendered at twice the size, sharp on high-density screens too.
+    sourceSize: Qt.size(Math.ceil(size * 2), Math.ceil(size * 2)) // qmllint disable
     source: path.length > 0 ? Look.fileIcon(path) : ""
     fillMode: Image.PreserveAspectFit
     smooth: true

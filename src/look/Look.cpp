@@ -7,15 +7,10 @@
 
 #include <QFontDatabase>
 
-Look::Look(QObject *parent) : QObject(parent)
-{
-    connect(&m_appearance, &Appearance::changed, this, &Look::appearanceChanged);
-}
-
-Look *Look::create(QQmlEngine *engine, QJSEngine *)
+Look::Look(QQmlEngine *engine)
 {
     installImageProviders(engine);
-    return new Look;
+    connect(&m_appearance, &Appearance::changed, this, &Look::appearanceChanged);
 }
 
 void Look::installImageProviders(QQmlEngine *engine)

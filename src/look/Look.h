@@ -63,10 +63,11 @@ class Look : public QObject
     Q_PROPERTY(QVariantList evaporate READ evaporate CONSTANT)
 
 public:
-    explicit Look(QObject *parent = nullptr);
     // Also installs the symbol and file-icon image providers on the engine, so
-    // that every image URL this singleton hands out can be served.
-    static Look *create(QQmlEngine *engine, QJSEngine *);
+    // that every image URL this singleton hands out can be served. (No default
+    // constructor: QML would prefer it to create().)
+    explicit Look(QQmlEngine *engine);
+    static Look *create(QQmlEngine *engine, QJSEngine *) { return new Look(engine); }
 
     bool dark() const { return m_appearance.isDark(); }
     bool reducedMotion() const { return m_appearance.reducedMotion(); }

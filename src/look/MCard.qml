@@ -2,15 +2,15 @@ import QtQuick
 import Sorvel.Ui
 
 // A card: a rounded surface with a hairline edge, holding its content
-// inside a padding.
+// inside a padding. Its implicit size follows its first child.
 Rectangle {
     id: card
 
     property real padding: 16
     default property alias content: body.data
 
-    implicitWidth: body.childrenRect.width + 2 * padding
-    implicitHeight: body.childrenRect.height + 2 * padding
+    implicitWidth: (body.children.length > 0 ? body.children[0].implicitWidth : 0) + 2 * padding
+    implicitHeight: (body.children.length > 0 ? body.children[0].implicitHeight : 0) + 2 * padding
     radius: 14
     color: Look.surface
     border.width: 1

@@ -26,15 +26,17 @@ Rectangle {
         visible: width > 0.5
         radius: bar.radius
         color: bar.tint === undefined ? "transparent" : bar.tint
-        gradient: bar.tint === undefined ? flat : null
 
-        Gradient {
-            id: flat
+        Rectangle {
+            anchors.fill: parent
+            radius: parent.radius
+            visible: bar.tint === undefined
+            gradient: Gradient {
+                orientation: Gradient.Horizontal
 
-            orientation: Gradient.Horizontal
-
-            GradientStop { position: 0; color: Look.sorvelFlatGradient[0] }
-            GradientStop { position: 1; color: Look.sorvelFlatGradient[1] }
+                GradientStop { position: 0; color: Look.sorvelFlatGradient[0] }
+                GradientStop { position: 1; color: Look.sorvelFlatGradient[1] }
+            }
         }
 
         Behavior on width { Movement { curve: Look.modal } }

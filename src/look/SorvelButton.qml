@@ -32,7 +32,6 @@ T.Button {
     leftPadding: text.length === 0 ? 0 : small ? 10 : large ? 20 : 14
     rightPadding: leftPadding
     hoverEnabled: true
-    focusPolicy: Qt.TabFocus
     font.pixelSize: small ? 11 : large ? 15 : 13
     font.weight: kind === SorvelButtonStyle.Primary ? Font.DemiBold : Font.Medium
     opacity: enabled ? 1 : 0.45
@@ -40,12 +39,10 @@ T.Button {
     Accessible.name: text.length > 0 ? text : toolTip
 
     contentItem: Item {
-        implicitWidth: row.implicitWidth
-        implicitHeight: row.implicitHeight
+        implicitWidth: children[0].implicitWidth
+        implicitHeight: children[0].implicitHeight
 
         Row {
-            id: row
-
             anchors.centerIn: parent
             spacing: control.small ? 5 : 7
 
@@ -69,7 +66,6 @@ T.Button {
 
     background: Rectangle {
         radius: height / 2
-        gradient: control.kind === SorvelButtonStyle.Primary ? flat : null
         color: {
             switch (control.kind) {
             case SorvelButtonStyle.Danger:
@@ -86,16 +82,18 @@ T.Button {
         border.color: control.visualFocus ? Look.accent : Look.line
         scale: control.down ? 0.97 : 1
 
-        SorvelFlatGradient {
-            id: flat
-        }
-
         Rectangle {
-            // Hover light on the primary kind.
             anchors.fill: parent
             radius: parent.radius
             visible: control.kind === SorvelButtonStyle.Primary
-            color: Look.withAlpha(Look.onAccent, control.down ? 0.16 : control.hovered ? 0.08 : 0)
+            gradient: SorvelFlatGradient {}
+
+            Rectangle {
+                // The hover light of the primary kind.
+                anchors.fill: parent
+                radius: parent.radius
+                color: Look.withAlpha(Look.onAccent, control.down ? 0.16 : control.hovered ? 0.08 : 0)
+            }
         }
 
         Behavior on scale { Movement { curve: Look.press } }

@@ -14,7 +14,6 @@ T.AbstractButton {
     implicitWidth: size
     implicitHeight: size
     hoverEnabled: true
-    focusPolicy: Qt.TabFocus
 
     Accessible.role: Accessible.CheckBox
     Accessible.checked: checked || inherited

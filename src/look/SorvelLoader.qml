@@ -35,12 +35,14 @@ Item {
             y: loader.size * 0.5 - d / 2 - phase * loader.size * 0.22
             opacity: loader.moving ? 0.35 + 0.65 * phase : 0.5 + index * 0.2
 
-            SequentialAnimation on phase {
+            SequentialAnimation {
                 running: loader.moving
                 loops: Animation.Infinite
+                onStopped: puff.phase = 0
+
                 PauseAnimation { duration: puff.index * 130 }
-                NumberAnimation { from: 0; to: 1; duration: 300; easing.type: Easing.OutQuad }
-                NumberAnimation { from: 1; to: 0; duration: 300; easing.type: Easing.InQuad }
+                NumberAnimation { target: puff; property: "phase"; from: 0; to: 1; duration: 300 }
+                NumberAnimation { target: puff; property: "phase"; from: 1; to: 0; duration: 300 }
                 PauseAnimation { duration: (2 - puff.index) * 130 }
             }
         }

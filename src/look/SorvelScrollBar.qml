@@ -6,8 +6,8 @@ import Sorvel.Ui
 T.ScrollBar {
     id: control
 
-    implicitWidth: orientation === Qt.Vertical ? 10 : 100
-    implicitHeight: orientation === Qt.Horizontal ? 10 : 100
+    implicitWidth: vertical ? 10 : 100
+    implicitHeight: horizontal ? 10 : 100
     padding: 2
     hoverEnabled: true
     minimumSize: 0.08

@@ -11,7 +11,8 @@ Image {
 
     width: size
     height: size
-    sourceSize: Qt.size(Math.ceil(size * 2), Math.ceil(size * 2))
+    // Rendered at twice the size, sharp on high-density screens too.
+    sourceSize: Qt.size(Math.ceil(size * 2), Math.ceil(size * 2)) // qmllint disable
     source: name.length > 0 ? Look.symbol(name, color) : ""
     fillMode: Image.PreserveAspectFit
     smooth: true
