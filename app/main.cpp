@@ -13,6 +13,9 @@ int main(int argc, char *argv[])
     QObject::connect(
         &engine, &QQmlApplicationEngine::objectCreationFailed, &app, [] { QCoreApplication::exit(1); },
         Qt::QueuedConnection);
+    // The static module's qmldir lives at qrc:/Sorvel/Ui; Qt 6.4 does not look
+    // in the resource root by itself, so `import Sorvel.Ui` needs this.
+    engine.addImportPath(QStringLiteral("qrc:/"));
     engine.load(QUrl(QStringLiteral("qrc:/Sorvel/Ui/shell/Main.qml")));
     return QGuiApplication::exec();
 }

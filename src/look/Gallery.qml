@@ -120,10 +120,10 @@ Rectangle {
                 }
                 Row {
                     spacing: 8
-                    FileIcon { path: "/usr"; size: 28 }
-                    FileIcon { path: "/etc/hostname"; size: 28 }
-                    FileIcon { path: "/nonexistent/picture.png"; size: 28 }
-                    FileIcon { path: "/nonexistent/movie.mp4"; size: 28 }
+                    FileIconView { path: "/usr"; size: 28 }
+                    FileIconView { path: "/etc/hostname"; size: 28 }
+                    FileIconView { path: "/nonexistent/picture.png"; size: 28 }
+                    FileIconView { path: "/nonexistent/movie.mp4"; size: 28 }
                 }
             }
         }

@@ -3,12 +3,46 @@
 #include "Symbols.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QIcon>
 #include <QMimeDatabase>
 
 #include <sys/stat.h>
 
-IconCache::IconCache() : QQuickImageProvider(QQuickImageProvider::Pixmap), m_cache(2000) {}
+IconCache::IconCache() : QQuickImageProvider(QQuickImageProvider::Pixmap), m_cache(2000)
+{
+#if !defined(Q_OS_APPLE)
+    // Desktops set the icon theme through Qt's platform theme. Without one (a
+    // bare X server, a window manager alone) Qt knows only hicolor, which holds
+    // no MIME type icons, and the offscreen platform not even the icon folders
+    // of the XDG data directories: add those and use the first full theme that
+    // is installed.
+    QStringList paths = QIcon::themeSearchPaths();
+    QByteArray dataDirs = qgetenv("XDG_DATA_DIRS");
+    if (dataDirs.isEmpty())
+        dataDirs = "/usr/local/share:/usr/share";
+    for (const QByteArray &dir : dataDirs.split(':')) {
+        const QString icons = QFile::decodeName(dir) + QStringLiteral("/icons");
+        if (dir.startsWith('/') && !paths.contains(icons) && QFileInfo(icons).isDir())
+            paths << icons;
+    }
+    QIcon::setThemeSearchPaths(paths);
+
+    const QString current = QIcon::themeName();
+    if (!current.isEmpty() && current != QStringLiteral("hicolor"))
+        return;
+    const QStringList candidates{QStringLiteral("Adwaita"), QStringLiteral("breeze"), QStringLiteral("Papirus"),
+                                 QStringLiteral("elementary"), QStringLiteral("gnome")};
+    for (const QString &theme : candidates) {
+        for (const QString &dir : std::as_const(paths)) {
+            if (QFileInfo::exists(dir + QLatin1Char('/') + theme + QStringLiteral("/index.theme"))) {
+                QIcon::setThemeName(theme);
+                return;
+            }
+        }
+    }
+#endif
+}
 
 QUrl IconCache::source(const QByteArray &path)
 {

@@ -5,6 +5,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QIcon>
 #include <QImage>
 #include <QTemporaryDir>
 
@@ -156,6 +158,17 @@ private Q_SLOTS:
         QCOMPARE(cache.lookups(), 1);
         QVERIFY(!cache.pixmap(path, 64).isNull());
         QCOMPARE(cache.lookups(), 2);
+    }
+
+    void themeIconsWhenAThemeIsInstalled()
+    {
+        // Even the offscreen platform, which knows no icon theme, finds an
+        // installed one; only when there is none does the neutral symbol stand in.
+        IconCache cache;
+        if (!QFileInfo::exists(QStringLiteral("/usr/share/icons/Adwaita/index.theme")))
+            QSKIP("no icon theme installed");
+        QVERIFY(!QIcon::themeName().isEmpty());
+        QVERIFY(!QIcon::fromTheme(QStringLiteral("folder")).isNull());
     }
 
     void urlCarriesAnyPathExactly()
