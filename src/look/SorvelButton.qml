@@ -100,7 +100,8 @@ T.Button {
         Behavior on color { ColorMovement { curve: Look.hover } }
     }
 
-    T.ToolTip.visible: hovered && toolTip.length > 0
-    T.ToolTip.text: toolTip
-    T.ToolTip.delay: 600
+    SorvelToolTip {
+        visible: control.hovered && control.toolTip.length > 0
+        text: control.toolTip
+    }
 }
