@@ -1,3 +1,5 @@
+#include "core/Translations.h"
+
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
 #include <QUrl>
@@ -5,6 +7,7 @@
 int main(int argc, char *argv[])
 {
     QGuiApplication app(argc, argv);
+    Translations::install();
     QGuiApplication::setOrganizationName(QStringLiteral("Sorvel"));
     QGuiApplication::setApplicationName(QStringLiteral("Sorvel Cleaner"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Sorvel Cleaner"));

@@ -1,3 +1,5 @@
+#include "core/Translations.h"
+
 #include "Command.h"
 
 #include <QCoreApplication>
@@ -61,6 +63,7 @@ void printUsage(QTextStream &stream)
 int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
+    Translations::install();
     QCoreApplication::setOrganizationName(QStringLiteral("Sorvel"));
     QCoreApplication::setApplicationName(QStringLiteral("Sorvel Cleaner"));
 

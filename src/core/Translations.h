@@ -1,0 +1,18 @@
+#pragma once
+
+#include "Platform.h"
+
+class QTranslator;
+
+// The bundled translation tables. On Linux, texts that name Apple software
+// ("Part of macOS, never touched") read in Linux wording ("Part of the system,
+// never touched"); the English source texts stay in the code and remain the
+// keys. Nothing is installed for the macOS profile.
+namespace Translations {
+
+// Installs the tables of `platform` into the application; call right after the
+// application object is made. Returns the translator (owned by the
+// application), or null when there is none for the platform or it can't load.
+QTranslator *install(Platform platform = Platform::current());
+
+} // namespace Translations

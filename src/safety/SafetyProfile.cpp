@@ -1,0 +1,242 @@
+#include "SafetyProfile.h"
+
+#include "core/Paths.h"
+#include "scan/DiskScanner.h"
+
+#include <QFile>
+
+#include <array>
+
+namespace {
+
+// Folders that may never go, compared whole. Both profiles.
+constexpr std::array<const char *, 17> fixedExact = {
+    "/",          "/Applications", "/Library", "/System", "/Users", "/Volumes", "/bin",   "/sbin",           "/usr",
+    "/usr/local", "/private",      "/etc",     "/var",    "/tmp",   "/opt",     "/cores", "/Library/Caches",
+};
+
+// The same, below home; the empty suffix protects home itself.
+constexpr std::array<const char *, 28> homeExact = {
+    "",
+    "/Library",
+    "/Desktop",
+    "/Documents",
+    "/Downloads",
+    "/Pictures",
+    "/Movies",
+    "/Music",
+    "/Applications",
+    "/Public",
+    "/Library/Caches",
+    "/Library/Logs",
+    "/Library/Application Support",
+    "/Library/Containers",
+    "/Library/Group Containers",
+    "/Library/Preferences",
+    "/Library/Developer",
+    "/Library/Mail",
+    "/Library/Messages",
+    "/Library/Mobile Documents",
+    "/Library/CloudStorage",
+    "/Library/Safari",
+    "/Library/Accounts",
+    "/Library/Calendars",
+    "/Library/HomeKit",
+    "/Library/Application Scripts",
+    "/Library/Fonts",
+    "/.Trash",
+};
+
+// Everything beneath these goes nowhere. The literal ones end in "/", so they
+// protect only what lies below them, not the folder itself.
+constexpr std::array<const char *, 13> fixedPrefixes = {
+    "/System/",    "/bin/",         "/sbin/",           "/usr/bin/", "/usr/lib/", "/usr/libexec/",   "/usr/sbin/",
+    "/usr/share/", "/private/etc/", "/private/var/db/", "/etc/",     "/var/db/",  "/Library/Apple/",
+};
+constexpr std::array<const char *, 3> homePrefixes = {"/Library/Keychains", "/.ssh", "/.gnupg"};
+
+constexpr std::array<const char *, 2> homeContentsOnly = {"/Library/Caches", "/Library/Logs"};
+
+// Linux additions.
+constexpr std::array<const char *, 18> linuxExact = {
+    "/boot", "/dev", "/proc", "/sys", "/run",   "/lib",  "/lib32",   "/lib64",   "/libx32",
+    "/root", "/srv", "/snap", "/mnt", "/media", "/home", "/var/lib", "/var/log", "/var/cache",
+};
+constexpr std::array<const char *, 8> linuxHomeExact = {
+    "/.config", "/.local", "/.local/share", "/.local/state", "/.cache", "/.local/share/Trash", "/Videos", "/Templates",
+};
+constexpr std::array<const char *, 10> linuxPrefixes = {
+    "/boot/", "/proc/", "/sys/", "/dev/", "/run/", "/lib/", "/lib32/", "/lib64/", "/var/lib/", "/snap/",
+};
+constexpr std::array<const char *, 6> linuxHomePrefixes = {
+    "/.local/share/keyrings", "/.pki", "/.password-store", "/.aws", "/.kube", "/.git-credentials",
+};
+constexpr std::array<const char *, 1> linuxHomeContentsOnly = {"/.cache"};
+
+QByteArray key(QByteArrayView path) { return Paths::comparable(path); }
+
+QByteArray withSlash(QByteArray text)
+{
+    if (!text.endsWith('/'))
+        text.append('/');
+    return text;
+}
+
+// Splits a normalised path into its first few pieces; returns how many pieces
+// the whole path has.
+template <std::size_t N>
+int splitLeading(QByteArrayView path, std::array<QByteArrayView, N> &lead)
+{
+    int count = 0;
+    qsizetype start = 1;
+    while (start < path.size()) {
+        qsizetype end = path.indexOf('/', start);
+        if (end < 0)
+            end = path.size();
+        if (end > start) {
+            if (std::size_t(count) < N)
+                lead[count] = path.sliced(start, end - start);
+            ++count;
+        }
+        start = end + 1;
+    }
+    return count;
+}
+
+// Removes shell backslash escapes from a user-dirs.dirs value.
+QByteArray unescape(QByteArrayView text)
+{
+    QByteArray out;
+    out.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i] == '\\' && i + 1 < text.size())
+            ++i;
+        out.append(text[i]);
+    }
+    return out;
+}
+
+} // namespace
+
+SafetyProfile::SafetyProfile(Platform platform, QByteArray home, QByteArray configHome)
+    : m_platform(platform), m_home(std::move(home))
+{
+    m_homeKey = key(m_home);
+    m_homeProbe = m_homeKey + '/';
+    m_libraryKey = m_homeKey + "/Library";
+
+    for (const char *entry : fixedExact)
+        m_exact.insert(QByteArray(entry));
+    for (const char *suffix : homeExact)
+        m_exact.insert(m_homeKey + suffix);
+    for (const char *entry : fixedPrefixes)
+        m_prefixes.append({QByteArray(entry), QByteArray(entry), true});
+    for (const char *suffix : homePrefixes)
+        m_prefixes.append({m_homeKey + suffix, withSlash(m_homeKey + suffix), false});
+    for (const char *suffix : homeContentsOnly)
+        m_contentsOnly.insert(m_homeKey + suffix);
+    m_downloadProbes.append(m_homeKey + "/Downloads/");
+
+    if (m_platform != Platform::linux)
+        return;
+
+    for (const char *entry : linuxExact)
+        m_exact.insert(QByteArray(entry));
+    for (const char *suffix : linuxHomeExact)
+        m_exact.insert(m_homeKey + suffix);
+    for (const char *entry : linuxPrefixes)
+        m_prefixes.append({QByteArray(entry), QByteArray(entry), true});
+    for (const char *suffix : linuxHomePrefixes)
+        m_prefixes.append({m_homeKey + suffix, withSlash(m_homeKey + suffix), false});
+    for (const char *suffix : linuxHomeContentsOnly)
+        m_contentsOnly.insert(m_homeKey + suffix);
+
+    if (configHome.isEmpty())
+        configHome = m_home + "/.config";
+    const QByteArray normalHome = DiskScanner::normalize(m_home);
+    for (const auto &[name, dir] : readUserDirs(configHome + "/user-dirs.dirs", m_home)) {
+        if (dir == normalHome || dir == "/")
+            continue;
+        m_userDirs.append(dir);
+        m_exact.insert(key(dir));
+        if (name == "DOWNLOAD") {
+            const QByteArray probe = withSlash(key(dir));
+            if (!m_downloadProbes.contains(probe))
+                m_downloadProbes.append(probe);
+        }
+    }
+}
+
+const SafetyProfile &SafetyProfile::standard()
+{
+    static const SafetyProfile profile = [] {
+        QByteArray config = qgetenv("XDG_CONFIG_HOME");
+        if (!config.startsWith('/'))
+            config.clear(); // a relative value is ignored, as the XDG rules say
+        return SafetyProfile(Platform::current(), Platform::homeDirectory(), config);
+    }();
+    return profile;
+}
+
+QByteArray SafetyProfile::normalize(QByteArrayView path) const
+{
+    if (path.startsWith('~') && (path.size() == 1 || path[1] == '/')) {
+        QByteArray expanded = m_home;
+        expanded.append(path.sliced(1));
+        return DiskScanner::normalize(expanded);
+    }
+    return DiskScanner::normalize(path);
+}
+
+bool SafetyProfile::isMountPoint(QByteArrayView path) const
+{
+    std::array<QByteArrayView, 2> lead;
+    const int count = splitLeading(path, lead);
+    if (count == 2 && lead[0] == "Volumes")
+        return true;
+    if (m_platform != Platform::linux)
+        return false;
+    return ((count == 2 || count == 3) && lead[0] == "media") || (count == 2 && lead[0] == "mnt") ||
+           (count == 4 && lead[0] == "run" && lead[1] == "media");
+}
+
+bool SafetyProfile::isInsideMount(QByteArrayView path) const
+{
+    std::array<QByteArrayView, 2> lead;
+    const int count = splitLeading(path, lead);
+    if (count > 2 && lead[0] == "Volumes")
+        return true;
+    if (m_platform != Platform::linux)
+        return false;
+    return (count > 3 && lead[0] == "media") || (count > 2 && lead[0] == "mnt") ||
+           (count > 4 && lead[0] == "run" && lead[1] == "media");
+}
+
+QList<std::pair<QByteArray, QByteArray>> SafetyProfile::readUserDirs(const QByteArray &file, const QByteArray &home)
+{
+    QList<std::pair<QByteArray, QByteArray>> dirs;
+    QFile in(QFile::decodeName(file));
+    if (!in.open(QIODevice::ReadOnly))
+        return dirs;
+    const QByteArray text = in.read(1 << 20);
+    for (QByteArrayView line : QByteArray(text).split('\n')) {
+        line = line.trimmed();
+        if (!line.startsWith("XDG_") || !line.contains('='))
+            continue;
+        const qsizetype eq = line.indexOf('=');
+        const QByteArrayView name = line.first(eq).trimmed();
+        QByteArrayView value = line.sliced(eq + 1).trimmed();
+        if (!name.endsWith("_DIR") || value.size() < 2 || !value.startsWith('"') || !value.endsWith('"'))
+            continue;
+        const QByteArray path = unescape(value.sliced(1, value.size() - 2));
+        QByteArray dir;
+        if (path == "$HOME" || path.startsWith("$HOME/"))
+            dir = home + path.sliced(5);
+        else if (path.startsWith('/'))
+            dir = path;
+        else
+            continue; // no other form is defined
+        dirs.append({name.sliced(4, name.size() - 8).toByteArray(), DiskScanner::normalize(dir)});
+    }
+    return dirs;
+}

@@ -1,0 +1,420 @@
+#include "TestMain.h"
+
+#include "safety/RiskCatalog.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <atomic>
+#include <thread>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+Q_DECLARE_METATYPE(Risk::Level)
+
+namespace {
+
+const QByteArray sampleHome("/Users/sample");
+constexpr qint64 noSize = -1;
+
+std::optional<qint64> optionalSize(qint64 size) { return size < 0 ? std::nullopt : std::optional<qint64>(size); }
+
+// A file of exactly `size` bytes (sparse; only its length matters here).
+bool makeFile(const QByteArray &path, qint64 size)
+{
+    const int fd = ::open(path.constData(), O_CREAT | O_WRONLY | O_TRUNC | O_CLOEXEC, 0644);
+    if (fd < 0)
+        return false;
+    const bool ok = ::ftruncate(fd, size) == 0;
+    ::close(fd);
+    return ok;
+}
+
+bool makeDir(const QByteArray &path) { return QDir().mkpath(QFile::decodeName(path)); }
+
+} // namespace
+
+class TestRiskCatalog : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_linuxHome;
+    QByteArray m_home;
+
+    static const SafetyProfile &mac()
+    {
+        static const SafetyProfile profile(Platform::macOS, sampleHome);
+        return profile;
+    }
+    const SafetyProfile &linux() const
+    {
+        static const SafetyProfile profile(Platform::linux, m_home);
+        return profile;
+    }
+
+    void addColumns()
+    {
+        QTest::addColumn<QByteArray>("path");
+        QTest::addColumn<bool>("isDirectory");
+        QTest::addColumn<bool>("isBuildOutput");
+        QTest::addColumn<qint64>("size");
+        QTest::addColumn<Risk::Level>("level");
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("why"); // not compared when empty
+    }
+
+    static void row(const char *name, const QByteArray &path, Risk::Level level, const char *title,
+                    const char *why = "", bool isDirectory = false, bool isBuildOutput = false, qint64 size = noSize)
+    {
+        QTest::newRow(name) << path << isDirectory << isBuildOutput << size << level << QString::fromUtf8(title)
+                            << QString::fromUtf8(why);
+    }
+
+    void check(const SafetyProfile &profile)
+    {
+        QFETCH(QByteArray, path);
+        QFETCH(bool, isDirectory);
+        QFETCH(bool, isBuildOutput);
+        QFETCH(qint64, size);
+        QFETCH(Risk::Level, level);
+        QFETCH(QString, title);
+        QFETCH(QString, why);
+        const Risk risk = RiskCatalog::assess(path, isDirectory, isBuildOutput, optionalSize(size), profile);
+        QCOMPARE(risk.title, title);
+        QCOMPARE(risk.level.name(), level.name());
+        if (!why.isEmpty())
+            QCOMPARE(risk.why, why);
+        QCOMPARE(risk.title.isEmpty(), risk.why.isEmpty());
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(m_linuxHome.isValid());
+        m_home = QFile::encodeName(m_linuxHome.path());
+        QVERIFY(makeDir(m_home + "/.config"));
+        QFile dirs(m_linuxHome.path() + QStringLiteral("/.config/user-dirs.dirs"));
+        QVERIFY(dirs.open(QIODevice::WriteOnly));
+        dirs.write("XDG_DOWNLOAD_DIR=\"$HOME/Telechargements\"\nXDG_DESKTOP_DIR=\"$HOME/Bureau\"\n");
+    }
+
+    void levels()
+    {
+        QVERIFY(Risk::Level::safe < Risk::Level::normal && Risk::Level::danger < Risk::Level::locked);
+        for (Risk::Level level : Risk::Level::allCases) {
+            QCOMPARE(Risk::Level::fromName(level.name()), level);
+            QCOMPARE(Risk::Level::fromRawValue(level.rawValue()), level);
+        }
+        QCOMPARE(Risk::Level(Risk::Level::caution).rawValue(), 2);
+        QCOMPARE(Risk::Level(Risk::Level::locked).name(), QStringLiteral("locked"));
+        QVERIFY(!Risk::Level::fromName(u"Locked"));
+        QVERIFY(!Risk::Level::fromRawValue(5));
+        QCOMPARE(Risk(), (Risk{Risk::Level::normal, {}, {}}));
+        QVERIFY(!Risk().hasBadge());
+    }
+
+    void macProfile_data()
+    {
+        addColumns();
+        using L = Risk::Level;
+        // 1-2: the guard, and the folders whose contents may go.
+        row("~/Library/Caches", "~/Library/Caches", L::safe, "Cache",
+            "Everything inside is rebuilt by apps; the folder itself stays", true);
+        row("~/Library/Logs", "~/Library/Logs/", L::safe, "Cache", "", true);
+        row("~/Library", "~/Library", L::locked, "Kept",
+            "macOS and your apps expect this folder to exist. Open it to clean inside", true);
+        row("/usr/bin/ls", "/usr/bin/ls", L::locked, "Kept", "Part of macOS, never touched");
+        row("~/.ssh/id_rsa", "~/.ssh/id_rsa", L::locked, "Kept", "Your SSH and encryption keys are never touched");
+        row("/Volumes/Backup", "/Volumes/Backup", L::locked, "Kept", "", true);
+        row("/usr/bin is no item of the guard", "/usr/bin", L::normal, "", "", true);
+        // 3: build output beats the secret tests.
+        row(".env marked build output", "~/project/.env", L::safe, "Build output",
+            "Rebuilt by your build tools (npm install, xcodebuild, cargo…)", false, true);
+        row("build folder", "~/project/node_modules", L::safe, "Build output", "", true, true);
+        row("build output in a protected folder", "~/Documents", L::locked, "Kept", "", true, true);
+        // 4: keys and passwords.
+        row("~/project/.ENV", "~/project/.ENV", L::danger, "Keys & passwords",
+            "Passwords, keys or certificates. Losing them can lock you out of accounts and servers");
+        row("~/backup/id_ed25519", "~/backup/id_ed25519", L::danger, "Keys & passwords");
+        row("credentials", "/Volumes/X/credentials", L::danger, "Keys & passwords");
+        row(".pem in Caches", "~/Library/Caches/com.example/cert.pem", L::danger, "Keys & passwords");
+        row(".kdbx", "~/Vault.KDBX", L::danger, "Keys & passwords");
+        row("keychain-db", "~/old/login.keychain-db", L::danger, "Keys & passwords");
+        row("Keynote folder", "~/Deck.key", L::normal, "", "", true);
+        row("key of 512,000 bytes", "~/Deck.key", L::danger, "Keys & passwords", "", false, false, 512000);
+        row("key of 512,001 bytes", "~/Deck.key", L::normal, "", "", false, false, 512001);
+        row("missing key without size", "~/no/such/Deck.key", L::danger, "Keys & passwords");
+        row("credentials whatever its size", "~/x/credentials", L::danger, "Keys & passwords", "", false, false,
+            9000000);
+        // 5-6: libraries and virtual machines, also inside ~/Library.
+        row("photos library", "~/Pictures/Photos Library.photoslibrary", L::danger, "Photos library",
+            "A whole library or project in one item. Everything in it goes with it", true);
+        row("garageband", "~/Music/Song.band", L::danger, "GarageBand project", "", true);
+        row("lightroom", "~/Pictures/Cat.LRCAT", L::danger, "Lightroom catalog");
+        row("vmdk in Containers", "~/Library/Containers/com.vm/Data/disk.vmdk", L::danger, "Virtual machine",
+            "A whole virtual computer. Its system, apps and files go with it");
+        row("utm", "/Volumes/VMs/Linux.utm", L::danger, "Virtual machine", "", true);
+        // 7: the Library table.
+        row("Apple cache", "~/Library/Caches/com.apple.Safari/x", L::caution, "Apple cache",
+            "macOS's own cache. It's rebuilt, but some hold state, so it's left out of bulk cleaning");
+        row("Apple cache folder", "~/Library/Caches/com.apple.Safari", L::caution, "Apple cache", "", true);
+        row("app cache", "~/Library/Caches/com.example.app/x", L::safe, "Cache",
+            "Temporary data the app rebuilds. Quit the app first");
+        row("com.applex is no Apple cache", "~/Library/Caches/com.applex", L::safe, "Cache");
+        row("logs", "~/Library/Logs/DiagnosticReports/a.ips", L::safe, "Logs");
+        row("derived data", "~/Library/Developer/Xcode/DerivedData/App-abc", L::safe, "Xcode build data", "", true);
+        row("simulator caches", "~/Library/Developer/CoreSimulator/Caches/dyld", L::safe, "Xcode build data");
+        row("archives", "~/Library/Developer/Xcode/Archives/2024-01-01", L::caution, "Xcode archive");
+        row("device support", "~/Library/Developer/Xcode/iOS DeviceSupport/17.0", L::caution, "Device support");
+        row("simulator devices", "~/Library/Developer/CoreSimulator/Devices/ABC", L::danger, "Simulator data");
+        row("device backup", "~/Library/Application Support/MobileSync/Backup/123", L::danger, "Device backup",
+            "May be the only backup of an iPhone or iPad");
+        row("backup folder itself", "~/Library/Application Support/MobileSync/Backup", L::danger, "Device backup");
+        row("cache in a container", "~/Library/Containers/com.x/Data/Library/Caches/y", L::safe, "Cache",
+            "An app's own cache inside its container, rebuilt by the app");
+        row("docker raw with cache", "~/Library/Containers/com.docker.docker/Data/Library/Caches/Docker.raw", L::safe,
+            "Cache");
+        row("docker raw", "~/Library/Containers/com.docker.docker/Data/vms/0/data/Docker.raw", L::danger, "Docker data",
+            "All Docker images, containers and volumes. Volumes may hold databases");
+        row("docker group", "~/Library/Group Containers/group.com.docker/settings.json", L::danger, "Docker data");
+        row("container", "~/Library/Containers/com.x", L::danger, "App data",
+            "A sandboxed app's whole data store (documents, settings, databases). Removing it is like resetting "
+            "the app",
+            true);
+        row("group container", "~/Library/Group Containers/group.x/a", L::danger, "App data");
+        row("application support", "~/Library/Application Support/App", L::danger, "App data",
+            "Apps keep documents, settings and databases here. It may not be rebuildable", true);
+        row("mail", "~/Library/Mail/V10", L::danger, "Mail");
+        row("messages", "~/Library/Messages/chat.db", L::danger, "Messages",
+            "Your messages and attachments. Removing them here can lose them for good");
+        row("icloud", "~/Library/Mobile Documents/com~apple~CloudDocs/a", L::danger, "iCloud Drive");
+        row("cloud storage", "~/Library/CloudStorage/Dropbox/a", L::danger, "Synced files");
+        row("preferences", "~/Library/Preferences/com.x.plist", L::danger, "Settings");
+        row("anything else", "~/Library/Saved Application State/x", L::caution, "System library",
+            "Part of your account's Library. Check what it is first");
+        row("docker.raw never reaches step 9 in Library", "~/Library/Stuff/Docker.raw", L::caution, "System library");
+        // 8-9: containers outside Library.
+        row("~/.docker/x", "~/.docker/x", L::danger, "Container data",
+            "Container images and volumes. Volumes may hold databases");
+        row("~/.docker itself goes on", "~/.docker", L::normal, "", "", true);
+        row("~/.colima", "~/.colima/default/disk", L::danger, "Container data");
+        row("~/.orbstack", "~/.orbstack/data", L::danger, "Container data");
+        row("Docker.raw", "/Volumes/Data/Docker.raw", L::danger, "Docker disk");
+        row("docker.qcow2", "~/vm/Docker.qcow2", L::danger, "Virtual machine");
+        // 11: installers in Downloads.
+        row("~/Downloads/App.DMG", "~/Downloads/App.DMG", L::caution, "Installer",
+            "Usually not needed after installing, unless it's your only copy");
+        row("~/Downloads/Sub/App.dmg", "~/Downloads/Sub/App.dmg", L::caution, "Installer");
+        row("~/Downloads/x.xip", "~/Downloads/x.xip", L::caution, "Installer");
+        row("~/Desktop/App.dmg", "~/Desktop/App.dmg", L::normal, "");
+        row("~/Downloads/app.deb on macOS", "~/Downloads/app.deb", L::normal, "");
+        // 12: nothing known.
+        row("plain file", "~/notes.txt", L::normal, "");
+        row("another user's Library", "/Users/other/Library/Caches/x", L::normal, "");
+    }
+
+    void macProfile() { check(mac()); }
+
+    void linuxProfile_data()
+    {
+        addColumns();
+        using L = Risk::Level;
+        row("~/.cache", "~/.cache", L::safe, "Cache", "Everything inside is rebuilt by apps; the folder itself stays",
+            true);
+        row("~/.cache/thumbnails", "~/.cache/thumbnails/large/a.png", L::safe, "Cache",
+            "Temporary data the app rebuilds. Quit the app first");
+        row("secret in .cache", "~/.cache/app/token.pem", L::danger, "Keys & passwords");
+        row("trash contents", "~/.local/share/Trash/files/old.txt", L::caution, "Trash",
+            "Already in the Trash. Empty the Trash to free it");
+        row("podman", "~/.local/share/containers/storage", L::danger, "Container data",
+            "Container images and volumes. Volumes may hold databases", true);
+        row("rootless docker", "~/.local/share/docker/volumes", L::danger, "Container data", "", true);
+        row("app data", "~/.local/share/gnome-shell/extensions", L::danger, "App data",
+            "Apps keep documents, settings and databases here. It may not be rebuildable", true);
+        row("state", "~/.local/state/wireplumber", L::danger, "App data", "", true);
+        row("flatpak cache", "~/.var/app/org.gimp.GIMP/cache/gegl", L::safe, "Cache",
+            "An app's own cache inside its container, rebuilt by the app", true);
+        row("flatpak data", "~/.var/app/org.gimp.GIMP/data", L::danger, "App data",
+            "A sandboxed app's whole data store (documents, settings, databases). Removing it is like resetting "
+            "the app",
+            true);
+        row("settings", "~/.config/app/settings.ini", L::danger, "Settings",
+            "App settings. The app forgets how you set it up");
+        row("firefox", "~/.mozilla/firefox/abc.default", L::danger, "App data", "", true);
+        row("thunderbird", "~/.thunderbird/abc/Mail", L::danger, "App data", "", true);
+        row("~/.docker/x", "~/.docker/x", L::danger, "Container data");
+        row("keyring", "~/.local/share/keyrings/login.keyring", L::locked, "Kept",
+            "Your saved passwords and certificates are never touched");
+        row("~/.config itself", "~/.config", L::locked, "Kept",
+            "macOS and your apps expect this folder to exist. Open it to clean inside", true);
+        row("/boot", "/boot/vmlinuz", L::locked, "Kept", "Part of macOS, never touched");
+        row("xdg downloads deb", "~/Telechargements/app.deb", L::caution, "Installer");
+        row("downloads iso", "~/Downloads/x.iso", L::caution, "Installer");
+        row("downloads rpm", "~/Downloads/x.rpm", L::caution, "Installer");
+        row("downloads flatpakref", "~/Downloads/x.flatpakref", L::caution, "Installer");
+        row("desktop iso", "~/Bureau/x.iso", L::normal, "");
+        row("mount point", "/media/alice/USB", L::locked, "Kept", "", true);
+        row("on a volume", "/media/alice/USB/photo.jpg", L::normal, "");
+        row("vm on a volume", "/run/media/alice/USB/vm.qcow2", L::danger, "Virtual machine");
+        row("~/.cachefoo", "~/.cachefoo/x", L::normal, "");
+        row("library rows still apply", "~/Library/Caches/x", L::safe, "Cache");
+    }
+
+    void linuxProfile() { check(linux()); }
+
+    // ".key" with no size given: the catalogue reads the size of the item itself.
+    void keynoteRuleReadsTheDisk()
+    {
+        QTemporaryDir dir;
+        QVERIFY(dir.isValid());
+        const QByteArray base = QFile::encodeName(dir.path());
+        QVERIFY(makeFile(base + "/small.key", 512000));
+        QVERIFY(makeFile(base + "/big.key", 512001));
+        QVERIFY(makeFile(base + "/empty.key", 0));
+        QVERIFY(::symlink("big.key", (base + "/link.key").constData()) == 0);
+        auto level = [&](const char *name) {
+            return RiskCatalog::assess(base + name, false, false, std::nullopt, mac()).level;
+        };
+        QCOMPARE(level("/small.key"), Risk::Level::danger);
+        QCOMPARE(level("/big.key"), Risk::Level::normal);
+        QCOMPARE(level("/empty.key"), Risk::Level::danger);
+        QCOMPARE(level("/missing.key"), Risk::Level::danger);
+        QCOMPARE(level("/link.key"), Risk::Level::danger); // the link's own size
+        // A given size wins over the disk.
+        QCOMPARE(RiskCatalog::assess(base + "/big.key", false, false, 10, mac()).level, Risk::Level::danger);
+    }
+
+    void gitRepositories()
+    {
+        QTemporaryDir dir;
+        QVERIFY(dir.isValid());
+        const QByteArray base = QFile::encodeName(dir.path());
+        QVERIFY(makeDir(base + "/repo"));
+        QCOMPARE(QProcess::execute(QStringLiteral("git"),
+                                   {QStringLiteral("init"), QStringLiteral("-q"), QFile::decodeName(base + "/repo")}),
+                 0);
+        QVERIFY(makeDir(base + "/worktree"));
+        QVERIFY(makeFile(base + "/worktree/.git", 20)); // a linked work tree has a ".git" file
+        QVERIFY(makeDir(base + "/plain/sub"));
+
+        auto title = [&](const QByteArray &path, bool isDirectory) {
+            return RiskCatalog::assess(path, isDirectory, false, std::nullopt, mac()).title;
+        };
+        QCOMPARE(title(base + "/repo", true), QStringLiteral("Git repository"));
+        QCOMPARE(title(base + "/repo/", true), QStringLiteral("Git repository"));
+        QCOMPARE(title(base + "/worktree", true), QStringLiteral("Git repository"));
+        QCOMPARE(title(base + "/plain", true), QString());
+        QCOMPARE(title(base + "/plain/sub/..", true), QString());
+        QCOMPARE(title(base + "/repo", false), QString()); // files are never asked
+        QCOMPARE(title(base + "/missing", true), QString());
+        QCOMPARE(RiskCatalog::assess(base + "/repo", true, true, std::nullopt, mac()).title,
+                 QStringLiteral("Build output"));
+
+        // An answer is kept for the life of the process.
+        QVERIFY(makeDir(base + "/plain/.git"));
+        QCOMPARE(title(base + "/plain", true), QString());
+        QVERIFY(!RiskCatalog::isGitRepository(base + "/plain"));
+        QVERIFY(RiskCatalog::isGitRepository(base + "/plain/")); // another text is another key
+
+        // A repository inside ~/Library takes a Library verdict.
+        const SafetyProfile profile(Platform::macOS, base);
+        QVERIFY(makeDir(base + "/Library/Stuff/repo/.git"));
+        QVERIFY(makeDir(base + "/Library/Application Support/repo/.git"));
+        QCOMPARE(RiskCatalog::assess(base + "/Library/Stuff/repo", true, false, std::nullopt, profile).title,
+                 QStringLiteral("System library"));
+        QCOMPARE(RiskCatalog::assess("~/Library/Application Support/repo", true, false, std::nullopt, profile).title,
+                 QStringLiteral("App data"));
+    }
+
+    // Many threads ask about the same folders at once, repositories and not; the
+    // cache must give every one of them the right answer.
+    void gitCacheFromManyThreads()
+    {
+        QTemporaryDir dir;
+        QVERIFY(dir.isValid());
+        const QByteArray base = QFile::encodeName(dir.path());
+        QList<QByteArray> folders;
+        QList<bool> isRepo;
+        for (int i = 0; i < 64; ++i) {
+            const QByteArray folder = base + "/f" + QByteArray::number(i);
+            QVERIFY(makeDir(folder));
+            const bool repo = i % 3 == 0;
+            if (repo)
+                QVERIFY(i % 2 ? makeDir(folder + "/.git") : makeFile(folder + "/.git", 1));
+            folders.append(folder);
+            isRepo.append(repo);
+        }
+
+        std::atomic<int> wrong{0};
+        std::atomic<int> asked{0};
+        std::atomic<bool> go{false};
+        std::vector<std::thread> threads;
+        for (int t = 0; t < 8; ++t) {
+            threads.emplace_back([&, t] {
+                while (!go.load())
+                    std::this_thread::yield();
+                for (int round = 0; round < 50; ++round) {
+                    for (int k = 0; k < folders.size(); ++k) {
+                        const int i = (k * 7 + t * 13 + round) % folders.size();
+                        const bool viaAssess = (k + t) % 2 == 0;
+                        const bool answer =
+                            viaAssess ? RiskCatalog::assess(folders[i], true, false, std::nullopt, mac()).title ==
+                                            QLatin1String("Git repository")
+                                      : RiskCatalog::isGitRepository(folders[i]);
+                        if (answer != isRepo[i])
+                            ++wrong;
+                        ++asked;
+                    }
+                }
+            });
+        }
+        go = true;
+        for (std::thread &thread : threads)
+            thread.join();
+        QCOMPARE(wrong.load(), 0);
+        QCOMPARE(asked.load(), 8 * 50 * 64);
+    }
+
+    void summary_data()
+    {
+        QTest::addColumn<bool>("linux");
+        QTest::newRow("macOS") << false;
+        QTest::newRow("Linux") << true;
+    }
+
+    void summary()
+    {
+        QFETCH(bool, linux);
+        const QList<RiskCatalog::SummaryRow> rows = RiskCatalog::summary(linux ? this->linux() : mac());
+        QCOMPARE(rows.size(), 4);
+        const QList<Risk::Level> levels = {Risk::Level::safe, Risk::Level::caution, Risk::Level::danger,
+                                           Risk::Level::locked};
+        for (int i = 0; i < rows.size(); ++i) {
+            QCOMPARE(rows[i].level, levels[i]);
+            QVERIFY(!rows[i].heading.isEmpty());
+            QVERIFY(!rows[i].lines.isEmpty());
+        }
+        QCOMPARE(rows[0].heading, QStringLiteral("Safe: rebuilt automatically"));
+        const QString all = [&] {
+            QString text;
+            for (const RiskCatalog::SummaryRow &row : rows)
+                text += row.lines.join(u'\n') + u'\n';
+            return text;
+        }();
+        QCOMPARE(all.contains(QLatin1String("Xcode")), !linux);
+        QCOMPARE(all.contains(QLatin1String("iCloud")), !linux);
+        QCOMPARE(all.contains(QLatin1String("Flatpak")), linux);
+        if (!linux) {
+            QCOMPARE(rows[0].lines.size(), 5);
+            QCOMPARE(rows[1].lines.size(), 4);
+            QCOMPARE(rows[2].lines.size(), 6);
+            QCOMPARE(rows[3].lines.size(), 3);
+        }
+    }
+};
+
+SORVEL_TEST(TestRiskCatalog);
+#include "tst_riskcatalog.moc"

@@ -1,0 +1,59 @@
+#include "TestMain.h"
+
+#include <QProcess>
+
+// `sorvel risk` as a user runs it, in this run's temporary home.
+class TestRiskCommand : public QObject
+{
+    Q_OBJECT
+
+    static QProcess *run(const QStringList &args)
+    {
+        auto *process = new QProcess;
+        process->start(QStringLiteral(SORVEL_CLI), args);
+        process->waitForFinished(30000);
+        return process;
+    }
+
+private slots:
+    void threeVerdicts()
+    {
+        const QString home = QFile::decodeName(TestMain::home());
+        std::unique_ptr<QProcess> process(run({QStringLiteral("risk"), home + QStringLiteral("/.ssh/id_rsa"),
+                                               QStringLiteral("~/Downloads/x.iso"), QStringLiteral("/usr/bin/ls")}));
+        QCOMPARE(process->exitStatus(), QProcess::NormalExit);
+        QCOMPARE(process->exitCode(), 0);
+        const QString out = QString::fromUtf8(process->readAllStandardOutput());
+        const QStringList blocks = out.trimmed().split(QStringLiteral("\n\n"));
+        QCOMPARE(blocks.size(), 3);
+
+        QVERIFY2(blocks[0].startsWith(home + QStringLiteral("/.ssh/id_rsa\n")), qPrintable(out));
+        QVERIFY2(blocks[0].contains(QLatin1String("locked: Kept")), qPrintable(out));
+        QVERIFY2(blocks[0].contains(QLatin1String("protected: Your SSH and encryption keys are never touched")),
+                 qPrintable(out));
+
+        QVERIFY2(blocks[1].startsWith(home + QStringLiteral("/Downloads/x.iso\n")), qPrintable(out));
+        QVERIFY2(blocks[1].contains(QLatin1String("caution: Installer")), qPrintable(out));
+        QVERIFY2(!blocks[1].contains(QLatin1String("protected")), qPrintable(out));
+
+        QVERIFY2(blocks[2].contains(QLatin1String("locked: Kept")), qPrintable(out));
+        QVERIFY2(blocks[2].contains(QLatin1String("protected: ")), qPrintable(out));
+#ifndef Q_OS_MACOS
+        QVERIFY2(blocks[2].contains(QLatin1String("Part of the system, never touched")), qPrintable(out));
+#endif
+    }
+
+    void defaultVerdictAndUsage()
+    {
+        std::unique_ptr<QProcess> plain(run({QStringLiteral("risk"), QStringLiteral("/tmp/sorvel-nothing-here.txt")}));
+        QCOMPARE(plain->exitCode(), 0);
+        QVERIFY(plain->readAllStandardOutput().contains("normal: nothing special is known"));
+
+        std::unique_ptr<QProcess> bare(run({QStringLiteral("risk")}));
+        QCOMPARE(bare->exitCode(), 2);
+        QVERIFY(bare->readAllStandardError().contains("Usage: sorvel risk PATH..."));
+    }
+};
+
+SORVEL_TEST(TestRiskCommand);
+#include "tst_riskcommand.moc"

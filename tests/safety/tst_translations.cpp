@@ -1,0 +1,98 @@
+#include "TestMain.h"
+
+#include "core/Translations.h"
+#include "safety/RiskCatalog.h"
+#include "safety/SafetyGuard.h"
+
+#include <QCoreApplication>
+#include <QTranslator>
+
+// The Linux wording table: compiled into the engine, loaded on Linux only, and
+// covering every sentence of the guard and the catalogue that names macOS.
+class TestTranslations : public QObject
+{
+    Q_OBJECT
+
+    QTranslator *m_translator = nullptr;
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(!Translations::install(Platform::macOS));
+        m_translator = Translations::install(Platform::linux);
+        QVERIFY(m_translator);
+    }
+
+    void cleanupTestCase()
+    {
+        QCoreApplication::removeTranslator(m_translator);
+        delete m_translator;
+        // Back to the source texts for whatever runs next.
+        QCOMPARE(SafetyGuard::reason("/usr/bin/ls"), QStringLiteral("Part of macOS, never touched"));
+    }
+
+    void linuxWording_data()
+    {
+        QTest::addColumn<QByteArray>("path");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("system") << QByteArray("/usr/bin/ls") << QStringLiteral("Part of the system, never touched");
+        QTest::newRow("home folder") << QByteArray("~/.config")
+                                     << QStringLiteral("Your system and apps expect this folder to exist. "
+                                                       "Open it to clean inside");
+        QTest::newRow("contents only") << QByteArray("~/.cache")
+                                       << QStringLiteral("The folder stays; everything inside it is sorvelised");
+    }
+
+    void linuxWording()
+    {
+        QFETCH(QByteArray, path);
+        QFETCH(QString, text);
+        const SafetyProfile profile(Platform::linux, "/home/sample");
+        QCOMPARE(SafetyGuard::reason(path, profile), text);
+    }
+
+    // No verdict reachable on Linux outside ~/Library, nor the summary, speaks of
+    // Apple's software.
+    void noAppleWordsOnLinux()
+    {
+        const SafetyProfile profile(Platform::linux, "/home/sample");
+        const QList<QByteArray> paths = {
+            "/",
+            "/usr",
+            "/usr/bin/ls",
+            "/etc/hosts",
+            "/boot",
+            "/media/a/b",
+            "~",
+            "~/Documents",
+            "~/.config",
+            "~/.cache",
+            "~/.ssh/x",
+            "~/.local/share/keyrings",
+            "~/x/node_modules",
+            "~/Downloads/a.deb",
+            "~/.cache/x",
+            "~/.var/app/a/cache/b",
+            "/var/lib/x",
+        };
+        for (const QByteArray &path : paths) {
+            for (bool isBuildOutput : {false, true}) {
+                const Risk risk = RiskCatalog::assess(path, true, isBuildOutput, std::nullopt, profile);
+                for (const QString &text : {risk.title, risk.why, SafetyGuard::reason(path, profile)}) {
+                    QVERIFY2(!text.contains(QLatin1String("macOS")) && !text.contains(QLatin1String("Apple")) &&
+                                 !text.contains(QLatin1String("xcodebuild")),
+                             qPrintable(text));
+                }
+            }
+        }
+        for (const RiskCatalog::SummaryRow &row : RiskCatalog::summary(profile)) {
+            for (const QString &line : row.lines) {
+                for (const char *word : {"macOS", "Apple", "Xcode", "iCloud", "Library", "Keychain", ".dmg"})
+                    QVERIFY2(!line.contains(QLatin1String(word)), qPrintable(line));
+            }
+        }
+    }
+};
+
+SORVEL_TEST(TestTranslations);
+#include "tst_translations.moc"
