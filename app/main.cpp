@@ -1,7 +1,13 @@
+#include "GuiDesktop.h"
+
+#include "core/AppState.h"
+#include "core/Fmt.h"
+#include "core/Prefs.h"
 #include "core/Translations.h"
 
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
+#include <QQuickWindow>
 #include <QUrl>
 
 int main(int argc, char *argv[])
@@ -12,6 +18,29 @@ int main(int argc, char *argv[])
     QGuiApplication::setApplicationName(QStringLiteral("Sorvel Cleaner"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Sorvel Cleaner"));
 
+    // The defaults first, so that the state's first reading of the preferences
+    // sees them.
+    Prefs::registerDefaults();
+    AppState state;
+    // The arguments as the exact bytes of argv, after Qt took its own out: a
+    // "-scan" path keeps any byte the shell handed over.
+    QByteArrayList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments.append(QByteArray(argv[i]));
+    state.setArguments(arguments);
+
+    QObject::connect(&state, &AppState::resultChanged, &state, [&state] {
+        if (const ScanResultPtr &result = state.result())
+            qInfo().noquote() << (state.isDemo() ? "Holding the demo result:" : "Holding the scan of")
+                              << state.scanTargetText() << "-" << result->totalFiles << "files,"
+                              << Fmt::bytes(result->root ? result->root->size : 0);
+    });
+
+    QObject::connect(&state, &AppState::errorMessageChanged, &state, [&state] {
+        if (!state.errorMessage().isNull())
+            qWarning().noquote() << state.errorMessage();
+    });
+
     QQmlApplicationEngine engine;
     QObject::connect(
         &engine, &QQmlApplicationEngine::objectCreationFailed, &app, [] { QCoreApplication::exit(1); },
@@ -20,5 +49,11 @@ int main(int argc, char *argv[])
     // in the resource root by itself, so `import Sorvel.Ui` needs this.
     engine.addImportPath(QStringLiteral("qrc:/"));
     engine.load(QUrl(QStringLiteral("qrc:/Sorvel/Ui/shell/Main.qml")));
+
+    GuiDesktop desktop(&engine);
+    if (!engine.rootObjects().isEmpty())
+        desktop.setWindow(qobject_cast<QQuickWindow *>(engine.rootObjects().first()));
+    state.setDesktop(&desktop);
+    state.onLaunch();
     return QGuiApplication::exec();
 }

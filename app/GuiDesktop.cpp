@@ -1,0 +1,82 @@
+#include "GuiDesktop.h"
+
+#include <QClipboard>
+#include <QFile>
+#include <QGuiApplication>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QUrl>
+#include <QWindow>
+
+namespace {
+
+// One open folder dialog and the answer it owes. Answers exactly once: with the
+// folder on acceptance, with nothing when rejected or destroyed unanswered.
+class FolderRequest : public QObject
+{
+    Q_OBJECT
+
+public:
+    FolderRequest(QObject *dialog, Desktop::FolderChosen done) : m_dialog(dialog), m_done(std::move(done))
+    {
+        dialog->setParent(this);
+    }
+    ~FolderRequest() override { answer({}); }
+
+public slots:
+    void accepted()
+    {
+        const QUrl url = m_dialog->property("selectedFolder").toUrl();
+        // The encoded form keeps bytes that are not valid UTF-8.
+        answer(url.isLocalFile() ? QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1())
+                                 : QByteArray());
+    }
+    void rejected() { answer({}); }
+
+private:
+    void answer(const QByteArray &path)
+    {
+        if (!m_done)
+            return;
+        auto done = std::move(m_done);
+        m_done = nullptr;
+        deleteLater();
+        done(path);
+    }
+
+    QObject *m_dialog;
+    Desktop::FolderChosen m_done;
+};
+
+} // namespace
+
+GuiDesktop::GuiDesktop(QQmlEngine *engine, QObject *parent) : QObject(parent), m_engine(engine) {}
+
+void GuiDesktop::copyText(const QString &text) { QGuiApplication::clipboard()->setText(text); }
+
+void GuiDesktop::chooseFolder(const QString &prompt, const QString &message, const QByteArray &startIn,
+                              FolderChosen done)
+{
+    QQmlComponent component(m_engine);
+    component.setData("import QtQuick\nimport QtQuick.Dialogs\nFolderDialog { modality: Qt.ApplicationModal }\n",
+                      QUrl());
+    QObject *dialog = component.create();
+    if (!dialog) {
+        qWarning().noquote() << "No folder dialog:" << component.errorString();
+        done({});
+        return;
+    }
+    dialog->setProperty("title", message);
+    dialog->setProperty("acceptLabel", prompt);
+    dialog->setProperty("currentFolder", QUrl::fromLocalFile(QFile::decodeName(startIn)));
+    if (m_window)
+        dialog->setProperty("parentWindow", QVariant::fromValue(m_window.data()));
+
+    auto *request = new FolderRequest(dialog, std::move(done));
+    request->setParent(this);
+    connect(dialog, SIGNAL(accepted()), request, SLOT(accepted()));
+    connect(dialog, SIGNAL(rejected()), request, SLOT(rejected()));
+    QMetaObject::invokeMethod(dialog, "open");
+}
+
+#include "GuiDesktop.moc"

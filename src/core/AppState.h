@@ -1,0 +1,204 @@
+#pragma once
+
+#include "CancelToken.h"
+#include "FileCategory.h"
+#include "Navigation.h"
+#include "ScanOptions.h"
+#include "ScanRecords.h"
+#include "ScanResult.h"
+#include "VolumeInfo.h"
+
+#include <QByteArray>
+#include <QByteArrayList>
+#include <QList>
+#include <QMap>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QThreadPool>
+#include <QTimer>
+#include <QUrl>
+#include <QVariant>
+
+#include <functional>
+#include <optional>
+
+class Desktop;
+
+// The one long-lived state of the application: what is shown, what was scanned,
+// the volumes and the recent targets. Lives on the main thread for the life of
+// the process; workers never touch it and hand their results back by queued
+// call.
+//
+// Each observed field is a property with a change signal that fires only when
+// the value really changes; writing the present value notifies nobody. A field
+// is one member, one reader, one setter (through assign()) and one signal.
+// Paths are bytes in C++; the properties give their lossless text form.
+class AppState : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QString section READ sectionText WRITE setSectionText NOTIFY sectionChanged)
+    Q_PROPERTY(QString scanTarget READ scanTargetText NOTIFY scanTargetChanged)
+    Q_PROPERTY(bool isScanning READ isScanning NOTIFY isScanningChanged)
+    Q_PROPERTY(double scanStarted READ scanStarted NOTIFY scanStartedChanged)
+    Q_PROPERTY(ScanProgress progress READ progress NOTIFY progressChanged)
+    Q_PROPERTY(ScanResultPtr result READ result NOTIFY resultChanged)
+    Q_PROPERTY(int revision READ revision NOTIFY revisionChanged)
+    Q_PROPERTY(QList<VolumeInfo> volumes READ volumes NOTIFY volumesChanged)
+    Q_PROPERTY(QVariant rootVolume READ rootVolumeValue NOTIFY volumesChanged)
+    Q_PROPERTY(bool hasFullDiskAccess READ hasFullDiskAccess NOTIFY hasFullDiskAccessChanged)
+    Q_PROPERTY(QStringList recents READ recentsText NOTIFY recentsChanged)
+    Q_PROPERTY(QString errorMessage READ errorMessage WRITE setErrorMessage NOTIFY errorMessageChanged)
+    Q_PROPERTY(
+        QString largestCategory READ largestCategoryText WRITE setLargestCategoryText NOTIFY largestCategoryChanged)
+    Q_PROPERTY(QString folderFocus READ folderFocusText WRITE setFolderFocusText NOTIFY folderFocusChanged)
+    Q_PROPERTY(bool isDemo READ isDemo CONSTANT)
+
+public:
+    // Walks a tree on a worker; DiskScanner::scan unless replaced.
+    using ScanFunction = std::function<ScanResultPtr(const QByteArray &root, const ScanOptions &options, qint64 firstID,
+                                                     const CancelTokenPtr &token,
+                                                     const std::function<void(const ScanProgress &)> &progress)>;
+    // Lists the mounted volumes on a worker; VolumeInfo::mounted unless replaced.
+    using VolumesFunction = std::function<QList<VolumeInfo>()>;
+
+    // Reads the recent targets from the preferences, so Prefs::registerDefaults()
+    // must have run. The launch arguments are the process's own unless set.
+    explicit AppState(QObject *parent = nullptr);
+    // Cancels a running scan and waits for the workers to return.
+    ~AppState() override;
+
+    // -- Seams, set before onLaunch -------------------------------------------
+    void setArguments(const QByteArrayList &arguments);
+    const QByteArrayList &arguments() const { return m_arguments; }
+    void setScanFunction(ScanFunction function);
+    void setVolumesFunction(VolumesFunction function);
+    // Not owned; may be null, and then nothing that needs the desktop happens.
+    void setDesktop(Desktop *desktop) { m_desktop = desktop; }
+    Desktop *desktop() const { return m_desktop; }
+
+    // True when the launch arguments hold "-demo".
+    bool isDemo() const { return m_demo; }
+
+    // -- Observed fields -------------------------------------------------------
+    std::optional<SidebarItem> section() const { return m_section; }
+    void setSection(std::optional<SidebarItem> section);
+    QString sectionText() const;
+    void setSectionText(const QString &raw); // unknown text leaves the section as it is
+
+    const QByteArray &scanTarget() const { return m_scanTarget; } // empty when none
+    QString scanTargetText() const;
+    bool isScanning() const { return m_isScanning; }
+    double scanStarted() const { return m_scanStarted; } // seconds since the epoch
+    const ScanProgress &progress() const { return m_progress; }
+    const ScanResultPtr &result() const { return m_result; }
+    int revision() const { return m_revision; }
+    const QList<VolumeInfo> &volumes() const { return m_volumes; }
+    bool hasFullDiskAccess() const { return m_hasFullDiskAccess; }
+    const QByteArrayList &recents() const { return m_recents; } // newest first
+    QStringList recentsText() const;
+
+    QString errorMessage() const { return m_errorMessage; } // null when none
+    void setErrorMessage(const QString &message);
+    std::optional<FileCategory> largestCategory() const { return m_largestCategory; }
+    void setLargestCategory(std::optional<FileCategory> category);
+    QString largestCategoryText() const;
+    void setLargestCategoryText(const QString &raw);
+    const QByteArray &folderFocus() const { return m_folderFocus; } // empty when none
+    void setFolderFocus(const QByteArray &path);
+    QString folderFocusText() const;
+    void setFolderFocusText(const QString &path);
+
+    // -- Unobserved fields -----------------------------------------------------
+    // The item last shown in each area.
+    std::optional<SidebarItem> lastInArea(Area area) const;
+    const CancelTokenPtr &scanToken() const { return m_scanToken; }
+    qint64 nextFileID() const { return m_nextFileID; }
+    bool didLaunch() const { return m_didLaunch; }
+
+    // The root volume, else the first one, else nothing.
+    std::optional<VolumeInfo> rootVolume() const;
+    QVariant rootVolumeValue() const;
+
+    // -- Operations ------------------------------------------------------------
+    // Runs once: lists the volumes and keeps them fresh, checks disk access, and
+    // honours "-scan PATH" and "-section ITEM"; in demo mode loads the demo data.
+    Q_INVOKABLE void onLaunch();
+    // Scans the folder at `path`, cancelling a running scan first. The previous
+    // result stays until the new one arrives.
+    void scan(const QByteArray &path);
+    Q_INVOKABLE void scanText(const QString &path);
+    Q_INVOKABLE void scanUrl(const QUrl &url);
+    Q_INVOKABLE void cancelScan();
+    // Asks the desktop for a folder and scans it; a cancelled choice does nothing.
+    Q_INVOKABLE void chooseFolderAndScan();
+    // Re-reads the mounted volumes on a worker; the last listing to finish wins.
+    Q_INVOKABLE void refreshVolumes();
+    Q_INVOKABLE void checkFullDiskAccess();
+    // Puts `path` at the front of the recent targets, six at most, and stores them.
+    void addRecent(const QByteArray &path);
+
+    // Seconds between two volume listings after launch.
+    static constexpr int volumeRefreshSeconds = 30;
+
+signals:
+    void sectionChanged();
+    void scanTargetChanged();
+    void isScanningChanged();
+    void scanStartedChanged();
+    void progressChanged();
+    void resultChanged();
+    void revisionChanged();
+    void volumesChanged();
+    void hasFullDiskAccessChanged();
+    void recentsChanged();
+    void errorMessageChanged();
+    void largestCategoryChanged();
+    void folderFocusChanged();
+
+private:
+    // Writes `value` into `field` and emits `changed`, unless they are equal.
+    template <typename T>
+    bool assign(T &field, const T &value, void (AppState::*changed)())
+    {
+        if (field == value)
+            return false;
+        field = value;
+        emit(this->*changed)();
+        return true;
+    }
+
+    void finishScan(const CancelTokenPtr &token, const ScanResultPtr &result, const QByteArray &target);
+    void launchDemo();
+    void handleSectionArgument();
+
+    // Observed.
+    std::optional<SidebarItem> m_section = SidebarItem::overview;
+    QByteArray m_scanTarget;
+    bool m_isScanning = false;
+    double m_scanStarted = 0;
+    ScanProgress m_progress;
+    ScanResultPtr m_result;
+    int m_revision = 0;
+    QList<VolumeInfo> m_volumes;
+    bool m_hasFullDiskAccess = true;
+    QByteArrayList m_recents;
+    QString m_errorMessage;
+    std::optional<FileCategory> m_largestCategory;
+    QByteArray m_folderFocus;
+
+    // Unobserved.
+    QMap<Area::Value, SidebarItem> m_lastInArea;
+    CancelTokenPtr m_scanToken;
+    qint64 m_nextFileID = 0;
+    bool m_didLaunch = false;
+
+    // Surroundings.
+    QByteArrayList m_arguments;
+    bool m_demo = false;
+    ScanFunction m_scanFunction;
+    VolumesFunction m_volumesFunction;
+    Desktop *m_desktop = nullptr;
+    QTimer m_volumeTimer;
+    QThreadPool m_workers;
+};

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QByteArrayList>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+class QObject;
+
+// Small requests to the platform: show files in the file manager, open the
+// privacy settings, run a helper command. No instances.
+namespace FileActions {
+
+// Shows the paths selected in the file manager. Linux: the freedesktop
+// FileManager1 D-Bus interface, else the folder holding the first path is
+// opened. macOS: Finder through `open -R`. Does not wait.
+void reveal(const QByteArrayList &paths);
+
+// Opens the Full Disk Access pane of the system settings. Only macOS has one;
+// elsewhere this does nothing.
+void openFullDiskAccessSettings();
+
+// What a finished command gave: its exit status and everything it wrote to
+// standard output and standard error, interleaved as written. The status is -1
+// when the command could not be started or did not exit normally.
+struct RunResult {
+    int status = -1;
+    QString output;
+};
+
+// Runs `executable` with `arguments` to its end without blocking: returns at
+// once, and `done` is called exactly once on the calling thread (which needs an
+// event loop) when the command has ended or failed to start. When `context` is
+// given and destroyed first, the command is stopped and `done` is not called.
+void run(const QString &executable, const QStringList &arguments, std::function<void(const RunResult &)> done,
+         QObject *context = nullptr);
+
+} // namespace FileActions

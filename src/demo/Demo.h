@@ -1,0 +1,40 @@
+#pragma once
+
+#include "core/JunkEntry.h"
+#include "core/ScanRecords.h"
+#include "core/ScanResult.h"
+#include "core/VolumeInfo.h"
+
+#include <QByteArrayList>
+#include <QList>
+#include <QMap>
+#include <QString>
+#include <QStringList>
+
+// A made-up home folder, volume and Deep Clean figures for showing the
+// application without touching any file. Fixed data; no instances.
+namespace Demo {
+
+// True when the process arguments hold "-demo" anywhere. Decided once, on the
+// first call.
+bool isOn();
+// Whether these arguments turn demo mode on.
+bool isOn(const QByteArrayList &arguments);
+
+// The home folder the demo result stands for.
+inline constexpr char home[] = "/Users/sample";
+
+// The one demo volume.
+VolumeInfo volume();
+
+// Deep Clean figures by location id; every row exists and is readable.
+QMap<QString, DiskUsage> measurements();
+
+// What the "caches" location holds, largest first.
+QList<JunkEntry> cacheContents();
+
+// A fresh scan result of the demo home folder, dated relative to now, with file
+// ids from `firstID` on. The same `firstID` gives the same ids.
+ScanResultPtr scanResult(qint64 firstID);
+
+} // namespace Demo

@@ -1,0 +1,504 @@
+#include "TestMain.h"
+
+#include "FakeScanner.h"
+
+#include "core/AppState.h"
+#include "core/Desktop.h"
+#include "core/Prefs.h"
+#include "demo/Demo.h"
+
+#include <QDir>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include <atomic>
+
+namespace {
+
+ScanResultPtr makeResult(const QByteArray &root, qint64 lastID, qint64 unreadable = 0)
+{
+    auto result = std::make_shared<ScanResult>();
+    result->root = std::make_shared<DirNode>(root);
+    result->lastID = lastID;
+    result->unreadableCount = unreadable;
+    return result;
+}
+
+VolumeInfo volumeAt(const char *path, const char *name, bool root)
+{
+    VolumeInfo v;
+    v.url = path;
+    v.name = QString::fromLatin1(name);
+    v.total = 1000;
+    v.available = 100;
+    v.isRoot = root;
+    return v;
+}
+
+class FakeDesktop : public Desktop
+{
+public:
+    QByteArray answer; // empty: the user cancels
+    QString prompt, message;
+    QByteArray startIn;
+    int asked = 0;
+
+    void chooseFolder(const QString &p, const QString &m, const QByteArray &s, FolderChosen done) override
+    {
+        ++asked;
+        prompt = p;
+        message = m;
+        startIn = s;
+        done(answer);
+    }
+    void copyText(const QString &) override {}
+    void reveal(const QByteArrayList &) override {}
+    void openFullDiskAccessSettings() override {}
+};
+
+// The state with a steerable scanner and a volume listing that counts its calls.
+// The scanner is declared after the state, so it lets every worker go before the
+// state waits for them.
+struct Fixture {
+    AppState state;
+    FakeScanner scanner;
+    std::shared_ptr<std::atomic<int>> volumeCalls = std::make_shared<std::atomic<int>>(0);
+
+    explicit Fixture(const QByteArrayList &arguments = {"sorvel-cleaner"})
+    {
+        state.setArguments(arguments);
+        state.setScanFunction(scanner.function());
+        state.setVolumesFunction([calls = volumeCalls] {
+            ++*calls;
+            return QList<VolumeInfo>{volumeAt("/media/b", "Backup", false), volumeAt("/", "System", true)};
+        });
+    }
+};
+
+} // namespace
+
+class TestAppState : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_prefsDir;
+    int m_store = 0;
+    QByteArray m_home;
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(m_prefsDir.isValid());
+        Prefs::registerDefaults();
+        m_home = TestMain::home();
+    }
+
+    // Every test starts with an empty preference store of its own.
+    void init() { Prefs::useFile(m_prefsDir.filePath(QStringLiteral("prefs-%1.ini").arg(++m_store))); }
+
+    void cleanupTestCase() { Prefs::useFile({}); }
+
+    void initialValues()
+    {
+        Fixture f;
+        QCOMPARE(f.state.section(), std::optional<SidebarItem>(SidebarItem::overview));
+        QVERIFY(!f.state.isScanning());
+        QVERIFY(!f.state.result());
+        QCOMPARE(f.state.revision(), 0);
+        QVERIFY(f.state.hasFullDiskAccess());
+        QVERIFY(f.state.errorMessage().isNull());
+        QVERIFY(f.state.volumes().isEmpty());
+        QVERIFY(!f.state.rootVolume());
+        QVERIFY(!f.state.isDemo());
+    }
+
+    void writesNotifyOnlyOnChange_data()
+    {
+        QTest::addColumn<QByteArray>("property");
+        QTest::addColumn<QVariant>("value");
+        QTest::newRow("section") << QByteArray("section") << QVariant(QStringLiteral("duplicates"));
+        QTest::newRow("errorMessage") << QByteArray("errorMessage") << QVariant(QStringLiteral("Oops."));
+        QTest::newRow("largestCategory") << QByteArray("largestCategory") << QVariant(QStringLiteral("video"));
+        QTest::newRow("folderFocus") << QByteArray("folderFocus") << QVariant(QStringLiteral("/tmp/a"));
+    }
+
+    void writesNotifyOnlyOnChange()
+    {
+        QFETCH(QByteArray, property);
+        QFETCH(QVariant, value);
+        Fixture f;
+        const QMetaProperty meta =
+            f.state.metaObject()->property(f.state.metaObject()->indexOfProperty(property.constData()));
+        QVERIFY(meta.isValid() && meta.hasNotifySignal());
+        QSignalSpy spy(&f.state, meta.notifySignal());
+        QVERIFY(f.state.setProperty(property.constData(), value));
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(f.state.property(property.constData()), value);
+        QVERIFY(f.state.setProperty(property.constData(), value));
+        QCOMPARE(spy.count(), 1);
+    }
+
+    void sectionRemembersItsArea()
+    {
+        Fixture f;
+        QSignalSpy spy(&f.state, &AppState::sectionChanged);
+        f.state.setSection(SidebarItem::old);
+        f.state.setSection(SidebarItem::cleanup);
+        f.state.setSection(SidebarItem::cleanup);
+        f.state.setSection(std::nullopt);
+        QCOMPARE(spy.count(), 3);
+        QCOMPARE(f.state.lastInArea(Area::files), std::optional<SidebarItem>(SidebarItem::old));
+        QCOMPARE(f.state.lastInArea(Area::steam), std::optional<SidebarItem>(SidebarItem::cleanup));
+        QCOMPARE(f.state.lastInArea(Area::space), std::nullopt);
+        f.state.setSectionText(QStringLiteral("no such item"));
+        QCOMPARE(f.state.section(), std::nullopt);
+    }
+
+    void launchArguments_data()
+    {
+        QTest::addColumn<QByteArrayList>("arguments");
+        QTest::addColumn<QByteArray>("scanned"); // below the temporary home, or absolute; empty: no scan
+        QTest::addColumn<QString>("section");
+        const QByteArray app = "sorvel-cleaner";
+        QTest::newRow("no arguments") << QByteArrayList{app} << QByteArray() << u"overview"_qs;
+        QTest::newRow("-scan ~/x") << QByteArrayList{app, "-scan", "~/x"} << QByteArray("~/x") << u"overview"_qs;
+        QTest::newRow("-scan ~") << QByteArrayList{app, "-scan", "~"} << QByteArray("~") << u"overview"_qs;
+        QTest::newRow("-scan last") << QByteArrayList{app, "-section", "old", "-scan"} << QByteArray() << u"old"_qs;
+        QTest::newRow("first -scan only")
+            << QByteArrayList{app, "-scan", "/a/../b/", "-scan", "/c"} << QByteArray("/b") << u"overview"_qs;
+        QTest::newRow("-section largest")
+            << QByteArrayList{app, "-section", "largest"} << QByteArray() << u"largest"_qs;
+        QTest::newRow("-section unknown")
+            << QByteArrayList{app, "-section", "Largest"} << QByteArray() << u"overview"_qs;
+        QTest::newRow("-section last") << QByteArrayList{app, "-section"} << QByteArray() << u"overview"_qs;
+        QTest::newRow("both") << QByteArrayList{app, "-section", "duplicates", "-scan", "/tmp/q"}
+                              << QByteArray("/tmp/q") << u"duplicates"_qs;
+        QTest::newRow("raw bytes") << QByteArrayList{app, "-scan", "/tmp/caf\xe9"} << QByteArray("/tmp/caf\xe9")
+                                   << u"overview"_qs;
+    }
+
+    void launchArguments()
+    {
+        QFETCH(QByteArrayList, arguments);
+        QFETCH(QByteArray, scanned);
+        QFETCH(QString, section);
+        Fixture f(arguments);
+        f.state.onLaunch();
+        QCOMPARE(f.state.sectionText(), section);
+        if (scanned.isEmpty()) {
+            QVERIFY(!f.state.isScanning());
+            QCOMPARE(f.scanner.runCount(), 0);
+            return;
+        }
+        const QByteArray expected = scanned.startsWith('~') ? m_home + scanned.mid(1) : scanned;
+        QVERIFY(f.scanner.waitForRuns(1));
+        QCOMPARE(f.scanner.run(0)->root, expected);
+        QCOMPARE(f.state.scanTarget(), expected);
+        QVERIFY(f.state.isScanning());
+    }
+
+    void launchRunsOnce()
+    {
+        Fixture f({"sorvel-cleaner", "-scan", "/tmp/x"});
+        QSignalSpy volumes(&f.state, &AppState::volumesChanged);
+        f.state.onLaunch();
+        f.state.onLaunch();
+        QVERIFY(f.state.didLaunch());
+        QVERIFY(volumes.wait());
+        QCOMPARE(f.scanner.runCount(), 1);
+        QCOMPARE(f.volumeCalls->load(), 1);
+        // The root volume is found wherever it stands in the list.
+        QCOMPARE(f.state.rootVolume()->url, QByteArray("/"));
+    }
+
+    void scanEndsWithResult()
+    {
+        Fixture f;
+        QSignalSpy result(&f.state, &AppState::resultChanged);
+        QSignalSpy revision(&f.state, &AppState::revisionChanged);
+        f.state.setLargestCategory(FileCategory::video);
+        f.state.setFolderFocus("/tmp/x/y");
+        f.state.scan("/tmp/x/");
+        QCOMPARE(f.state.scanTarget(), QByteArray("/tmp/x"));
+        QVERIFY(f.state.isScanning());
+        QVERIFY(f.state.scanToken());
+        QVERIFY(f.scanner.waitForRuns(1));
+        QCOMPARE(f.scanner.run(0)->firstID, 0);
+
+        const auto first = makeResult("/tmp/x", 120);
+        f.scanner.release(0, first);
+        QVERIFY(result.wait());
+        QCOMPARE(f.state.result(), first);
+        QCOMPARE(revision.count(), 1);
+        QVERIFY(!f.state.isScanning());
+        QVERIFY(!f.state.scanToken());
+        QCOMPARE(f.state.nextFileID(), 120);
+        QCOMPARE(f.state.largestCategory(), std::nullopt);
+        QVERIFY(f.state.folderFocus().isEmpty());
+        QTRY_COMPARE(f.volumeCalls->load(), 1); // volumes are refreshed after a scan
+        QVERIFY(f.state.errorMessage().isNull());
+
+        // The next scan's ids continue where the last left off.
+        f.state.scan("/tmp/x");
+        QVERIFY(f.scanner.waitForRuns(2));
+        QCOMPARE(f.scanner.run(1)->firstID, 120);
+    }
+
+    void progressOfTheCurrentScanOnly()
+    {
+        Fixture f;
+        QSignalSpy progress(&f.state, &AppState::progressChanged);
+        f.state.scan("/tmp/a");
+        QVERIFY(f.scanner.waitForRuns(1));
+        const auto first = f.scanner.run(0);
+        ScanProgress record;
+        record.filesScanned = 10;
+        record.currentPath = "/tmp/a/b";
+        first->progress(record); // as the worker would, from another thread
+        QVERIFY(progress.wait());
+        QCOMPARE(f.state.progress(), record);
+
+        f.state.scan("/tmp/b");
+        QVERIFY(f.scanner.waitForRuns(2));
+        QCOMPARE(f.state.progress(), ScanProgress{}); // a new scan starts from nothing
+        const int before = progress.count();
+        ScanProgress late = record;
+        late.filesScanned = 99;
+        first->progress(late);
+        QTest::qWait(50);
+        QCOMPARE(progress.count(), before);
+        QCOMPARE(f.state.progress(), ScanProgress{});
+    }
+
+    // The replaced scan ends before or after the one that replaced it: either
+    // way its result never shows.
+    void secondScanReplacesFirst_data()
+    {
+        QTest::addColumn<bool>("firstEndsLast");
+        QTest::newRow("first ends right after the second starts") << false;
+        QTest::newRow("first ends after the second") << true;
+    }
+
+    void secondScanReplacesFirst()
+    {
+        QFETCH(bool, firstEndsLast);
+        Fixture f;
+        QSignalSpy result(&f.state, &AppState::resultChanged);
+        QSignalSpy scanning(&f.state, &AppState::isScanningChanged);
+        f.state.scan("/tmp/one");
+        QVERIFY(f.scanner.waitForRuns(1));
+        f.state.scan("/tmp/two");
+        QVERIFY(f.scanner.waitForRuns(2));
+        QVERIFY(f.scanner.run(0)->token->isCancelled());
+        QVERIFY(!f.scanner.run(1)->token->isCancelled());
+        QVERIFY(f.state.isScanning());
+        QCOMPARE(f.state.scanTarget(), QByteArray("/tmp/two"));
+
+        const auto one = makeResult("/tmp/one", 5);
+        const auto two = makeResult("/tmp/two", 9);
+        if (!firstEndsLast) {
+            f.scanner.release(0, one);
+            QTest::qWait(50);
+            QCOMPARE(result.count(), 0);
+            QVERIFY(f.state.isScanning());
+        }
+        f.scanner.release(1, two);
+        QVERIFY(result.wait());
+        if (firstEndsLast) {
+            f.scanner.release(0, one);
+            QTest::qWait(50);
+        }
+        QCOMPARE(result.count(), 1);
+        QCOMPARE(f.state.result(), two);
+        QCOMPARE(f.state.revision(), 1);
+        QVERIFY(!f.state.isScanning());
+        QVERIFY(f.state.errorMessage().isNull());
+    }
+
+    void cancelKeepsPreviousResult()
+    {
+        Fixture f;
+        QSignalSpy result(&f.state, &AppState::resultChanged);
+        f.state.scan("/tmp/old");
+        QVERIFY(f.scanner.waitForRuns(1));
+        const auto old = makeResult("/tmp/old", 3);
+        f.scanner.release(0, old);
+        QVERIFY(result.wait());
+
+        f.state.scan("/tmp/new");
+        QVERIFY(f.scanner.waitForRuns(2));
+        f.state.cancelScan();
+        QVERIFY(!f.state.isScanning());
+        QVERIFY(!f.state.scanToken());
+        QVERIFY(f.scanner.run(1)->token->isCancelled());
+        // A cancelled walk returns nothing; it must not count as a failure.
+        f.scanner.release(1, nullptr);
+        QTest::qWait(50);
+        QCOMPARE(f.state.result(), old);
+        QCOMPARE(f.state.scanTarget(), QByteArray("/tmp/new"));
+        QCOMPARE(f.state.revision(), 1);
+        QVERIFY(f.state.errorMessage().isNull());
+        f.state.cancelScan(); // nothing running: harmless
+        QVERIFY(!f.state.isScanning());
+    }
+
+    void failedScanSaysSo_data()
+    {
+        QTest::addColumn<QByteArray>("target");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("below home") << QByteArray("~/Gone/away") << u"Couldn't scan ~/Gone/away."_qs;
+        QTest::newRow("home itself") << QByteArray("~") << u"Couldn't scan ~."_qs;
+        QTest::newRow("elsewhere") << QByteArray("/nonexistent/x") << u"Couldn't scan /nonexistent/x."_qs;
+    }
+
+    void failedScanSaysSo()
+    {
+        QFETCH(QByteArray, target);
+        QFETCH(QString, message);
+        Fixture f;
+        QSignalSpy result(&f.state, &AppState::resultChanged);
+        QSignalSpy error(&f.state, &AppState::errorMessageChanged);
+        f.state.scan("/tmp/fine");
+        QVERIFY(f.scanner.waitForRuns(1));
+        const auto kept = makeResult("/tmp/fine", 1);
+        f.scanner.release(0, kept);
+        QVERIFY(result.wait());
+
+        f.state.scan(target.startsWith('~') ? m_home + target.mid(1) : target);
+        QVERIFY(f.scanner.waitForRuns(2));
+        f.scanner.release(1, nullptr);
+        QVERIFY(error.wait());
+        QCOMPARE(f.state.errorMessage(), message);
+        QCOMPARE(f.state.result(), kept);
+        QCOMPARE(result.count(), 1);
+        QVERIFY(!f.state.isScanning());
+    }
+
+    void recentTargets()
+    {
+        {
+            Fixture f;
+            for (int i = 1; i <= 7; ++i) {
+                f.state.scan("/tmp/t" + QByteArray::number(i));
+                QVERIFY(f.scanner.waitForRuns(i));
+                f.scanner.release(i - 1, nullptr);
+            }
+            const QByteArrayList newest = {"/tmp/t7", "/tmp/t6", "/tmp/t5", "/tmp/t4", "/tmp/t3", "/tmp/t2"};
+            QCOMPARE(f.state.recents(), newest);
+            QSignalSpy spy(&f.state, &AppState::recentsChanged);
+            f.state.addRecent("/tmp/t7");
+            QCOMPARE(spy.count(), 0);
+            f.state.addRecent("/tmp/t4");
+            QCOMPARE(f.state.recents(),
+                     (QByteArrayList{"/tmp/t4", "/tmp/t7", "/tmp/t6", "/tmp/t5", "/tmp/t3", "/tmp/t2"}));
+            // Canonically equivalent spellings are one entry.
+            f.state.addRecent("/tmp/e\xcc\x81");
+            f.state.addRecent("/tmp/\xc3\xa9");
+            QCOMPARE(f.state.recents().first(), QByteArray("/tmp/\xc3\xa9"));
+            QCOMPARE(f.state.recents().count("/tmp/e\xcc\x81"), 0);
+            f.state.addRecent("/tmp/caf\xe9"); // not UTF-8: stored losslessly
+        }
+        // Stored and read back by the next state.
+        AppState next;
+        QCOMPARE(next.recents(),
+                 (QByteArrayList{"/tmp/caf\xe9", "/tmp/\xc3\xa9", "/tmp/t4", "/tmp/t7", "/tmp/t6", "/tmp/t5"}));
+        QCOMPARE(Prefs::list(Prefs::recentTargets).size(), 6);
+    }
+
+    void optionsAreFixedAtTheStart()
+    {
+        Fixture f;
+        Prefs::setValue(Prefs::minTrackedSize, 5000);
+        Prefs::setList(Prefs::excludedPaths, {u"/tmp/skip"_qs});
+        f.state.scan("/tmp/a");
+        QVERIFY(f.scanner.waitForRuns(1));
+        Prefs::setValue(Prefs::minTrackedSize, 7000);
+        Prefs::setValue(Prefs::skipHiddenFiles, true);
+        QCOMPARE(f.scanner.run(0)->options.minTrackedSize, 5000);
+        QCOMPARE(f.scanner.run(0)->options.excludedPaths, QByteArrayList{"/tmp/skip"});
+        QVERIFY(!f.scanner.run(0)->options.skipHiddenFiles);
+        f.scanner.release(0, makeResult("/tmp/a", 1));
+        QTRY_VERIFY(!f.state.isScanning());
+
+        f.state.scan("/tmp/a");
+        QVERIFY(f.scanner.waitForRuns(2));
+        QCOMPARE(f.scanner.run(1)->options.minTrackedSize, 7000);
+        QVERIFY(f.scanner.run(1)->options.skipHiddenFiles);
+    }
+
+    void chooseFolderAndScan_data()
+    {
+        QTest::addColumn<QByteArray>("answer");
+        QTest::newRow("chosen") << QByteArray("/tmp/picked");
+        QTest::newRow("cancelled") << QByteArray();
+    }
+
+    void chooseFolderAndScan()
+    {
+        QFETCH(QByteArray, answer);
+        Fixture f;
+        f.state.chooseFolderAndScan(); // without a desktop nothing happens
+        QVERIFY(!f.state.isScanning());
+
+        FakeDesktop desktop;
+        desktop.answer = answer;
+        f.state.setDesktop(&desktop);
+        f.state.chooseFolderAndScan();
+        QCOMPARE(desktop.asked, 1);
+        QCOMPARE(desktop.prompt, u"Scan"_qs);
+        QCOMPARE(desktop.message, u"Choose a folder or disk to analyze"_qs);
+        QCOMPARE(desktop.startIn, m_home);
+        QCOMPARE(f.state.isScanning(), !answer.isEmpty());
+        if (!answer.isEmpty()) {
+            QVERIFY(f.scanner.waitForRuns(1));
+            QCOMPARE(f.scanner.run(0)->root, answer);
+        }
+    }
+
+    void demoLaunch()
+    {
+        Fixture f({"sorvel-cleaner", "-section", "cleanup", "-scan", "/tmp/x", "-demo"});
+        QVERIFY(f.state.isDemo());
+        QSignalSpy revision(&f.state, &AppState::revisionChanged);
+        f.state.onLaunch();
+        QCOMPARE(f.state.volumes(), QList<VolumeInfo>{Demo::volume()});
+        QVERIFY(f.state.result());
+        QCOMPARE(f.state.scanTarget(), QByteArray("/Users/sample"));
+        QCOMPARE(f.state.result()->root->name, QByteArray("/Users/sample"));
+        QCOMPARE(revision.count(), 1);
+        QCOMPARE(f.state.section(), std::optional<SidebarItem>(SidebarItem::cleanup));
+        QCOMPARE(f.state.nextFileID(), f.state.result()->lastID);
+        QVERIFY(f.state.hasFullDiskAccess());
+        f.state.checkFullDiskAccess();
+        QVERIFY(f.state.hasFullDiskAccess());
+        // Nothing else runs: no listing, no scan of "-scan".
+        QTest::qWait(50);
+        QCOMPARE(f.volumeCalls->load(), 0);
+        QCOMPARE(f.scanner.runCount(), 0);
+        QVERIFY(!f.state.isScanning());
+
+        // A scan chosen in demo mode is real, and refreshes no volumes.
+        f.state.scan("/tmp/real");
+        QVERIFY(f.scanner.waitForRuns(1));
+        QCOMPARE(f.scanner.run(0)->firstID, f.state.nextFileID());
+        f.scanner.release(0, makeResult("/tmp/real", f.state.nextFileID() + 1));
+        QTRY_VERIFY(!f.state.isScanning());
+        QTest::qWait(50);
+        QCOMPARE(f.volumeCalls->load(), 0);
+        QCOMPARE(f.state.volumes(), QList<VolumeInfo>{Demo::volume()});
+    }
+
+    void stateEndsWhileScanning()
+    {
+        // The destructor cancels the scan and waits for its worker.
+        auto f = std::make_unique<Fixture>();
+        f->state.scan("/tmp/a");
+        QVERIFY(f->scanner.waitForRuns(1));
+        const CancelTokenPtr token = f->scanner.run(0)->token;
+        f.reset();
+        QVERIFY(token->isCancelled());
+    }
+};
+
+SORVEL_TEST(TestAppState);
+#include "tst_appstate.moc"

@@ -1,0 +1,157 @@
+#include "TestMain.h"
+
+#include "core/Paths.h"
+#include "core/Prefs.h"
+#include "core/ScanOptions.h"
+#include "core/SizeThreshold.h"
+
+#include <QFile>
+#include <QSettings>
+#include <QTemporaryDir>
+
+class TestPrefs : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_dir;
+    int m_store = 0;
+    QString m_file;
+
+    // Writes raw INI text, the way a user or another version might have left it.
+    void writeStore(const QByteArray &ini)
+    {
+        Prefs::useFile({});
+        QFile file(m_file);
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(ini);
+        file.close();
+        Prefs::useFile(m_file);
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(m_dir.isValid());
+        Prefs::registerDefaults();
+    }
+
+    void init()
+    {
+        m_file = m_dir.filePath(QStringLiteral("store-%1.ini").arg(++m_store));
+        Prefs::useFile(m_file);
+    }
+
+    void cleanupTestCase() { Prefs::useFile({}); }
+
+    void defaultsAreNotWritten()
+    {
+        QCOMPARE(Prefs::integer(Prefs::minTrackedSize), 1000000);
+        QCOMPARE(Prefs::boolean(Prefs::treatPackagesAsFiles), true);
+        QCOMPARE(Prefs::boolean(Prefs::skipHiddenFiles), false);
+        QCOMPARE(Prefs::boolean(Prefs::showMenuBarExtra), true);
+        QCOMPARE(Prefs::list(Prefs::excludedPaths), QStringList());
+        QCOMPARE(Prefs::list(Prefs::recentTargets), QStringList());
+        QVERIFY(!Prefs::value(Prefs::spaceLayout).isValid()); // the explorer has its own default
+        Prefs::registerDefaults();                            // again: harmless
+        Prefs::useFile({});
+        QSettings written(m_file, QSettings::IniFormat);
+        QVERIFY(written.allKeys().isEmpty());
+    }
+
+    void writesAndRemoves()
+    {
+        Prefs::setValue(Prefs::minTrackedSize, 0);
+        QCOMPARE(Prefs::integer(Prefs::minTrackedSize), 0); // 0 is a legal value
+        Prefs::remove(Prefs::minTrackedSize);
+        QCOMPARE(Prefs::integer(Prefs::minTrackedSize), 1000000);
+        Prefs::setValue(Prefs::skipHiddenFiles, true);
+        Prefs::useFile(m_file); // read back from the file
+        QCOMPARE(Prefs::boolean(Prefs::skipHiddenFiles), true);
+    }
+
+    void list_data()
+    {
+        QTest::addColumn<QByteArray>("stored"); // INI value, escapes as QSettings writes them
+        QTest::addColumn<QStringList>("entries");
+        QTest::newRow("empty") << QByteArray("\"\"") << QStringList();
+        QTest::newRow("only line feeds") << QByteArray("\\n\\n\\n") << QStringList();
+        QTest::newRow("spaces survive") << QByteArray("/a b/c d\\n/e") << QStringList{u"/a b/c d"_qs, u"/e"_qs};
+        QTest::newRow("empty pieces dropped") << QByteArray("\\n/a\\n\\n/b\\n") << QStringList{u"/a"_qs, u"/b"_qs};
+        QTest::newRow("order kept") << QByteArray("/z\\n/a\\n/m") << QStringList{u"/z"_qs, u"/a"_qs, u"/m"_qs};
+        QTest::newRow("written as an INI list") << QByteArray("/a, /b") << QStringList{u"/a"_qs, u"/b"_qs};
+    }
+
+    void list()
+    {
+        QFETCH(QByteArray, stored);
+        QFETCH(QStringList, entries);
+        writeStore("[General]\nexcludedPaths=" + stored + "\n");
+        QCOMPARE(Prefs::list(Prefs::excludedPaths), entries);
+    }
+
+    void setListLeavesOutWhatCannotBeStored()
+    {
+        Prefs::setList(Prefs::excludedPaths, {u"/a"_qs, u"/bad\nname"_qs, QString(), u"/b"_qs});
+        QCOMPARE(Prefs::list(Prefs::excludedPaths), (QStringList{u"/a"_qs, u"/b"_qs}));
+        Prefs::setList(Prefs::excludedPaths, {});
+        QCOMPARE(Prefs::list(Prefs::excludedPaths), QStringList());
+    }
+
+    void malformedValues_data()
+    {
+        QTest::addColumn<QByteArray>("ini");
+        QTest::addColumn<qint64>("minTracked");
+        QTest::addColumn<bool>("packages");
+        QTest::addColumn<bool>("hidden");
+        QTest::newRow("words") << QByteArray("minTrackedSize=lots\ntreatPackagesAsFiles=maybe\nskipHiddenFiles=sure")
+                               << qint64(1000000) << true << false;
+        QTest::newRow("numbers as text") << QByteArray("minTrackedSize=\" 42 \"\ntreatPackagesAsFiles=0\n"
+                                                       "skipHiddenFiles=YES")
+                                         << qint64(42) << false << true;
+        QTest::newRow("negative size") << QByteArray("minTrackedSize=-5") << qint64(0) << true << false;
+        QTest::newRow("huge size") << QByteArray("minTrackedSize=99999999999999999999999") << qint64(1000000) << true
+                                   << false;
+    }
+
+    void malformedValues()
+    {
+        QFETCH(QByteArray, ini);
+        QFETCH(qint64, minTracked);
+        QFETCH(bool, packages);
+        QFETCH(bool, hidden);
+        writeStore("[General]\n" + ini + "\n");
+        const ScanOptions options = ScanOptions::current();
+        QCOMPARE(options.minTrackedSize, minTracked);
+        QCOMPARE(options.treatPackagesAsFiles, packages);
+        QCOMPARE(options.skipHiddenFiles, hidden);
+    }
+
+    void scanOptionsFromTheStore()
+    {
+        QCOMPARE(ScanOptions::current(), ScanOptions{});
+        const QByteArray odd("/tmp/caf\xe9 folder");
+        Prefs::setValue(Prefs::minTrackedSize, 250000);
+        Prefs::setValue(Prefs::treatPackagesAsFiles, false);
+        Prefs::setList(Prefs::excludedPaths, {Paths::toText(odd), u"/Volumes/Backup"_qs});
+        const ScanOptions options = ScanOptions::current();
+        QCOMPARE(options.minTrackedSize, 250000);
+        QVERIFY(!options.treatPackagesAsFiles);
+        QCOMPARE(options.excludedPaths, (QByteArrayList{odd, "/Volumes/Backup"}));
+    }
+
+    void sizeThreshold()
+    {
+        QCOMPARE(SizeThreshold::allCases.size(), size_t(6));
+        const qint64 raw[] = {0, 10000000, 100000000, 500000000, 1000000000, 5000000000};
+        for (size_t i = 0; i < SizeThreshold::allCases.size(); ++i) {
+            QCOMPARE(SizeThreshold::allCases[i].rawValue(), raw[i]);
+            QCOMPARE(SizeThreshold::fromRawValue(raw[i]), std::optional(SizeThreshold::allCases[i]));
+        }
+        QCOMPARE(SizeThreshold::fromRawValue(1), std::nullopt);
+        QCOMPARE(SizeThreshold::fromRawValue(-10000000), std::nullopt);
+        QCOMPARE(SizeThreshold::fromRawValue(1000000), std::nullopt);
+    }
+};
+
+SORVEL_TEST(TestPrefs);
+#include "tst_prefs.moc"
