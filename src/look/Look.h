@@ -46,6 +46,7 @@ class Look : public QObject
     Q_PROPERTY(QColor magma READ magma NOTIFY appearanceChanged)
     Q_PROPERTY(QColor glass READ glass NOTIFY appearanceChanged)
     Q_PROPERTY(QColor glassEdge READ glassEdge NOTIFY appearanceChanged)
+    Q_PROPERTY(QColor scrim READ scrim CONSTANT)
     Q_PROPERTY(QColor burnDim READ burnDim CONSTANT)
     // Gradient stops, first to last.
     Q_PROPERTY(QVariantList sorvelGradient READ sorvelGradient CONSTANT)
@@ -92,6 +93,7 @@ public:
     QColor magma() const { return Palette::magma.color(); }
     QColor glass() const { return Palette::glass.color(); }
     QColor glassEdge() const { return Palette::glassEdge.color(); }
+    QColor scrim() const { return Palette::scrim.color(); }
     QColor burnDim() const { return Room::burnDim.color(); }
     QVariantList sorvelGradient() const;
     QVariantList sorvelFlatGradient() const;

@@ -44,6 +44,8 @@ inline constexpr OKLCH honey{0.85, 0.14, 82, 1};
 inline constexpr OKLCH magma{0.63, 0.22, 18, 1};
 inline constexpr OKLCH glass{1, 0, 0, 0.045};
 inline constexpr OKLCH glassEdge{1, 0, 0, 0.09};
+// What dims the window behind a sheet (drawn at the backdrop's opacity).
+inline constexpr OKLCH scrim{0, 0, 0, 1};
 
 // Gradients, as their stops from first to last.
 inline constexpr std::array<OKLCH, 3> sorvel{{{0.95, 0.03, 195, 1}, {0.82, 0.11, 195, 1}, {0.66, 0.12, 212, 1}}};

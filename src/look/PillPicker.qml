@@ -10,6 +10,8 @@ Rectangle {
 
     property var options: []
     property var symbols: []
+    // Help texts, one per pill, if given.
+    property var toolTips: []
     property int currentIndex: 0
     property bool compact: false
 
@@ -91,6 +93,10 @@ Rectangle {
 
                 HoverHandler {
                     id: hover
+                }
+                SorvelToolTip {
+                    visible: hover.hovered && text.length > 0
+                    text: picker.toolTips[pill.index] ?? ""
                 }
                 TapHandler {
                     onTapped: picker.activated(pill.index)
