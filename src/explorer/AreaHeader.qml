@@ -37,6 +37,7 @@ Item {
                         required property var modelData
                         readonly property bool current: modelData.raw === AppState.section
 
+                        y: tabs.height - height
                         text: modelData.title
                         font.pixelSize: current || Shell.areaItems.length === 1 ? 25 : 19
                         font.weight: current ? Font.Bold : Font.DemiBold

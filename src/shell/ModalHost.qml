@@ -1,4 +1,3 @@
-pragma ComponentBehavior: Bound
 import QtQuick
 import Sorvel.Ui
 
@@ -69,7 +68,7 @@ Item {
             buttons: [
                 SorvelButton {
                     text: qsTr("Close")
-                    onClicked: host.presenter.dismiss()
+                    onClicked: Shell.modal.dismiss()
                 }
             ]
         }

@@ -69,7 +69,7 @@ Item {
 
     // Keep the last words while the capsule fades out.
     onToastChanged: {
-        if (present) {
+        if (toast && toast.id) {
             capsule.message = toast.message;
             capsule.symbol = toast.symbol;
         }

@@ -186,6 +186,7 @@ private Q_SLOTS:
                     QUrl::StrictMode);
         QVERIFY(url.isValid());
         QCOMPARE(ShellRules::folderToScan({url}), std::optional<QByteArray>(odd));
+        QVERIFY(::rmdir(odd.constData()) == 0);
     }
 
     void rescanAndStopEnablement_data()
