@@ -22,8 +22,6 @@ ApplicationWindow {
         customTitleBar: Shell.customTitleBar
     }
 
-    SorvelCommands {}
-
     WindowResizer {
         anchors.fill: parent
         enabled: Shell.customTitleBar && window.visibility === Window.Windowed

@@ -74,5 +74,9 @@ Item {
         }
     }
 
-    Keys.onEscapePressed: presenter.dismiss()
+    Shortcut {
+        sequence: "Escape"
+        enabled: host.presented
+        onActivated: host.presenter.dismiss()
+    }
 }

@@ -13,10 +13,15 @@ Item {
     readonly property alias topBar: topBar
     property bool dropTargeted: false
 
+    SorvelCommands {
+        id: commands
+    }
+
     TopBar {
         id: topBar
 
         width: parent.width
+        commands: commands
         window: root.window
         customTitleBar: root.customTitleBar
     }

@@ -9,6 +9,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QGuiApplication>
 
 #include <sys/stat.h>
 
@@ -84,6 +85,13 @@ Shell::Shell(AppState *state, QObject *parent) : QObject(parent), m_state(state)
     connect(m_state, &AppState::toastChanged, this, followToast);
     followToast();
     connect(&m_toastTimer, &ToastTimer::expired, m_state, &AppState::clearToast);
+
+    if (auto *app = qobject_cast<QGuiApplication *>(QCoreApplication::instance())) {
+        connect(app, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState appState) {
+            if (appState == Qt::ApplicationActive)
+                onActivated();
+        });
+    }
 }
 
 Shell *Shell::create(QQmlEngine *, QJSEngine *) { return new Shell(AppStateForeign::instance()); }
@@ -268,4 +276,23 @@ QString Shell::titleOf(const QString &itemRaw) const
 {
     const auto item = SidebarItem::fromRawValue(itemRaw);
     return item ? item->title() : QString();
+}
+
+QVariantList Shell::goEntries() const
+{
+    QVariantList list;
+    for (const Area area : Area::allCases)
+        for (const SidebarItem item : area.items())
+            list << QVariantMap{{QStringLiteral("title"), area.title() + QStringLiteral(" \u203a ") + item.title()},
+                                {QStringLiteral("raw"), item.rawValue()}};
+    return list;
+}
+
+void Shell::onActivated()
+{
+    if (!m_state)
+        return;
+    m_state->checkFullDiskAccess();
+    if (!m_state->isDemo())
+        m_state->refreshVolumes();
 }

@@ -50,6 +50,8 @@ class Shell : public QObject
     // "Space (Ctrl+1)": the help of the area switcher's buttons.
     Q_PROPERTY(QStringList areaToolTips READ areaToolTips CONSTANT)
     Q_PROPERTY(bool hasResult READ hasResult NOTIFY resultChanged)
+    // The Go menu: {title, raw} of every item of every area, "Space › Overview".
+    Q_PROPERTY(QVariantList goEntries READ goEntries CONSTANT)
     // {raw, title} of the items of the current area.
     Q_PROPERTY(QVariantList areaItems READ areaItems NOTIFY sectionChanged)
     // {path, name} of the recent targets; {path, name, isInternal} of the volumes.
@@ -80,6 +82,10 @@ public:
     QStringList areaSymbols() const;
     QStringList areaToolTips() const;
     bool hasResult() const;
+    QVariantList goEntries() const;
+    // The application became active again: the disk access may have been
+    // granted meanwhile, and volumes may have come or gone.
+    Q_INVOKABLE void onActivated();
     QVariantList areaItems() const;
     QVariantList recentRows() const;
     QVariantList volumeRows() const;

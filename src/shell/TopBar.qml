@@ -10,6 +10,7 @@ Rectangle {
 
     property Window window
     property bool customTitleBar: false
+    property SorvelCommands commands
     readonly property bool compact: width < 980
     readonly property alias scanMenu: menu
 
@@ -128,6 +129,25 @@ Rectangle {
         FreeSpaceChip {
             anchors.verticalCenter: parent.verticalCenter
             compact: bar.compact
+        }
+
+        SorvelButton {
+            id: menuButton
+
+            anchors.verticalCenter: parent.verticalCenter
+            visible: bar.commands !== null
+            kind: SorvelButtonStyle.Ghost
+            symbol: "list.bullet"
+            toolTip: qsTr("Commands")
+            onClicked: commandsMenu.opened ? commandsMenu.close() : commandsMenu.open()
+
+            CommandsMenu {
+                id: commandsMenu
+
+                commands: bar.commands
+                x: menuButton.width - width
+                y: menuButton.height + 8
+            }
         }
 
         WindowControls {

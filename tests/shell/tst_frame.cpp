@@ -18,6 +18,8 @@
 #include <QTemporaryDir>
 #include <QTranslator>
 
+#include <memory>
+
 namespace {
 
 class ScopedEnv
@@ -225,6 +227,32 @@ private Q_SLOTS:
         f.state.showToast(QStringLiteral("third"), QString());
         f.state.clearToast(first);
         QVERIFY(f.state.toast());
+    }
+
+    void activationRefreshesVolumesOutsideTheDemo_data()
+    {
+        QTest::addColumn<bool>("demo");
+        QTest::newRow("real disk") << false;
+        QTest::newRow("demo") << true;
+    }
+
+    void activationRefreshesVolumesOutsideTheDemo()
+    {
+        QFETCH(bool, demo);
+        Fixture f(demo ? QByteArrayList{"sorvel-cleaner", "-demo"} : QByteArrayList{"sorvel-cleaner"});
+        auto listings = std::make_shared<QAtomicInt>(0);
+        f.state.setVolumesFunction([listings] {
+            listings->fetchAndAddOrdered(1);
+            return QList<VolumeInfo>();
+        });
+        Shell shell(&f.state);
+        shell.onActivated();
+        if (demo) {
+            QTest::qWait(100);
+            QCOMPARE(listings->loadAcquire(), 0);
+        } else {
+            QTRY_COMPARE(listings->loadAcquire(), 1);
+        }
     }
 
     void noticeAndDismiss()
