@@ -8,7 +8,7 @@ namespace Typo {
 QFont caption()
 {
     QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
-    font.setPointSizeF(11);
+    font.setPixelSize(11);
     font.setWeight(QFont::Medium);
     return font;
 }
@@ -16,7 +16,7 @@ QFont caption()
 QFont micro()
 {
     QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
-    font.setPointSizeF(10);
+    font.setPixelSize(10);
     font.setWeight(QFont::DemiBold);
     return font;
 }

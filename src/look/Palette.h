@@ -57,9 +57,11 @@ inline constexpr OKLCH burnDim{0.82, 0.035, 212, 1};
 }
 
 namespace Typo {
-// The system font at 11 points, medium weight.
+// Sizes are in logical pixels, the unit of every size in the interface (a
+// point of the design is one logical pixel).
+// The system font at 11 pixels, medium weight.
 QFont caption();
-// The system font at 10 points, semibold.
+// The system font at 10 pixels, semibold.
 QFont micro();
 } // namespace Typo
 

@@ -109,9 +109,9 @@ private Q_SLOTS:
 
     void typo()
     {
-        QCOMPARE(Typo::caption().pointSizeF(), 11.0);
+        QCOMPARE(Typo::caption().pixelSize(), 11);
         QCOMPARE(Typo::caption().weight(), QFont::Medium);
-        QCOMPARE(Typo::micro().pointSizeF(), 10.0);
+        QCOMPARE(Typo::micro().pixelSize(), 10);
         QCOMPARE(Typo::micro().weight(), QFont::DemiBold);
     }
 };

@@ -138,6 +138,15 @@ private Q_SLOTS:
 
         f.state.setErrorMessage(QStringLiteral("The Trash could not be emptied: permission denied."));
         shoot("sheet");
+        f.state.setErrorMessage(QString());
+
+        // While a scan runs, the bar shows what is read and offers Stop.
+        QTemporaryDir target;
+        f.state.scan(QFile::encodeName(target.path()));
+        QVERIFY(f.scanner.waitForRuns(1));
+        shoot("scanning");
+        f.state.cancelScan();
+        QTRY_VERIFY(!f.state.isScanning());
 
         QVERIFY2(warnings.isEmpty(), qPrintable(describe(warnings)));
         AppStateForeign::setInstance(nullptr);
