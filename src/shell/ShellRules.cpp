@@ -227,7 +227,12 @@ void Shell::clearErrorMessage()
 QString Shell::captionOf(const QString &itemRaw) const
 {
     const auto item = SidebarItem::fromRawValue(itemRaw);
-    return item ? item->caption() : QString();
+    if (!item)
+        return {};
+    QString caption = item->caption();
+    if (!caption.isEmpty())
+        caption[0] = caption[0].toLower();
+    return caption;
 }
 
 int Shell::areaIndex() const

@@ -106,7 +106,8 @@ public:
     Q_INVOKABLE bool dropUrls(const QList<QUrl> &urls);
     Q_INVOKABLE QString displayName(const QString &pathText) const;
     Q_INVOKABLE void clearErrorMessage();
-    // The caption of a sidebar item ("your largest files"), by raw value.
+    // The caption of a sidebar item by raw value, as it reads inside a
+    // sentence: "the heaviest files, ranked".
     Q_INVOKABLE QString captionOf(const QString &itemRaw) const;
     // "⌘1" on macOS, "Ctrl+1" elsewhere.
     Q_INVOKABLE QString shortcutText(int digit) const;
