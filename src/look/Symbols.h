@@ -6,7 +6,7 @@
 #include <QString>
 #include <QUrl>
 
-// Symbols are small line icons named like the design's symbol names
+// Symbols are small line icons known by dotted names
 // ("sparkles", "house.fill"). Each name maps to one open SVG icon (Lucide), in
 // the table icons/symbols.txt; the build copies just those into the resources.
 namespace Symbols {
