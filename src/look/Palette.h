@@ -58,7 +58,7 @@ inline constexpr OKLCH burnDim{0.82, 0.035, 212, 1};
 
 namespace Typo {
 // Sizes are in logical pixels, the unit of every size in the interface (a
-// point of the design is one logical pixel).
+// point in the look's measures is one logical pixel).
 // The system font at 11 pixels, medium weight.
 QFont caption();
 // The system font at 10 pixels, semibold.
