@@ -212,8 +212,7 @@ void AppState::onLaunch()
 
     refreshVolumes();
     checkFullDiskAccess();
-    // Hook: the Deep Clean locations are measured here (cleanup.measure()) once
-    // the cleanup model belongs to this state.
+    m_cleanup.measure();
     m_volumeTimer.start();
 
     const qsizetype scanAt = m_arguments.indexOf("-scan");
@@ -235,8 +234,7 @@ void AppState::launchDemo()
 {
     assign(m_volumes, QList<VolumeInfo>{Demo::volume()}, &AppState::volumesChanged);
     assign(m_hasFullDiskAccess, true, &AppState::hasFullDiskAccessChanged);
-    // Hook: the cleanup model loads its demo figures here (cleanup.loadDemo())
-    // once it belongs to this state.
+    m_cleanup.loadDemo();
     assign(m_scanTarget, QByteArray(Demo::home), &AppState::scanTargetChanged);
     ScanResultPtr demo = Demo::scanResult(m_nextFileID);
     m_nextFileID = qMax(m_nextFileID, demo->lastID);

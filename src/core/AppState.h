@@ -8,6 +8,8 @@
 #include "ScanResult.h"
 #include "Toast.h"
 #include "VolumeInfo.h"
+#include "deepclean/CleanupModel.h"
+#include "removal/CleanQueue.h"
 
 #include <QByteArray>
 #include <QByteArrayList>
@@ -57,6 +59,8 @@ class AppState : public QObject
         QString largestCategory READ largestCategoryText WRITE setLargestCategoryText NOTIFY largestCategoryChanged)
     Q_PROPERTY(QString folderFocus READ folderFocusText WRITE setFolderFocusText NOTIFY folderFocusChanged)
     Q_PROPERTY(bool isDemo READ isDemo CONSTANT)
+    Q_PROPERTY(CleanQueue *queue READ queue CONSTANT)
+    Q_PROPERTY(CleanupModel *cleanup READ cleanup CONSTANT)
 
 public:
     // Walks a tree on a worker; DiskScanner::scan unless replaced.
@@ -119,6 +123,14 @@ public:
     void setFolderFocus(const QByteArray &path);
     QString folderFocusText() const;
     void setFolderFocusText(const QString &path);
+
+    // -- Sub-models, fixed for the life of the state ----------------------------
+    // The one selection of the application.
+    CleanQueue *queue() { return &m_queue; }
+    const CleanQueue *queue() const { return &m_queue; }
+    // The state behind Deep Clean.
+    CleanupModel *cleanup() { return &m_cleanup; }
+    const CleanupModel *cleanup() const { return &m_cleanup; }
 
     // -- Unobserved fields -----------------------------------------------------
     // The item last shown in each area.
@@ -205,6 +217,10 @@ private:
     CancelTokenPtr m_scanToken;
     qint64 m_nextFileID = 0;
     bool m_didLaunch = false;
+
+    // Sub-models.
+    CleanQueue m_queue;
+    CleanupModel m_cleanup;
 
     // Surroundings.
     QByteArrayList m_arguments;

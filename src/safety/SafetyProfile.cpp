@@ -1,6 +1,7 @@
 #include "SafetyProfile.h"
 
 #include "core/Paths.h"
+#include "core/Xdg.h"
 #include "scan/DiskScanner.h"
 
 #include <QFile>
@@ -103,19 +104,6 @@ int splitLeading(QByteArrayView path, std::array<QByteArrayView, N> &lead)
     return count;
 }
 
-// Removes shell backslash escapes from a user-dirs.dirs value.
-QByteArray unescape(QByteArrayView text)
-{
-    QByteArray out;
-    out.reserve(text.size());
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        if (text[i] == '\\' && i + 1 < text.size())
-            ++i;
-        out.append(text[i]);
-    }
-    return out;
-}
-
 } // namespace
 
 SafetyProfile::SafetyProfile(Platform platform, QByteArray home, QByteArray configHome)
@@ -214,29 +202,8 @@ bool SafetyProfile::isInsideMount(QByteArrayView path) const
 
 QList<std::pair<QByteArray, QByteArray>> SafetyProfile::readUserDirs(const QByteArray &file, const QByteArray &home)
 {
-    QList<std::pair<QByteArray, QByteArray>> dirs;
-    QFile in(QFile::decodeName(file));
-    if (!in.open(QIODevice::ReadOnly))
-        return dirs;
-    const QByteArray text = in.read(1 << 20);
-    for (QByteArrayView line : QByteArray(text).split('\n')) {
-        line = line.trimmed();
-        if (!line.startsWith("XDG_") || !line.contains('='))
-            continue;
-        const qsizetype eq = line.indexOf('=');
-        const QByteArrayView name = line.first(eq).trimmed();
-        QByteArrayView value = line.sliced(eq + 1).trimmed();
-        if (!name.endsWith("_DIR") || value.size() < 2 || !value.startsWith('"') || !value.endsWith('"'))
-            continue;
-        const QByteArray path = unescape(value.sliced(1, value.size() - 2));
-        QByteArray dir;
-        if (path == "$HOME" || path.startsWith("$HOME/"))
-            dir = home + path.sliced(5);
-        else if (path.startsWith('/'))
-            dir = path;
-        else
-            continue; // no other form is defined
-        dirs.append({name.sliced(4, name.size() - 8).toByteArray(), DiskScanner::normalize(dir)});
-    }
+    QList<std::pair<QByteArray, QByteArray>> dirs = Xdg::readUserDirs(file, home);
+    for (auto &entry : dirs)
+        entry.second = DiskScanner::normalize(entry.second);
     return dirs;
 }

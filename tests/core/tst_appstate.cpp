@@ -4,10 +4,12 @@
 
 #include "core/AppState.h"
 #include "core/Desktop.h"
+#include "core/Paths.h"
 #include "core/Prefs.h"
 #include "demo/Demo.h"
 
 #include <QDir>
+#include <QFile>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
@@ -199,6 +201,14 @@ private slots:
 
     void launchRunsOnce()
     {
+        {
+            // A real launch measures Deep Clean on a worker.
+            Fixture measuring;
+            QSignalSpy measured(measuring.state.cleanup(), &CleanupModel::measured);
+            measuring.state.onLaunch();
+            QVERIFY(measuring.state.cleanup()->isMeasuring());
+            QVERIFY(measured.wait(10000));
+        }
         Fixture f({"sorvel-cleaner", "-scan", "/tmp/x"});
         QSignalSpy volumes(&f.state, &AppState::volumesChanged);
         f.state.onLaunch();
@@ -471,6 +481,12 @@ private slots:
         QVERIFY(f.state.hasFullDiskAccess());
         f.state.checkFullDiskAccess();
         QVERIFY(f.state.hasFullDiskAccess());
+        // Deep Clean holds the demo figures, nothing ticked, and stays still.
+        QVERIFY(f.state.cleanup()->hasMeasured());
+        QVERIFY(f.state.cleanup()->selected().isEmpty());
+        QCOMPARE(f.state.cleanup()->measurements().size(), Demo::measurements().size());
+        f.state.cleanup()->measure();
+        QVERIFY(!f.state.cleanup()->isMeasuring());
         // Nothing else runs: no listing, no scan of "-scan".
         QTest::qWait(50);
         QCOMPARE(f.volumeCalls->load(), 0);
@@ -486,6 +502,46 @@ private slots:
         QTest::qWait(50);
         QCOMPARE(f.volumeCalls->load(), 0);
         QCOMPARE(f.state.volumes(), QList<VolumeInfo>{Demo::volume()});
+    }
+
+    // The whole road with the real scanner on a real folder: the result lands,
+    // progress shows, and a folder that isn't there is reported.
+    void realScanner()
+    {
+        QTemporaryDir dir(QFile::decodeName(m_home) + QStringLiteral("/real-XXXXXX"));
+        QVERIFY(dir.isValid());
+        const QByteArray root = QFile::encodeName(dir.path());
+        QVERIFY(QDir().mkpath(dir.filePath(u"a/b"_qs)));
+        QFile big(dir.filePath(u"a/b/big.bin"_qs));
+        QVERIFY(big.open(QIODevice::WriteOnly));
+        QVERIFY(big.write(QByteArray(3000000, 'x')) == 3000000);
+        big.close();
+
+        AppState state;
+        state.setArguments({"sorvel-cleaner"});
+        state.setVolumesFunction([] { return QList<VolumeInfo>(); });
+        QSignalSpy result(&state, &AppState::resultChanged);
+        QSignalSpy progress(&state, &AppState::progressChanged);
+        state.scan(root + "/./a/..");
+        QCOMPARE(state.scanTarget(), root);
+        QVERIFY(result.wait(20000));
+        QVERIFY(!state.isScanning());
+        const ScanResultPtr first = state.result();
+        QVERIFY(first && first->root);
+        QCOMPARE(first->root->name, root);
+        QCOMPARE(first->files.size(), size_t(1));
+        QCOMPARE(first->files.front().path, root + "/a/b/big.bin");
+        QCOMPARE(state.nextFileID(), first->lastID);
+        QVERIFY(progress.count() >= 1);
+        QVERIFY(state.errorMessage().isNull());
+
+        QSignalSpy error(&state, &AppState::errorMessageChanged);
+        const QByteArray missing = root + "/missing";
+        state.scan(missing);
+        QVERIFY(error.wait(20000));
+        QCOMPARE(state.errorMessage(), u"Couldn't scan ~%1/missing."_qs.arg(Paths::toDisplay(root.mid(m_home.size()))));
+        QCOMPARE(state.result(), first);
+        QCOMPARE(state.scanTarget(), missing);
     }
 
     void stateEndsWhileScanning()

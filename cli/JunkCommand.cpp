@@ -1,0 +1,120 @@
+#include "Command.h"
+
+#include "core/Fmt.h"
+#include "core/Paths.h"
+#include "deepclean/JunkLocation.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace {
+
+const char *const help = R"(Usage: sorvel junk [--json] [--contents ID]
+
+Measures the Deep Clean locations of this system for the current user and lists
+those worth showing, with their size, item count and whether all of it could be
+read. With --contents ID, lists what that location holds, largest first.
+)";
+
+QJsonObject usageJson(const DiskUsage &u)
+{
+    return {{QStringLiteral("size"), double(u.size)},
+            {QStringLiteral("items"), double(u.items)},
+            {QStringLiteral("exists"), u.exists},
+            {QStringLiteral("readable"), u.readable}};
+}
+
+int listContents(const JunkLocation &location, bool json)
+{
+    const QList<JunkEntry> entries = location.entries();
+    QTextStream &out = Commands::out();
+    if (json) {
+        QJsonArray array;
+        for (const JunkEntry &e : entries)
+            array.append(QJsonObject{{QStringLiteral("path"), Paths::toText(e.path)},
+                                     {QStringLiteral("size"), double(e.size)},
+                                     {QStringLiteral("isDirectory"), e.isDirectory}});
+        out << QJsonDocument(QJsonObject{{QStringLiteral("id"), location.id}, {QStringLiteral("entries"), array}})
+                   .toJson(QJsonDocument::Indented);
+        return 0;
+    }
+    out << location.title << " (" << location.id << "): " << entries.size() << " items\n";
+    for (const JunkEntry &e : entries)
+        out << "  " << Fmt::bytes(e.size).rightJustified(10) << "  " << Paths::toDisplay(e.path)
+            << (e.isDirectory ? "/" : "") << '\n';
+    return 0;
+}
+
+int run(const QByteArrayList &args)
+{
+    bool json = false;
+    QByteArray contentsId;
+    for (qsizetype i = 0; i < args.size(); ++i) {
+        const QByteArray &a = args[i];
+        if (a == "--json") {
+            json = true;
+        } else if (a == "--contents" && i + 1 < args.size()) {
+            contentsId = args[++i];
+        } else if (a == "-h" || a == "--help") {
+            Commands::out() << help;
+            return 0;
+        } else {
+            Commands::err() << "sorvel junk: unexpected argument '" << QString::fromLocal8Bit(a) << "'\n" << help;
+            return 2;
+        }
+    }
+
+    const QList<JunkLocation> locations = JunkLocation::all();
+    if (!contentsId.isEmpty()) {
+        for (const JunkLocation &l : locations)
+            if (l.id == QLatin1String(contentsId))
+                return listContents(l, json);
+        QStringList ids;
+        for (const JunkLocation &l : locations)
+            ids << l.id;
+        Commands::err() << "sorvel junk: no location '" << QString::fromLocal8Bit(contentsId)
+                        << "'. Known: " << ids.join(QStringLiteral(", ")) << '\n';
+        return 2;
+    }
+
+    QTextStream &out = Commands::out();
+    QJsonArray array;
+    qint64 total = 0;
+    int shown = 0;
+    for (const JunkLocation &l : locations) {
+        const DiskUsage usage = l.measure();
+        if (!JunkLocation::isWorthShowing(usage))
+            continue;
+        total += usage.size;
+        ++shown;
+        if (json) {
+            QJsonArray paths;
+            for (const QByteArray &p : l.existingPaths())
+                paths.append(Paths::toText(p));
+            QJsonObject o{{QStringLiteral("id"), l.id},
+                          {QStringLiteral("title"), l.title},
+                          {QStringLiteral("risk"), l.risk.rawValue()},
+                          {QStringLiteral("paths"), paths},
+                          {QStringLiteral("usage"), usageJson(usage)}};
+            array.append(o);
+            continue;
+        }
+        out << Fmt::bytes(usage.size).rightJustified(10) << "  " << l.title.leftJustified(26) << ' '
+            << QString::number(usage.items).rightJustified(7) << " items"
+            << (l.risk == JunkLocation::Risk::caution ? "  (look first)" : "")
+            << (usage.readable ? "" : "  (partly unreadable)") << "  [" << l.id << "]\n";
+    }
+    if (json) {
+        out << QJsonDocument(QJsonObject{{QStringLiteral("locations"), array}}).toJson(QJsonDocument::Indented);
+    } else if (shown == 0) {
+        out << "Nothing to clean in the known places.\n";
+    } else {
+        out << Fmt::bytes(total).rightJustified(10) << "  in all\n";
+    }
+    return 0;
+}
+
+} // namespace
+
+SORVEL_COMMAND(junk, "junk", "junk [--json] [--contents ID]\n      Measure the known junk locations.", run);

@@ -1,0 +1,557 @@
+// `sorvel scan`: one walk of a folder with the application's scanner, printed as
+// a summary for people or as one JSON document for programs.
+
+#include "Command.h"
+
+#include "core/CancelToken.h"
+#include "core/Fmt.h"
+#include "core/Paths.h"
+#include "scan/DiskScanner.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QLocale>
+
+#include <charconv>
+#include <cstdio>
+#include <cstring>
+#include <optional>
+#include <span>
+#include <unordered_map>
+
+#include <dirent.h>
+#include <signal.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+QString tr(const char *text) { return QCoreApplication::translate("ScanCommand", text); }
+
+struct Arguments {
+    QByteArray path;
+    ScanOptions options;
+    bool json = false;
+    int top = 10;
+};
+
+// Digits with an optional decimal unit: 5000, 10k, 2.5M, 1G.
+std::optional<qint64> parseSize(const QByteArray &text)
+{
+    QByteArray number = text.trimmed();
+    double factor = 1;
+    if (!number.isEmpty()) {
+        switch (QChar::toLower(char16_t(number.back()))) {
+        case 'k':
+            factor = 1e3;
+            break;
+        case 'm':
+            factor = 1e6;
+            break;
+        case 'g':
+            factor = 1e9;
+            break;
+        case 't':
+            factor = 1e12;
+            break;
+        default:
+            break;
+        }
+        if (factor != 1)
+            number.chop(1);
+    }
+    bool ok = false;
+    const double value = number.toDouble(&ok);
+    if (!ok || value < 0 || value * factor > 9e18)
+        return std::nullopt;
+    return qint64(value * factor);
+}
+
+// Reads the arguments; on a mistake prints one line and returns nothing.
+std::optional<Arguments> parse(const QByteArrayList &args)
+{
+    Arguments parsed;
+    auto fail = [](const QString &message) {
+        Commands::err() << "sorvel scan: " << message << '\n'
+                        << tr("Usage: sorvel scan PATH [--min-size BYTES] [--exclude PATH]... [--skip-hidden] "
+                              "[--no-packages] [--json] [--top N]")
+                        << Qt::endl;
+        return std::nullopt;
+    };
+    for (qsizetype i = 0; i < args.size(); ++i) {
+        QByteArray arg = args[i];
+        QByteArray value;
+        bool hasValue = false;
+        if (arg.startsWith("--") && arg.contains('=')) {
+            const qsizetype eq = arg.indexOf('=');
+            value = arg.mid(eq + 1);
+            arg = arg.left(eq);
+            hasValue = true;
+        }
+        auto takeValue = [&]() -> bool {
+            if (hasValue)
+                return true;
+            if (i + 1 >= args.size())
+                return false;
+            value = args[++i];
+            return true;
+        };
+        if (arg == "--json") {
+            parsed.json = true;
+        } else if (arg == "--skip-hidden") {
+            parsed.options.skipHiddenFiles = true;
+        } else if (arg == "--no-packages") {
+            parsed.options.treatPackagesAsFiles = false;
+        } else if (arg == "--min-size") {
+            if (!takeValue())
+                return fail(tr("--min-size needs a number of bytes"));
+            const auto size = parseSize(value);
+            if (!size)
+                return fail(tr("--min-size takes a number of bytes, such as 1000000 or 10M, not '%1'")
+                                .arg(QString::fromLocal8Bit(value)));
+            parsed.options.minTrackedSize = *size;
+        } else if (arg == "--exclude") {
+            if (!takeValue() || value.isEmpty())
+                return fail(tr("--exclude needs a folder"));
+            parsed.options.excludedPaths.append(value);
+        } else if (arg == "--top") {
+            bool ok = false;
+            const int top = takeValue() ? value.toInt(&ok) : 0;
+            if (!ok || top < 0)
+                return fail(tr("--top takes a number of files, such as 10"));
+            parsed.top = top;
+        } else if (arg == "-h" || arg == "--help") {
+            return fail(tr("walks a folder once and shows where its space goes."));
+        } else if (arg.startsWith('-') && arg.size() > 1) {
+            return fail(tr("unknown option '%1'").arg(QString::fromLocal8Bit(arg)));
+        } else if (parsed.path.isNull()) {
+            parsed.path = args[i];
+        } else {
+            return fail(tr("one folder at a time, please"));
+        }
+    }
+    if (parsed.path.isEmpty())
+        return fail(tr("which folder? Give a path"));
+    return parsed;
+}
+
+// The root must be a folder we can list; anything else is the user's mistake.
+bool checkRoot(const QByteArray &path)
+{
+    const QString shown = Paths::toDisplay(path);
+    struct stat st;
+    if (::stat(path.constData(), &st) != 0) {
+        const int error = errno;
+        Commands::err() << "sorvel scan: "
+                        << (error == ENOENT ? tr("%1: no such file or folder").arg(shown)
+                                            : tr("%1: %2").arg(shown, QString::fromLocal8Bit(std::strerror(error))))
+                        << Qt::endl;
+        return false;
+    }
+    if (!S_ISDIR(st.st_mode)) {
+        Commands::err() << "sorvel scan: " << tr("%1 is a file, not a folder").arg(shown) << Qt::endl;
+        return false;
+    }
+    DIR *dir = ::opendir(path.constData());
+    if (!dir) {
+        Commands::err() << "sorvel scan: "
+                        << tr("cannot read %1: %2").arg(shown, QString::fromLocal8Bit(std::strerror(errno)))
+                        << Qt::endl;
+        return false;
+    }
+    ::closedir(dir);
+    return true;
+}
+
+// ---- Live progress on a terminal ------------------------------------------------
+
+CancelToken *interruptToken = nullptr;
+
+void onInterrupt(int)
+{
+    if (interruptToken)
+        interruptToken->cancel(); // a lock-free atomic store: safe in a signal handler
+}
+
+int terminalWidth()
+{
+    winsize size{};
+    if (::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 20)
+        return size.ws_col;
+    return 80;
+}
+
+void showProgress(const ScanProgress &progress)
+{
+    QString line =
+        tr("Scanning: %1 files, %2").arg(QLocale().toString(progress.filesScanned), Fmt::bytes(progress.bytesScanned));
+    const int room = terminalWidth() - 1 - int(line.size()) - 2;
+    // Between the scanner's periodic updates, the child of the root being measured.
+    QString path = Paths::toDisplay(progress.currentPath.isEmpty() && !progress.discovered.isEmpty()
+                                        ? progress.discovered.last().path
+                                        : progress.currentPath);
+    if (!path.isEmpty() && room > 5) {
+        if (path.size() > room)
+            path = QStringLiteral("…") + path.right(room - 1);
+        line += QStringLiteral("  ") + path;
+    }
+    const QByteArray bytes = "\r\x1b[K" + line.toUtf8();
+    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stderr);
+    std::fflush(stderr);
+}
+
+void clearProgress()
+{
+    std::fputs("\r\x1b[K", stderr);
+    std::fflush(stderr);
+}
+
+// ---- JSON ------------------------------------------------------------------------
+
+// A small streaming JSON writer to standard output. A full scan can hold millions
+// of folders; building a document in memory first would cost more than the scan.
+class JsonOut
+{
+public:
+    JsonOut() { m_buffer.reserve(1 << 16); }
+    ~JsonOut() { flush(); }
+
+    void raw(std::string_view text)
+    {
+        m_buffer.append(text.data(), qsizetype(text.size()));
+        if (m_buffer.size() >= (1 << 16))
+            flush();
+    }
+    void number(qint64 value)
+    {
+        char digits[24];
+        const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+        raw(std::string_view(digits, size_t(end - digits)));
+    }
+    void number(double value)
+    {
+        // Shortest text that reads back as the same double.
+        const QByteArray digits = QByteArray::number(value, 'g', QLocale::FloatingPointShortest);
+        raw(std::string_view(digits.constData(), size_t(digits.size())));
+    }
+    void boolean(bool value) { raw(value ? "true" : "false"); }
+    void text(const QString &value) { bytes(value.toUtf8()); }
+    // Path bytes: valid UTF-8 as it is; each byte that isn't part of valid UTF-8 as
+    // the escape \udcXX, the same scheme as Paths::toText, so the exact bytes can
+    // be recovered.
+    void bytes(QByteArrayView value)
+    {
+        raw("\"");
+        if (QUtf8StringView(value.data(), value.size()).isValidUtf8()) {
+            escaped(value);
+        } else {
+            const QString decoded = Paths::toText(value);
+            const char16_t *u = reinterpret_cast<const char16_t *>(decoded.utf16());
+            qsizetype start = 0;
+            for (qsizetype i = 0; i < decoded.size(); ++i) {
+                const bool paired = i > 0 && QChar::isHighSurrogate(u[i - 1]);
+                if (u[i] >= 0xDC80 && u[i] <= 0xDCFF && !paired) {
+                    escaped(QStringView(u + start, i - start).toUtf8());
+                    char code[8];
+                    std::snprintf(code, sizeof code, "\\u%04x", unsigned(u[i]));
+                    raw(code);
+                    start = i + 1;
+                }
+            }
+            escaped(QStringView(u + start, decoded.size() - start).toUtf8());
+        }
+        raw("\"");
+    }
+    void flush()
+    {
+        if (!m_buffer.isEmpty())
+            std::fwrite(m_buffer.constData(), 1, size_t(m_buffer.size()), stdout);
+        m_buffer.clear();
+    }
+
+private:
+    void escaped(QByteArrayView value)
+    {
+        qsizetype start = 0;
+        for (qsizetype i = 0; i < value.size(); ++i) {
+            const unsigned char c = static_cast<unsigned char>(value[i]);
+            if (c >= 0x20 && c != '"' && c != '\\')
+                continue;
+            raw(std::string_view(value.data() + start, size_t(i - start)));
+            char code[8];
+            if (c == '"')
+                raw("\\\"");
+            else if (c == '\\')
+                raw("\\\\");
+            else if (c == '\n')
+                raw("\\n");
+            else if (c == '\t')
+                raw("\\t");
+            else {
+                std::snprintf(code, sizeof code, "\\u%04x", unsigned(c));
+                raw(code);
+            }
+            start = i + 1;
+        }
+        raw(std::string_view(value.data() + start, size_t(value.size() - start)));
+    }
+
+    QByteArray m_buffer;
+};
+
+void writeJson(const QByteArray &root, const Arguments &args, const ScanResult &result)
+{
+    JsonOut out;
+    out.raw("{\"format\":\"sorvel-scan\",\"version\":1,\"root\":");
+    out.bytes(root);
+    out.raw(",\"date\":");
+    out.number(result.date);
+    out.raw(",\"duration\":");
+    out.number(result.duration);
+
+    out.raw(",\"options\":{\"minTrackedSize\":");
+    out.number(args.options.minTrackedSize);
+    out.raw(",\"treatPackagesAsFiles\":");
+    out.boolean(args.options.treatPackagesAsFiles);
+    out.raw(",\"skipHiddenFiles\":");
+    out.boolean(args.options.skipHiddenFiles);
+    out.raw(",\"excludedPaths\":[");
+    for (qsizetype i = 0; i < args.options.excludedPaths.size(); ++i) {
+        out.raw(i ? "," : "");
+        out.bytes(args.options.excludedPaths[i]);
+    }
+    out.raw("]}");
+
+    out.raw(",\"totals\":{\"size\":");
+    out.number(result.root->size);
+    out.raw(",\"files\":");
+    out.number(result.totalFiles);
+    out.raw(",\"folders\":");
+    out.number(result.totalDirs);
+    out.raw(",\"listedFiles\":");
+    out.number(qint64(result.files.size()));
+    out.raw(",\"unreadable\":");
+    out.number(result.unreadableCount);
+    out.raw("},\"unreadableSamples\":[");
+    for (qsizetype i = 0; i < result.unreadableSamples.size(); ++i) {
+        out.raw(i ? "," : "");
+        out.bytes(result.unreadableSamples[i]);
+    }
+
+    out.raw("],\"categories\":[");
+    bool first = true;
+    for (const auto &[value, total] : result.categoryTotals) {
+        const FileCategory category(value);
+        out.raw(first ? "{\"id\":" : ",{\"id\":");
+        first = false;
+        out.text(category.id());
+        out.raw(",\"title\":");
+        out.text(category.title());
+        out.raw(",\"size\":");
+        out.number(total.size);
+        out.raw(",\"count\":");
+        out.number(total.count);
+        out.raw("}");
+    }
+
+    out.raw("],\"artifacts\":[");
+    for (size_t i = 0; i < result.artifacts.size(); ++i) {
+        const DevArtifact &a = result.artifacts[i];
+        out.raw(i ? ",{\"path\":" : "{\"path\":");
+        out.bytes(a.path);
+        out.raw(",\"kind\":");
+        out.text(a.kind);
+        out.raw(",\"size\":");
+        out.number(a.size);
+        out.raw(",\"fileCount\":");
+        out.number(a.fileCount);
+        out.raw("}");
+    }
+
+    // The tree as a flat list in depth-first order, each folder naming its
+    // parent's index: any JSON reader copes, however deep the tree.
+    out.raw("],\"folders\":[");
+    std::unordered_map<const DirNode *, qint64> indexOf;
+    struct Pending {
+        const DirNode *node;
+        qint64 parent;
+        QByteArray path;
+    };
+    std::vector<Pending> stack{{result.root.get(), -1, result.root->name}};
+    qint64 next = 0;
+    while (!stack.empty()) {
+        Pending item = std::move(stack.back());
+        stack.pop_back();
+        const qint64 index = next++;
+        indexOf.emplace(item.node, index);
+        out.raw(index ? ",{\"parent\":" : "{\"parent\":");
+        if (item.parent < 0)
+            out.raw("null");
+        else
+            out.number(item.parent);
+        out.raw(",\"name\":");
+        out.bytes(item.node->name);
+        out.raw(",\"path\":");
+        out.bytes(item.path);
+        out.raw(",\"size\":");
+        out.number(item.node->size);
+        out.raw(",\"fileCount\":");
+        out.number(item.node->fileCount);
+        out.raw(",\"smallFilesSize\":");
+        out.number(item.node->smallFilesSize);
+        out.raw(",\"artifactKind\":");
+        if (item.node->artifactKind.isNull())
+            out.raw("null");
+        else
+            out.text(item.node->artifactKind);
+        out.raw("}");
+        // Pushed in reverse so that children come out largest first.
+        for (auto it = item.node->children.rbegin(); it != item.node->children.rend(); ++it)
+            stack.push_back({it->get(), index, Paths::join(item.path, (*it)->name)});
+    }
+
+    out.raw("],\"files\":[");
+    for (size_t i = 0; i < result.files.size(); ++i) {
+        const FileItem &f = result.files[i];
+        out.raw(i ? ",{\"id\":" : "{\"id\":");
+        out.number(f.id);
+        out.raw(",\"path\":");
+        out.bytes(f.path);
+        out.raw(",\"folder\":");
+        const DirNodePtr parent = f.parentNode();
+        const auto found = parent ? indexOf.find(parent.get()) : indexOf.end();
+        if (found == indexOf.end())
+            out.raw("null");
+        else
+            out.number(found->second);
+        out.raw(",\"size\":");
+        out.number(f.size);
+        out.raw(",\"logicalSize\":");
+        out.number(f.logicalSize);
+        out.raw(",\"modified\":");
+        out.number(f.modified);
+        out.raw(",\"accessed\":");
+        out.number(f.accessed);
+        out.raw(",\"category\":");
+        out.text(f.category.id());
+        out.raw(",\"isPackage\":");
+        out.boolean(f.isPackage);
+        out.raw("}");
+    }
+    out.raw("]}\n");
+}
+
+// ---- Summary -----------------------------------------------------------------------
+
+QString fileCount(qint64 n) { return n == 1 ? tr("1 file") : tr("%1 files").arg(QLocale().toString(n)); }
+
+void writeSummary(const QByteArray &root, const Arguments &args, const ScanResult &result)
+{
+    QTextStream &out = Commands::out();
+    const QLocale locale;
+    auto row = [&out](const QString &label, const QString &value) {
+        out << "  " << label.leftJustified(14) << value << '\n';
+    };
+    out << tr("Scanned %1 in %2").arg(Paths::toDisplay(root), Fmt::duration(result.duration)) << "\n\n";
+    row(tr("Total size"), Fmt::bytes(result.root->size));
+    row(tr("Files"), locale.toString(result.totalFiles));
+    row(tr("Folders"), locale.toString(result.totalDirs));
+    row(tr("Unreadable"), locale.toString(result.unreadableCount));
+    const qsizetype samples = std::min<qsizetype>(result.unreadableSamples.size(), 5);
+    for (qsizetype i = 0; i < samples; ++i)
+        out << "      " << Paths::toDisplay(result.unreadableSamples[i]) << '\n';
+    if (result.unreadableCount > samples)
+        out << "      " << tr("(and %1 more)").arg(locale.toString(result.unreadableCount - samples)) << '\n';
+
+    if (!result.categoryTotals.empty()) {
+        out << '\n' << tr("By category") << '\n';
+        for (const auto &[value, total] : result.categoryTotals)
+            out << "  " << FileCategory(value).title().leftJustified(20) << Fmt::bytes(total.size).rightJustified(10)
+                << "  " << fileCount(total.count) << '\n';
+    }
+
+    const size_t top = std::min(result.files.size(), size_t(args.top));
+    if (top > 0) {
+        out << '\n' << tr("Biggest files") << '\n';
+        for (size_t i = 0; i < top; ++i) {
+            const FileItem &f = result.files[i];
+            out << "  " << Fmt::bytes(f.size).rightJustified(10) << "  " << Paths::toDisplay(f.path) << '\n';
+        }
+    } else if (args.top > 0) {
+        out << '\n'
+            << tr("No file reaches %1 on its own.").arg(Fmt::bytes(std::max<qint64>(args.options.minTrackedSize, 1)))
+            << '\n';
+    }
+
+    if (!result.artifacts.empty() && args.top > 0) {
+        out << '\n' << tr("Developer artefacts") << '\n';
+        const size_t shown = std::min(result.artifacts.size(), size_t(args.top));
+        for (const DevArtifact &a : std::span(result.artifacts).first(shown))
+            out << "  " << Fmt::bytes(a.size).rightJustified(10) << "  " << a.kind.leftJustified(22) << "  "
+                << Paths::toDisplay(a.path) << "  (" << fileCount(a.fileCount) << ")\n";
+        if (result.artifacts.size() > shown) {
+            qint64 rest = 0;
+            for (const DevArtifact &a : std::span(result.artifacts).subspan(shown))
+                rest += a.size;
+            out << "  " << Fmt::bytes(rest).rightJustified(10) << "  "
+                << tr("in %1 more artefacts").arg(locale.toString(qint64(result.artifacts.size() - shown))) << '\n';
+        }
+    }
+    out.flush();
+}
+
+int runScan(const QByteArrayList &argv)
+{
+    const auto args = parse(argv);
+    if (!args)
+        return 2;
+    const QByteArray root =
+        DiskScanner::normalize(args->path.startsWith('/') || args->path.startsWith('~')
+                                   ? args->path
+                                   : Paths::join(QFile::encodeName(QDir::currentPath()), args->path));
+    if (!checkRoot(root))
+        return 1;
+
+    const CancelTokenPtr token = makeCancelToken();
+    interruptToken = token.get();
+    struct sigaction action {};
+    action.sa_handler = onInterrupt;
+    action.sa_flags = SA_RESETHAND | SA_RESTART; // a second Ctrl-C ends the process at once
+    sigemptyset(&action.sa_mask);
+    struct sigaction previous {};
+    ::sigaction(SIGINT, &action, &previous);
+
+    const bool live = ::isatty(STDERR_FILENO) == 1;
+    const DiskScanner::ProgressCallback progress = live ? DiskScanner::ProgressCallback(showProgress) : nullptr;
+    // The tool has no window to keep alive: the walk runs on this thread and
+    // reports straight to the terminal.
+    const ScanResultPtr result = DiskScanner::scan(root, args->options, 0, token, progress);
+    if (live)
+        clearProgress();
+    ::sigaction(SIGINT, &previous, nullptr);
+    interruptToken = nullptr;
+
+    if (token->isCancelled()) {
+        Commands::err() << "sorvel scan: " << tr("cancelled") << Qt::endl;
+        return 130;
+    }
+    if (!result) {
+        Commands::err() << "sorvel scan: " << tr("could not walk %1").arg(Paths::toDisplay(root)) << Qt::endl;
+        return 1;
+    }
+    if (args->json)
+        writeJson(root, *args, *result);
+    else
+        writeSummary(root, *args, *result);
+    std::fflush(stdout);
+    return 0;
+}
+
+} // namespace
+
+SORVEL_COMMAND(scan, "scan",
+               "scan PATH [--min-size BYTES] [--exclude PATH]... [--skip-hidden] [--no-packages] [--json] [--top N]\n"
+               "      Walk a folder once and show its size, categories, biggest files and developer artefacts.",
+               runScan);

@@ -1,0 +1,258 @@
+#include "Command.h"
+
+#include "core/Fmt.h"
+#include "core/Paths.h"
+#include "duplicates/DuplicateEngine.h"
+#include "duplicates/DuplicatesModel.h"
+#include "scan/DiskScanner.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <atomic>
+#include <csignal>
+#include <cstdio>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+QString tr(const char *text) { return QCoreApplication::translate("TwinsCommand", text); }
+
+// The token of the search in progress, for the interrupt handler. Setting a
+// token's flag is a lock-free atomic store, safe inside a signal handler.
+std::atomic<CancelToken *> interruptible{nullptr};
+
+extern "C" void onInterrupt(int) // NOLINT: signal handler
+{
+    if (CancelToken *token = interruptible.load())
+        token->cancel();
+}
+
+// One line on standard error that rewrites itself, shown only on a terminal and
+// at most ten times a second.
+class ProgressLine
+{
+public:
+    ProgressLine() : m_enabled(::isatty(STDERR_FILENO) == 1) { m_clock.start(); }
+    ~ProgressLine() { clear(); }
+
+    void show(const QString &text)
+    {
+        if (!m_enabled || (m_shown && m_clock.elapsed() < 100))
+            return;
+        m_clock.restart();
+        QString line = text;
+        if (line.size() > 78)
+            line = line.left(77) + QChar(0x2026);
+        Commands::err() << '\r' << line << QString(std::max<qsizetype>(0, m_width - line.size()), QLatin1Char(' '));
+        Commands::err().flush();
+        m_width = line.size();
+        m_shown = true;
+    }
+
+    void clear()
+    {
+        if (!m_shown)
+            return;
+        Commands::err() << '\r' << QString(m_width, QLatin1Char(' ')) << '\r';
+        Commands::err().flush();
+        m_shown = false;
+        m_width = 0;
+    }
+
+private:
+    bool m_enabled;
+    bool m_shown = false;
+    qsizetype m_width = 0;
+    QElapsedTimer m_clock;
+};
+
+void usage(QTextStream &stream)
+{
+    stream << "Usage: sorvel twins PATH [--min-size BYTES] [--json]\n\n"
+              "Finds files with identical contents below PATH. Files of equal size are compared\n"
+              "by samples first, then proven identical by a SHA-256 of their whole contents.\n\n"
+              "Options:\n"
+              "  --min-size BYTES  Only files that take at least this much disk space (default 1).\n"
+              "  --json            Print the groups as JSON.\n";
+    stream.flush();
+}
+
+QByteArray absolute(const QByteArray &path)
+{
+    if (path.startsWith('/') || path.startsWith('~'))
+        return DiskScanner::normalize(path);
+    return DiskScanner::normalize(Paths::join(QFile::encodeName(QDir::currentPath()), path));
+}
+
+QString dateText(double seconds)
+{
+    return QDateTime::fromMSecsSinceEpoch(qint64(seconds * 1000.0)).toString(QStringLiteral("yyyy-MM-dd HH:mm"));
+}
+
+void printText(const std::vector<DuplicateGroup> &groups, qint64 compared, qint64 reclaimable)
+{
+    QTextStream &out = Commands::out();
+    for (const DuplicateGroup &group : groups) {
+        out << group.id.left(12) << "  " << tr("%1 copies").arg(group.files.size()) << "  "
+            << tr("%1 wasted").arg(Fmt::bytes(group.reclaimable())) << '\n';
+        for (const FileItem &file : group.files)
+            out << "  " << dateText(file.modified) << "  " << Paths::toDisplay(file.path) << '\n';
+        out << '\n';
+    }
+    if (groups.empty()) {
+        out << tr("No identical files among %1 files.").arg(compared) << '\n';
+    } else {
+        const QString files = QString::number(compared);
+        const QString saving = Fmt::bytes(reclaimable);
+        if (groups.size() == 1)
+            out << tr("1 group of identical files among %1 files; %2 reclaimable.").arg(files, saving);
+        else
+            out << tr("%1 groups of identical files among %2 files; %3 reclaimable.")
+                       .arg(QString::number(groups.size()), files, saving);
+        out << '\n';
+    }
+}
+
+void printJson(const QByteArray &root, qint64 minSize, const std::vector<DuplicateGroup> &groups, qint64 compared,
+               qint64 reclaimable)
+{
+    QJsonArray list;
+    for (const DuplicateGroup &group : groups) {
+        QJsonArray files;
+        for (const FileItem &file : group.files) {
+            files.append(QJsonObject{{QStringLiteral("path"), Paths::toText(file.path)},
+                                     {QStringLiteral("size"), file.size},
+                                     {QStringLiteral("logicalSize"), file.logicalSize},
+                                     {QStringLiteral("modified"), file.modified}});
+        }
+        list.append(QJsonObject{{QStringLiteral("id"), group.id},
+                                {QStringLiteral("size"), group.size},
+                                {QStringLiteral("copies"), qint64(group.files.size())},
+                                {QStringLiteral("reclaimable"), group.reclaimable()},
+                                {QStringLiteral("files"), files}});
+    }
+    const QJsonObject document{{QStringLiteral("root"), Paths::toText(root)},
+                               {QStringLiteral("minSize"), minSize},
+                               {QStringLiteral("filesCompared"), compared},
+                               {QStringLiteral("reclaimable"), reclaimable},
+                               {QStringLiteral("groups"), list}};
+    Commands::out() << QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Indented));
+}
+
+int twins(const QByteArrayList &args)
+{
+    QByteArray path;
+    qint64 minSize = 1;
+    bool json = false;
+    for (qsizetype i = 0; i < args.size(); ++i) {
+        const QByteArray &arg = args[i];
+        if (arg == "-h" || arg == "--help") {
+            usage(Commands::out());
+            return 0;
+        }
+        if (arg == "--json") {
+            json = true;
+        } else if (arg == "--min-size" || arg.startsWith("--min-size=")) {
+            QByteArray value;
+            if (arg.contains('='))
+                value = arg.mid(arg.indexOf('=') + 1);
+            else if (i + 1 < args.size())
+                value = args[++i];
+            bool ok = false;
+            minSize = value.toLongLong(&ok);
+            if (!ok || minSize < 0) {
+                Commands::err() << "sorvel twins: --min-size needs a number of bytes, not '"
+                                << QString::fromLocal8Bit(value) << "'\n";
+                usage(Commands::err());
+                return 2;
+            }
+        } else if (arg.startsWith("-") && arg != "-") {
+            Commands::err() << "sorvel twins: unknown option '" << QString::fromLocal8Bit(arg) << "'\n";
+            usage(Commands::err());
+            return 2;
+        } else if (path.isNull()) {
+            path = arg;
+        } else {
+            Commands::err() << "sorvel twins: one PATH only\n";
+            usage(Commands::err());
+            return 2;
+        }
+    }
+    if (path.isEmpty()) {
+        usage(Commands::err());
+        return 2;
+    }
+
+    const QByteArray root = absolute(path);
+    struct stat st {};
+    const bool exists = ::stat(root.constData(), &st) == 0 || errno != ENOENT;
+    if (!exists || !S_ISDIR(st.st_mode)) {
+        Commands::err() << "sorvel twins: " << Paths::toDisplay(path) << ": "
+                        << (exists ? tr("not a folder") : tr("no such folder")) << '\n';
+        return 1;
+    }
+
+    const CancelTokenPtr token = makeCancelToken();
+    interruptible.store(token.get());
+    std::signal(SIGINT, onInterrupt);
+    std::signal(SIGTERM, onInterrupt);
+    ProgressLine line;
+    const auto cancelled = [&] {
+        line.clear();
+        interruptible.store(nullptr);
+        Commands::err() << tr("sorvel twins: cancelled") << '\n';
+        return 130;
+    };
+
+    // Every file that can take part gets a FileItem; a floor of one byte keeps
+    // what the scanner would skip as small.
+    ScanOptions options;
+    options.minTrackedSize = std::max<qint64>(minSize, 1);
+    options.treatPackagesAsFiles = false;
+    const ScanResultPtr result = DiskScanner::scan(root, options, 1, token, [&](const ScanProgress &progress) {
+        line.show(tr("Scanning… %1 files, %2")
+                      .arg(QString::number(progress.filesScanned), Fmt::bytes(progress.bytesScanned)));
+    });
+    if (token->isCancelled())
+        return cancelled();
+    if (!result) {
+        line.clear();
+        Commands::err() << "sorvel twins: " << Paths::toDisplay(path) << ": " << tr("cannot be read") << '\n';
+        interruptible.store(nullptr);
+        return 1;
+    }
+
+    const std::vector<FileItem> files = DuplicatesModel::candidates(result->files, minSize);
+    const auto groups = DuplicateEngine::find(files, token, [&](double fraction, const QString &status) {
+        line.show(Fmt::percent(fraction) + QLatin1String("  ") + status);
+    });
+    line.clear();
+    interruptible.store(nullptr);
+    if (!groups)
+        return cancelled();
+
+    qint64 reclaimable = 0;
+    for (const DuplicateGroup &group : *groups)
+        reclaimable = saturatingAdd(reclaimable, group.reclaimable());
+    if (json)
+        printJson(root, minSize, *groups, qint64(files.size()), reclaimable);
+    else
+        printText(*groups, qint64(files.size()), reclaimable);
+    if (result->unreadableCount > 0) {
+        Commands::err() << tr("%1 folders or files could not be read.").arg(result->unreadableCount) << '\n';
+    }
+    return 0;
+}
+
+} // namespace
+
+SORVEL_COMMAND(twins, "twins", "twins PATH [--min-size BYTES] [--json]\n      Find files with identical contents.",
+               twins);

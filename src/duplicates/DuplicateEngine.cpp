@@ -1,0 +1,268 @@
+#include "DuplicateEngine.h"
+
+#include "ContentHash.h"
+#include "StorageProbe.h"
+
+#include "core/Fmt.h"
+
+#include <QCoreApplication>
+#include <QHash>
+#include <QThread>
+
+#include <algorithm>
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+
+namespace DuplicateEngine {
+
+namespace {
+
+QString fingerprintStatus(qint64 n, qint64 total)
+{
+    return QCoreApplication::translate("DuplicateEngine", "Fingerprinting files… %1 of %2")
+        .arg(QString::number(n), QString::number(total));
+}
+
+QString verifyStatus(qint64 bytes, qint64 total)
+{
+    return QCoreApplication::translate("DuplicateEngine", "Verifying contents… %1 of %2")
+        .arg(Fmt::bytes(std::max<qint64>(bytes, 0)), Fmt::bytes(std::max<qint64>(total, 0)));
+}
+
+// Lists of values under keys, the lists kept in the order their keys first came.
+template <typename T>
+class OrderedBuckets
+{
+public:
+    void add(const QByteArray &key, T value)
+    {
+        const auto it = m_index.constFind(key);
+        if (it != m_index.constEnd()) {
+            m_lists[*it].second.push_back(std::move(value));
+            return;
+        }
+        m_index.insert(key, m_lists.size());
+        m_lists.push_back({key, {std::move(value)}});
+    }
+    const std::vector<std::pair<QByteArray, std::vector<T>>> &lists() const { return m_lists; }
+
+private:
+    QHash<QByteArray, size_t> m_index;
+    std::vector<std::pair<QByteArray, std::vector<T>>> m_lists;
+};
+
+// A file whose sample matched another's. `whole` holds its whole-file digest
+// when the sample already covered all of it.
+struct Suspect {
+    const FileItem *file = nullptr;
+    std::optional<QByteArray> whole;
+    qint64 wholeBytes = 0;
+};
+
+// What hashing one whole file gave: its digest, absent when it could not be
+// opened or the search was cancelled, and how many bytes were read.
+struct Outcome {
+    std::optional<QByteArray> digest;
+    qint64 bytes = 0;
+};
+
+// Hashes a fixed list of files on a few threads of its own, ahead of a reader
+// that takes the outcomes strictly in list order. Once cancelled, the workers
+// read nothing more but still settle every slot, so no take() waits forever.
+class HashPool
+{
+public:
+    HashPool(std::vector<QByteArray> paths, const CancelToken &token, int threads)
+        : m_paths(std::move(paths)), m_token(token), m_outcomes(m_paths.size()), m_done(m_paths.size(), false)
+    {
+        for (int i = 0; i < threads; ++i) {
+            m_threads.emplace_back(QThread::create([this] { work(); }));
+            m_threads.back()->start();
+        }
+    }
+
+    ~HashPool()
+    {
+        m_abandoned.store(true);
+        for (const auto &thread : m_threads)
+            thread->wait();
+    }
+
+    Outcome take(size_t index)
+    {
+        std::unique_lock lock(m_mutex);
+        m_settled.wait(lock, [&] { return bool(m_done[index]); });
+        return std::move(m_outcomes[index]);
+    }
+
+private:
+    void work()
+    {
+        ContentHasher hasher;
+        for (size_t i = m_next.fetch_add(1); i < m_paths.size(); i = m_next.fetch_add(1)) {
+            Outcome outcome;
+            if (!m_abandoned.load() && !m_token.isCancelled())
+                outcome.digest = hasher.fullHash(m_paths[i], m_token, [&](qint64 n) { outcome.bytes += n; });
+            {
+                const std::lock_guard lock(m_mutex);
+                m_outcomes[i] = std::move(outcome);
+                m_done[i] = true;
+            }
+            m_settled.notify_all();
+        }
+    }
+
+    const std::vector<QByteArray> m_paths;
+    const CancelToken &m_token;
+    std::vector<Outcome> m_outcomes;
+    std::vector<char> m_done;
+    std::mutex m_mutex;
+    std::condition_variable m_settled;
+    std::atomic<size_t> m_next{0};
+    std::atomic<bool> m_abandoned{false};
+    std::vector<std::unique_ptr<QThread>> m_threads;
+};
+
+bool newerFirst(const FileItem &a, const FileItem &b) { return a.modified > b.modified; }
+
+} // namespace
+
+std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &files, const CancelTokenPtr &tokenPtr,
+                                                const ProgressCallback &progress, Reading reading)
+{
+    const CancelTokenPtr token = tokenPtr ? tokenPtr : makeCancelToken();
+    const auto report = [&](double fraction, const QString &status) {
+        if (progress)
+            progress(fraction, status);
+    };
+    const auto answer = [&](std::vector<DuplicateGroup> groups) -> std::optional<std::vector<DuplicateGroup>> {
+        if (token->isCancelled())
+            return std::nullopt;
+        return groups;
+    };
+
+    // Stage 1: sizes. Size groups keep the order of their first file.
+    QHash<qint64, size_t> sizeIndex;
+    std::vector<std::vector<const FileItem *>> bySize;
+    for (const FileItem &file : files) {
+        const auto it = sizeIndex.constFind(file.logicalSize);
+        if (it != sizeIndex.constEnd()) {
+            bySize[*it].push_back(&file);
+        } else {
+            sizeIndex.insert(file.logicalSize, bySize.size());
+            bySize.push_back({&file});
+        }
+    }
+    qint64 total = 0;
+    for (const auto &group : bySize)
+        total += group.size() >= 2 ? qint64(group.size()) : 0;
+    if (total == 0)
+        return answer({});
+
+    // Stage 2: fingerprints of samples.
+    ContentHasher hasher;
+    qint64 n = 0;
+    std::vector<std::vector<Suspect>> suspects;
+    for (const auto &group : bySize) {
+        if (group.size() < 2)
+            continue;
+        OrderedBuckets<Suspect> prints;
+        for (const FileItem *file : group) {
+            if (token->isCancelled())
+                return std::nullopt;
+            if (const auto print = hasher.fingerprint(file->path, file->logicalSize)) {
+                Suspect suspect{file, std::nullopt, 0};
+                if (print->whole) {
+                    suspect.whole = print->digest;
+                    suspect.wholeBytes = print->bytes;
+                }
+                prints.add(print->digest, std::move(suspect));
+            }
+            ++n;
+            if (n % reportEvery == 0)
+                report(0.2 * double(n) / double(std::max<qint64>(total, 1)), fingerprintStatus(n, total));
+        }
+        for (const auto &[print, list] : prints.lists()) {
+            if (list.size() >= 2)
+                suspects.push_back(list);
+        }
+    }
+    if (suspects.empty())
+        return answer({});
+
+    // Stage 3: whole contents. Files whose sample was all of them are not read again.
+    qint64 totalBytes = 0;
+    std::vector<QByteArray> toRead;
+    for (const auto &group : suspects) {
+        for (const Suspect &suspect : group) {
+            totalBytes = saturatingAdd(totalBytes, suspect.file->logicalSize);
+            if (!suspect.whole)
+                toRead.push_back(suspect.file->path);
+        }
+    }
+    const bool pooled = toRead.size() >= 2 && (reading == Reading::pooled ||
+                                               (reading == Reading::automatic && StorageProbe::allSeekFree(toRead)));
+    std::unique_ptr<HashPool> pool;
+    if (pooled) {
+        const int threads = std::clamp(QThread::idealThreadCount(), 2, 4);
+        pool = std::make_unique<HashPool>(toRead, *token, int(std::min<size_t>(size_t(threads), toRead.size())));
+    }
+
+    qint64 bytes = 0;
+    size_t next = 0;
+    std::vector<DuplicateGroup> groups;
+    QHash<QString, size_t> groupIndex;
+    for (const auto &group : suspects) {
+        OrderedBuckets<const FileItem *> digests;
+        for (const Suspect &suspect : group) {
+            std::optional<QByteArray> digest;
+            if (suspect.whole) {
+                digest = suspect.whole;
+                bytes += suspect.wholeBytes;
+            } else if (pool) {
+                Outcome outcome = pool->take(next++);
+                digest = std::move(outcome.digest);
+                bytes += outcome.bytes;
+            } else {
+                digest = hasher.fullHash(suspect.file->path, *token, [&](qint64 count) { bytes += count; });
+                ++next;
+            }
+            if (token->isCancelled())
+                return std::nullopt;
+            if (!digest)
+                continue;
+            digests.add(*digest, suspect.file);
+            report(0.2 + 0.8 * double(bytes) / double(std::max<qint64>(totalBytes, 1)),
+                   verifyStatus(bytes, totalBytes));
+        }
+        for (const auto &[digest, list] : digests.lists()) {
+            if (list.size() < 2)
+                continue;
+            const QString id = QString::fromLatin1(digest);
+            const auto known = groupIndex.constFind(id);
+            // Equal digests under two sizes mean a file changed while it was read;
+            // one group per digest all the same.
+            DuplicateGroup *target = nullptr;
+            if (known != groupIndex.constEnd()) {
+                target = &groups[*known];
+            } else {
+                groupIndex.insert(id, groups.size());
+                target = &groups.emplace_back();
+                target->id = id;
+                target->size = list.front()->size;
+            }
+            for (const FileItem *file : list)
+                target->files.push_back(*file);
+            std::stable_sort(target->files.begin(), target->files.end(), newerFirst);
+        }
+    }
+    pool.reset();
+
+    std::stable_sort(groups.begin(), groups.end(), [](const DuplicateGroup &a, const DuplicateGroup &b) {
+        return a.reclaimable() > b.reclaimable();
+    });
+    return answer(std::move(groups));
+}
+
+} // namespace DuplicateEngine

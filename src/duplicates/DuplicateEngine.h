@@ -1,0 +1,49 @@
+#pragma once
+
+#include "DuplicateGroup.h"
+
+#include "core/CancelToken.h"
+#include "core/FileItem.h"
+
+#include <QString>
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+// Proves which files have identical contents. No state: everything it knows
+// comes in through its arguments, and it only ever reads files.
+//
+// Three stages, each cheap enough to reject what the next would pay dearly for:
+//  1. equal logical sizes;
+//  2. a SHA-256 of samples: the first 64 KiB, and from 131,073 bytes on also the
+//     last 64 KiB (a file of 64 KiB or less is thereby hashed whole, and its
+//     sample digest is its whole-file digest);
+//  3. a SHA-256 of the whole of each file left, in 4 MiB reads.
+// Only equal whole-file digests make twins.
+namespace DuplicateEngine {
+
+// Given a fraction 0...1 and a status text. Called on the searching thread; it
+// must get the report to wherever it is shown without waiting.
+using ProgressCallback = std::function<void(double fraction, const QString &status)>;
+
+// How stage 3 reads. One at a time keeps a spinning disk streaming; a small pool
+// hashing several files at once pays off where seeks cost nothing. Either way the
+// groups, their order and every progress report are the same.
+enum class Reading {
+    automatic, // a pool when every file to read is on non-rotating storage or cached
+    oneAtATime,
+    pooled,
+};
+
+// Stage 2 reports after every 50th file.
+inline constexpr qint64 reportEvery = 50;
+
+// The groups of identical files among `files`, largest saving first (equal
+// savings in the order found), each group's files newest first. Files that
+// can't be read drop out silently. Absent when `token` is cancelled at any
+// moment before the answer is ready; never a partial list.
+std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &files, const CancelTokenPtr &token,
+                                                const ProgressCallback &progress, Reading reading = Reading::automatic);
+
+} // namespace DuplicateEngine

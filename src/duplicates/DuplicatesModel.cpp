@@ -1,0 +1,188 @@
+#include "DuplicatesModel.h"
+
+#include "DuplicateEngine.h"
+
+#include "core/Paths.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+#include <QThreadPool>
+
+DuplicatesModel::DuplicatesModel(QObject *parent) : QObject(parent) {}
+
+DuplicatesModel::~DuplicatesModel()
+{
+    // The worker stops at its next look at the token; what it sends afterwards
+    // finds no model and is dropped.
+    if (m_token)
+        m_token->cancel();
+}
+
+qint64 DuplicatesModel::reclaimable() const
+{
+    qint64 sum = 0;
+    for (const DuplicateGroup &group : m_groups)
+        sum = saturatingAdd(sum, group.reclaimable());
+    return sum;
+}
+
+std::vector<FileItem> DuplicatesModel::candidates(const std::vector<FileItem> &files, qint64 minSize)
+{
+    std::vector<FileItem> chosen;
+    for (const FileItem &file : files) {
+        if (!file.isPackage && file.size >= minSize && file.logicalSize > 0)
+            chosen.push_back(file);
+    }
+    return chosen;
+}
+
+void DuplicatesModel::run(const std::vector<FileItem> &files, qint64 minSize)
+{
+    cancel();
+    std::vector<FileItem> chosen = candidates(files, minSize);
+
+    const CancelTokenPtr token = makeCancelToken();
+    m_token = token;
+    setRunning(true);
+    setProgress(0);
+    setStatus(tr("Comparing sizes…"));
+    m_marked.clear();
+
+    // Everything the worker touches is its own copy; the model is reached only
+    // through queued calls that run on the main thread and test the token there.
+    const QPointer<DuplicatesModel> self(this);
+    QThreadPool::globalInstance()->start([self, token, chosen = std::move(chosen)] {
+        const auto progress = [self, token](double fraction, const QString &status) {
+            QMetaObject::invokeMethod(
+                QCoreApplication::instance(),
+                [self, token, fraction, status] {
+                    if (self)
+                        self->report(token, fraction, status);
+                },
+                Qt::QueuedConnection);
+        };
+        auto answer = DuplicateEngine::find(chosen, token, progress);
+        if (!answer)
+            return;
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(),
+            [self, token, groups = std::move(*answer)]() mutable {
+                if (self)
+                    self->finish(token, std::move(groups));
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void DuplicatesModel::report(const CancelTokenPtr &token, double fraction, const QString &status)
+{
+    if (token->isCancelled() || token != m_token)
+        return;
+    setProgress(fraction);
+    setStatus(status);
+}
+
+void DuplicatesModel::finish(const CancelTokenPtr &token, std::vector<DuplicateGroup> groups)
+{
+    if (token->isCancelled() || token != m_token)
+        return;
+    m_groups = std::move(groups);
+    emit groupsChanged();
+    m_token.reset();
+    setRunning(false);
+    setHasRun(true);
+}
+
+void DuplicatesModel::cancel()
+{
+    if (m_token)
+        m_token->cancel();
+    m_token.reset();
+    setRunning(false);
+}
+
+void DuplicatesModel::reset()
+{
+    cancel();
+    if (!m_groups.empty()) {
+        m_groups.clear();
+        emit groupsChanged();
+    }
+    m_marked.clear();
+    setHasRun(false);
+}
+
+void DuplicatesModel::remove(const QSet<QByteArray> &paths)
+{
+    QSet<QByteArray> gone;
+    gone.reserve(paths.size());
+    for (const QByteArray &path : paths)
+        gone.insert(Paths::comparable(path));
+
+    bool changed = false;
+    std::vector<DuplicateGroup> kept;
+    kept.reserve(m_groups.size());
+    for (DuplicateGroup &group : m_groups) {
+        const auto before = group.files.size();
+        std::erase_if(group.files, [&](const FileItem &file) { return gone.contains(Paths::comparable(file.path)); });
+        changed = changed || group.files.size() != before;
+        if (group.files.size() >= 2)
+            kept.push_back(std::move(group));
+        else
+            changed = true;
+    }
+    m_groups = std::move(kept);
+    pruneMarks();
+    if (changed)
+        emit groupsChanged();
+}
+
+void DuplicatesModel::setMarked(const QSet<qint64> &ids)
+{
+    m_marked = ids;
+    pruneMarks();
+}
+
+void DuplicatesModel::pruneMarks()
+{
+    if (m_marked.isEmpty())
+        return;
+    QSet<qint64> present;
+    for (const DuplicateGroup &group : m_groups) {
+        for (const FileItem &file : group.files)
+            present.insert(file.id);
+    }
+    m_marked.intersect(present);
+}
+
+void DuplicatesModel::setRunning(bool running)
+{
+    if (m_running == running)
+        return;
+    m_running = running;
+    emit isRunningChanged();
+}
+
+void DuplicatesModel::setProgress(double progress)
+{
+    if (m_progress == progress)
+        return;
+    m_progress = progress;
+    emit progressChanged();
+}
+
+void DuplicatesModel::setStatus(const QString &status)
+{
+    if (m_status == status)
+        return;
+    m_status = status;
+    emit statusChanged();
+}
+
+void DuplicatesModel::setHasRun(bool hasRun)
+{
+    if (m_hasRun == hasRun)
+        return;
+    m_hasRun = hasRun;
+    emit hasRunChanged();
+}

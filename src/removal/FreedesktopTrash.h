@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QByteArray>
+
+// Moving files to the Trash the freedesktop.org way (Trash specification 1.0).
+//
+// Items on the home folder's file system go to $XDG_DATA_HOME/Trash (made with
+// its parents, mode 0700). Items on another file system go to that volume's
+// trash: $topdir/.Trash/$uid when $topdir/.Trash is a real directory with the
+// sticky bit set, else $topdir/.Trash-$uid. Nothing is ever copied across
+// devices and nothing falls back to deleting: without a usable trash the move
+// fails with a reason and the item stays where it is.
+//
+// Each move first creates info/NAME.trashinfo exclusively (so two movers never
+// pick the same name), then renames the item into files/NAME; if the rename
+// fails the info file is removed again. Path= is percent-encoded, absolute in
+// the home trash and relative to $topdir in a volume trash.
+class FreedesktopTrash
+{
+public:
+    struct Outcome {
+        int error = 0;        // 0, or the errno of the step that failed
+        QByteArray trashedAs; // files/NAME inside the trash used
+        QByteArray infoFile;  // info/NAME.trashinfo
+        bool ok() const { return error == 0; }
+    };
+
+    // `home` decides the home trash: $XDG_DATA_HOME/Trash for the running
+    // user's own home, home/.local/share/Trash for any other.
+    explicit FreedesktopTrash(QByteArray home);
+    FreedesktopTrash();
+
+    Outcome moveToTrash(const QByteArray &path) const;
+
+    QByteArray homeTrash() const { return m_homeTrash; }
+
+    // The Path= value for `path` (exposed for tests).
+    static QByteArray encodePath(QByteArrayView path);
+    static QByteArray decodePath(QByteArrayView encoded);
+
+private:
+    QByteArray m_homeTrash;
+};

@@ -1,0 +1,526 @@
+#include "DiskScanner.h"
+
+#include "DevArtifactRule.h"
+#include "TreeWalk.h"
+#include "core/FileCategory.h"
+#include "core/Paths.h"
+#include "core/Platform.h"
+
+#include <QDateTime>
+#include <QElapsedTimer>
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <optional>
+#include <unordered_set>
+#include <vector>
+
+#include <sys/stat.h>
+
+namespace {
+
+#if defined(Q_OS_MACOS)
+double modifiedOf(const struct stat &st) { return st.st_mtimespec.tv_sec + st.st_mtimespec.tv_nsec / 1e9; }
+double accessedOf(const struct stat &st) { return st.st_atimespec.tv_sec + st.st_atimespec.tv_nsec / 1e9; }
+#else
+double modifiedOf(const struct stat &st) { return double(st.st_mtim.tv_sec) + double(st.st_mtim.tv_nsec) / 1e9; }
+double accessedOf(const struct stat &st) { return double(st.st_atim.tv_sec) + double(st.st_atim.tv_nsec) / 1e9; }
+#endif
+
+// What a file occupies on disk; sparse and compressed files count as such.
+qint64 allocatedSize(const struct stat &st) { return qint64(st.st_blocks) * 512; }
+
+// One inode of a file with several links.
+struct InodeKey {
+    dev_t dev;
+    ino_t ino;
+    friend bool operator==(const InodeKey &, const InodeKey &) = default;
+};
+
+struct InodeKeyHash {
+    std::size_t operator()(const InodeKey &k) const noexcept
+    {
+        return std::hash<quint64>()(quint64(k.ino) * 0x9E3779B97F4A7C15ull ^ quint64(k.dev));
+    }
+};
+
+using InodeSet = std::unordered_set<InodeKey, InodeKeyHash>;
+
+// Folders never entered besides the user's exclusions, tested against full paths
+// below the scanned root only, so a scan of a volume mounted below one still works.
+QByteArrayList systemSkips()
+{
+    if constexpr (Platform::current() == Platform::macOS)
+        return {"/System/Volumes", "/Volumes", "/dev", "/net", "/home", "/Network", "/automount"};
+    else
+        return {"/proc", "/sys", "/dev", "/run", "/media", "/mnt", "/net", "/snap"};
+}
+
+// The set of skipped folders. A handful of entries, so a linear test by length
+// first is cheaper than hashing each directory's path.
+class SkipSet
+{
+public:
+    explicit SkipSet(const QByteArrayList &excluded)
+    {
+        for (const QByteArray &path : excluded)
+            add(DiskScanner::normalize(path));
+        for (const QByteArray &path : systemSkips())
+            add(path);
+    }
+
+    bool contains(QByteArrayView path) const
+    {
+        for (const QByteArray &entry : m_exact)
+            if (entry.size() == path.size() && entry == path)
+                return true;
+        // Canonical equivalence only matters when both sides hold non-ASCII text.
+        if (m_comparable.empty() || Paths::isAscii(path))
+            return false;
+        const QByteArray form = Paths::comparable(path);
+        return std::find(m_comparable.begin(), m_comparable.end(), form) != m_comparable.end();
+    }
+
+private:
+    void add(const QByteArray &path)
+    {
+        m_exact.push_back(path);
+        if (!Paths::isAscii(path))
+            m_comparable.push_back(Paths::comparable(path));
+    }
+
+    std::vector<QByteArray> m_exact;
+    std::vector<QByteArray> m_comparable;
+};
+
+// The one bundle being summed up while the walk is inside it.
+struct PackageAccumulator {
+    QByteArray path;
+    QByteArray name;
+    int level = 0;
+    double modified = 0;
+    double accessed = 0;
+    FileCategory category = FileCategory::other;
+    qint64 size = 0;
+    qint64 logicalSize = 0;
+    qint64 count = 0;
+};
+
+// The package category of a folder name, or nothing when its extension marks no
+// package. Runs once per folder: ASCII extensions are lower-cased on the stack.
+std::optional<FileCategory> packageCategory(QByteArrayView name)
+{
+    constexpr qsizetype longest = 15; // well above the longest package extension
+    const QByteArrayView ext = Paths::extension(name);
+    if (ext.isEmpty() || ext.size() > longest * 4)
+        return std::nullopt;
+    if (Paths::isAscii(ext)) {
+        if (ext.size() > longest)
+            return std::nullopt;
+        char lower[longest];
+        for (qsizetype i = 0; i < ext.size(); ++i)
+            lower[i] = (ext[i] >= 'A' && ext[i] <= 'Z') ? char(ext[i] - 'A' + 'a') : ext[i];
+        const QByteArrayView folded(lower, ext.size());
+        if (!FileCategory::isPackageExtension(folded))
+            return std::nullopt;
+        return FileCategory::classify(folded);
+    }
+    // Full case folding, so that a non-ASCII letter lowering to ASCII still counts.
+    const QByteArray folded = QString::fromUtf8(ext.data(), ext.size()).toLower().toUtf8();
+    if (!FileCategory::isPackageExtension(folded))
+        return std::nullopt;
+    return FileCategory::classify(folded);
+}
+
+using WalkEntry = TreeWalk::Entry;
+using WalkKind = TreeWalk::Kind;
+
+// The state of one walk. Everything lives for one call and on one thread.
+class Walk
+{
+public:
+    Walk(const ScanOptions &options, qint64 firstID, const CancelTokenPtr &token,
+         const DiskScanner::ProgressCallback &progress)
+        : m_skips(options.excludedPaths), m_threshold(std::max<qint64>(options.minTrackedSize, 1)),
+          m_skipHidden(options.skipHiddenFiles), m_packagesAsFiles(options.treatPackagesAsFiles), m_nextID(firstID),
+          m_token(token), m_progress(progress)
+    {}
+
+    ScanResultPtr run(const QByteArray &root);
+
+private:
+    static constexpr int sampleLimit = 200;
+    static constexpr qint64 checkEvery = 1024;     // entries between looks at the clock and the token
+    static constexpr qint64 publishInterval = 100; // milliseconds
+
+    bool cancelled() const { return m_token && m_token->isCancelled(); }
+    void publish();
+    void noteUnreadable(const WalkEntry &entry);
+    void enterDirectory(TreeWalk &walk, const WalkEntry &entry);
+    void leaveDirectory(const WalkEntry &entry);
+    void finishPackage(int level);
+    void addFile(const WalkEntry &entry);
+
+    const SkipSet m_skips;
+    const qint64 m_threshold;
+    const bool m_skipHidden;
+    const bool m_packagesAsFiles;
+
+    DirNodePtr m_root;
+    std::vector<DirNodePtr> m_nodes; // open directories, root first
+    std::vector<int> m_levels;       // their walk levels
+    std::optional<PackageAccumulator> m_package;
+
+    std::vector<FileItem> m_files;
+    std::vector<DevArtifact> m_artifacts;
+    std::array<CategoryTotal, FileCategory::allCases.size()> m_totals{};
+    std::array<bool, FileCategory::allCases.size()> m_met{};
+    InodeSet m_seen;
+
+    qint64 m_filesScanned = 0;
+    qint64 m_bytesScanned = 0;
+    qint64 m_totalDirs = 0;
+    qint64 m_unreadable = 0;
+    QByteArrayList m_samples;
+    qint64 m_nextID;
+
+    QList<DiscoveredEntry> m_discovered;
+    qsizetype m_open = -1; // index into m_discovered of the entry being measured
+
+    bool m_inArtifact = false;
+    int m_artifactLevel = 0;
+
+    const CancelTokenPtr &m_token;
+    const DiskScanner::ProgressCallback &m_progress;
+    QElapsedTimer m_sincePublished;
+    QByteArray m_currentPath;
+};
+
+void Walk::publish()
+{
+    if (m_progress) {
+        ScanProgress snapshot;
+        snapshot.filesScanned = m_filesScanned;
+        snapshot.bytesScanned = m_bytesScanned;
+        snapshot.currentPath = m_currentPath;
+        snapshot.discovered = m_discovered;
+        m_progress(snapshot);
+    }
+    m_sincePublished.start();
+}
+
+void Walk::noteUnreadable(const WalkEntry &entry)
+{
+    ++m_unreadable;
+    if (m_samples.size() < sampleLimit)
+        m_samples.append(entry.path.toByteArray());
+}
+
+void Walk::enterDirectory(TreeWalk &walk, const WalkEntry &entry)
+{
+    if (m_package)
+        return; // nothing below a package is skipped, classified or counted as a folder
+
+    const int level = entry.level;
+    const QByteArrayView name = entry.name;
+    if (level > 0) {
+        if ((m_skipHidden && name.startsWith('.')) || m_skips.contains(entry.path)) {
+            walk.skip();
+            return;
+        }
+    }
+    ++m_totalDirs;
+
+    const std::optional<FileCategory> packageKind =
+        level > 0 && m_packagesAsFiles ? packageCategory(name) : std::nullopt;
+    if (packageKind) {
+        PackageAccumulator package;
+        package.path = entry.path.toByteArray();
+        package.name = name.toByteArray();
+        package.level = level;
+        package.modified = modifiedOf(*entry.st);
+        package.accessed = accessedOf(*entry.st);
+        package.category = *packageKind;
+        if (level == 1) {
+            m_discovered.append(DiscoveredEntry{package.path, package.name, 0, false, QString(), true});
+            m_open = m_discovered.size() - 1;
+            publish();
+        }
+        m_package = std::move(package);
+        return;
+    }
+
+    const DirNodePtr parent = m_nodes.empty() ? DirNodePtr() : m_nodes.back();
+    auto node = std::make_shared<DirNode>(name.toByteArray(), parent);
+    if (parent)
+        parent->children.push_back(node);
+    if (!m_root)
+        m_root = node;
+    m_nodes.push_back(node);
+    m_levels.push_back(level);
+
+    if (!m_inArtifact && level > 0) {
+        node->artifactKind = DevArtifactRule::match(name, entry.path);
+        if (!node->artifactKind.isNull()) {
+            m_inArtifact = true;
+            m_artifactLevel = level;
+        }
+    }
+
+    if (level == 1) {
+        m_discovered.append(DiscoveredEntry{entry.path.toByteArray(), node->name, 0, true, node->artifactKind, true});
+        m_open = m_discovered.size() - 1;
+        publish();
+    }
+}
+
+void Walk::finishPackage(int level)
+{
+    const PackageAccumulator package = std::move(*m_package);
+    m_package.reset();
+    if (level == 1 && m_open >= 0) {
+        DiscoveredEntry &open = m_discovered[m_open];
+        open.size = package.size;
+        open.measuring = false;
+        m_open = -1;
+    }
+    if (m_nodes.empty())
+        return;
+    DirNode &parent = *m_nodes.back();
+    parent.size += package.size;
+    parent.fileCount += package.count;
+
+    m_totals[package.category].size += package.size;
+    m_totals[package.category].count += 1;
+    m_met[package.category] = true;
+
+    if (package.size < m_threshold) {
+        parent.smallFilesSize += package.size;
+        return;
+    }
+    FileItem item;
+    item.id = m_nextID++;
+    item.path = package.path;
+    item.name = package.name;
+    item.size = package.size;
+    item.logicalSize = package.logicalSize;
+    item.modified = package.modified;
+    item.accessed = package.accessed;
+    item.category = package.category;
+    item.isPackage = true;
+    item.parent = m_nodes.back();
+    parent.files.push_back(item);
+    m_files.push_back(std::move(item));
+}
+
+void Walk::leaveDirectory(const WalkEntry &entry)
+{
+    const int level = entry.level;
+    if (m_package) {
+        if (m_package->level == level)
+            finishPackage(level);
+        return;
+    }
+    // A skipped folder gives no leaving event; this guards the stacks.
+    if (m_levels.empty() || m_levels.back() != level)
+        return;
+    const DirNodePtr node = std::move(m_nodes.back());
+    m_nodes.pop_back();
+    m_levels.pop_back();
+
+    if (level == 1 && m_open >= 0) {
+        DiscoveredEntry &open = m_discovered[m_open];
+        open.size = node->size;
+        open.measuring = false;
+        m_open = -1;
+    }
+    // The only place sizes move upwards: once per folder, when it is done.
+    if (!m_nodes.empty()) {
+        m_nodes.back()->size += node->size;
+        m_nodes.back()->fileCount += node->fileCount;
+    }
+    if (m_inArtifact && m_artifactLevel == level) {
+        if (!node->artifactKind.isNull())
+            m_artifacts.push_back(
+                DevArtifact{entry.path.toByteArray(), node->artifactKind, node->size, node->fileCount});
+        m_inArtifact = false;
+    }
+}
+
+void Walk::addFile(const WalkEntry &entry)
+{
+    const struct stat &st = *entry.st;
+    // Every link of a file after the first one met is left out altogether.
+    if (st.st_nlink > 1 && !m_seen.insert(InodeKey{st.st_dev, st.st_ino}).second)
+        return;
+    const qint64 size = allocatedSize(st);
+
+    if (m_package) {
+        m_package->size += size;
+        m_package->logicalSize += qint64(st.st_size);
+        m_package->count += 1;
+        ++m_filesScanned;
+        m_bytesScanned += size;
+        return;
+    }
+    if (m_nodes.empty())
+        return; // a root that is itself a file yields no tree
+    const QByteArrayView name = entry.name;
+    if (m_skipHidden && name.startsWith('.'))
+        return;
+
+    ++m_filesScanned;
+    m_bytesScanned += size;
+    const FileCategory category = FileCategory::forFileName(name);
+    m_totals[category].size += size;
+    m_totals[category].count += 1;
+    m_met[category] = true;
+
+    DirNode &dir = *m_nodes.back();
+    dir.size += size;
+    dir.fileCount += 1;
+    if (size < m_threshold) {
+        dir.smallFilesSize += size;
+        return;
+    }
+    FileItem item;
+    item.id = m_nextID++;
+    item.path = entry.path.toByteArray();
+    item.name = name.toByteArray();
+    item.size = size;
+    item.logicalSize = qint64(st.st_size);
+    item.modified = modifiedOf(st);
+    item.accessed = accessedOf(st);
+    item.category = category;
+    item.parent = m_nodes.back();
+    dir.files.push_back(item);
+    m_files.push_back(item);
+
+    if (entry.level == 1) {
+        m_discovered.append(DiscoveredEntry{item.path, item.name, size, false, QString(), false});
+        publish();
+    }
+}
+
+ScanResultPtr Walk::run(const QByteArray &root)
+{
+    QElapsedTimer clock;
+    clock.start();
+    TreeWalk walk(root, true);
+    m_sincePublished.start();
+
+    qint64 entries = 0;
+    WalkEntry entry;
+    while (walk.next(entry)) {
+        if (++entries % checkEvery == 0) {
+            if (cancelled())
+                return {};
+            if (m_sincePublished.elapsed() >= publishInterval) {
+                m_currentPath = entry.path.toByteArray();
+                if (m_open >= 0 && m_nodes.size() >= 2)
+                    m_discovered[m_open].size = m_nodes[1]->size;
+                publish();
+            }
+        }
+        switch (entry.kind) {
+        case WalkKind::directory:
+            enterDirectory(walk, entry);
+            break;
+        case WalkKind::unreadable:
+            noteUnreadable(entry);
+            leaveDirectory(entry); // it was entered and must be closed; it is simply empty
+            break;
+        case WalkKind::directoryDone:
+            leaveDirectory(entry);
+            break;
+        case WalkKind::noStat:
+            noteUnreadable(entry);
+            break;
+        case WalkKind::file:
+            addFile(entry);
+            break;
+        case WalkKind::symlink:
+        case WalkKind::other:
+            // Links are never followed; sockets, devices and cycles have no size.
+            break;
+        }
+    }
+
+    // The last entries since the previous look at the token still count.
+    if (cancelled() || !m_root)
+        return {};
+
+    m_root->sortRecursively();
+    const auto bySize = [](const auto &a, const auto &b) { return a.size > b.size; };
+    std::stable_sort(m_files.begin(), m_files.end(), bySize);
+    std::stable_sort(m_artifacts.begin(), m_artifacts.end(), bySize);
+
+    auto result = std::make_shared<ScanResult>();
+    result->root = m_root;
+    result->files = std::move(m_files);
+    result->artifacts = std::move(m_artifacts);
+    for (FileCategory category : FileCategory::allCases)
+        if (m_met[category])
+            result->categoryTotals.emplace(category, m_totals[category]);
+    result->totalFiles = m_filesScanned;
+    result->totalDirs = m_totalDirs;
+    result->unreadableCount = m_unreadable;
+    result->unreadableSamples = std::move(m_samples);
+    result->duration = double(clock.nsecsElapsed()) / 1e9;
+    result->date = double(QDateTime::currentMSecsSinceEpoch()) / 1000.0;
+    result->lastID = m_nextID;
+    return result;
+}
+
+} // namespace
+
+namespace DiskScanner {
+
+// normalize() lives in Normalize.cpp.
+
+ScanResultPtr scan(const QByteArray &root, const ScanOptions &options, qint64 firstID, const CancelTokenPtr &token,
+                   const ProgressCallback &progress)
+{
+    Walk walk(options, firstID, token, progress);
+    return walk.run(normalize(root));
+}
+
+DiskUsage usage(const QByteArray &of, const CancelTokenPtr &token)
+{
+    DiskUsage usage;
+    const QByteArray path = normalize(of);
+    struct stat st;
+    if (::lstat(path.constData(), &st) != 0) {
+        usage.readable = true;
+        return usage;
+    }
+    usage.exists = true;
+    if (!S_ISDIR(st.st_mode)) {
+        usage.size = allocatedSize(st);
+        usage.items = 1;
+        usage.readable = true;
+        return usage;
+    }
+    usage.readable = true;
+    TreeWalk walk(path, false);
+    InodeSet seen;
+    qint64 entries = 0;
+    WalkEntry entry;
+    while (walk.next(entry)) {
+        if (++entries % 4096 == 0 && token && token->isCancelled())
+            break;
+        if (entry.kind == WalkKind::file) {
+            const struct stat &fst = *entry.st;
+            if (fst.st_nlink > 1 && !seen.insert(InodeKey{fst.st_dev, fst.st_ino}).second)
+                continue;
+            usage.size += allocatedSize(fst);
+            usage.items += 1;
+        } else if (entry.kind == WalkKind::unreadable && entry.level == 0) {
+            usage.readable = false;
+        }
+    }
+    return usage;
+}
+
+} // namespace DiskScanner

@@ -1,0 +1,254 @@
+#include "TestMain.h"
+
+#include "core/Fmt.h"
+#include "core/Paths.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+struct Outcome {
+    int status = -1;
+    QByteArray out;
+    QByteArray err;
+};
+
+Outcome sorvel(const QStringList &args, bool asNobody = false)
+{
+    QProcess p;
+    if (asNobody && ::geteuid() == 0)
+        p.start(QStringLiteral("setpriv"), QStringList{QStringLiteral("--reuid=65534"), QStringLiteral("--regid=65534"),
+                                                       QStringLiteral("--clear-groups"), QStringLiteral(SORVEL_CLI)} +
+                                               args);
+    else
+        p.start(QStringLiteral(SORVEL_CLI), args);
+    p.waitForFinished(120000);
+    return {p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1, p.readAllStandardOutput(),
+            p.readAllStandardError()};
+}
+
+void write(const QByteArray &path, qint64 size)
+{
+    QDir().mkpath(QFile::decodeName(path.left(path.lastIndexOf('/'))));
+    const int fd = ::open(path.constData(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    QVERIFY(fd >= 0);
+    const QByteArray data(size, 'x');
+    QCOMPARE(::write(fd, data.constData(), size_t(size)), ssize_t(size));
+    ::close(fd);
+}
+
+// The value printed beside a label in the summary ("  Files   1,234").
+QString summaryValue(const QString &summary, const QString &label)
+{
+    const QRegularExpression re(QStringLiteral("^  ") + QRegularExpression::escape(label) + QStringLiteral(" +(.+)$"),
+                                QRegularExpression::MultilineOption);
+    return re.match(summary).captured(1).trimmed();
+}
+
+} // namespace
+
+class TestScanCommand : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_tmp;
+    QByteArray m_root;
+
+private slots:
+    void initTestCase()
+    {
+        m_root = QFile::encodeName(m_tmp.path());
+        write(m_root + "/movies/holiday.mov", 300000);
+        write(m_root + "/movies/trailer.mp4", 120000);
+        write(m_root + "/docs/report.pdf", 2000);
+        write(m_root + "/web/package.json", 300);
+        write(m_root + "/web/node_modules/left/index.js", 50000);
+        write(m_root + "/Tool.app/Contents/MacOS/tool", 200000);
+        write(m_root + "/odd-\xff-name.bin", 150000);
+        write(m_root + "/line\nbreak \"quoted\".txt", 10);
+    }
+
+    void cleanupTestCase()
+    {
+        // QTemporaryDir removes by name as text, which can't spell this one.
+        ::unlink((m_root + "/odd-\xff-name.bin").constData());
+    }
+
+    void summaryAndJsonAgree()
+    {
+        const QStringList common{QStringLiteral("scan"), QFile::decodeName(m_root), QStringLiteral("--min-size"),
+                                 QStringLiteral("100k"), QStringLiteral("--top"),   QStringLiteral("3")};
+        const Outcome text = sorvel(common);
+        QCOMPARE(text.status, 0);
+        QVERIFY(text.err.isEmpty()); // no terminal, no progress
+        const QString summary = QString::fromUtf8(text.out);
+
+        const Outcome json = sorvel(common + QStringList{QStringLiteral("--json")});
+        QCOMPARE(json.status, 0);
+        QJsonParseError error;
+        const QJsonObject doc = QJsonDocument::fromJson(json.out, &error).object();
+        QCOMPARE(error.error, QJsonParseError::NoError);
+
+        const QJsonObject totals = doc[QStringLiteral("totals")].toObject();
+        const QLocale locale;
+        QCOMPARE(summaryValue(summary, QStringLiteral("Total size")),
+                 Fmt::bytes(totals[QStringLiteral("size")].toInteger()));
+        QCOMPARE(summaryValue(summary, QStringLiteral("Files")),
+                 locale.toString(totals[QStringLiteral("files")].toInteger()));
+        QCOMPARE(summaryValue(summary, QStringLiteral("Folders")),
+                 locale.toString(totals[QStringLiteral("folders")].toInteger()));
+        QCOMPARE(summaryValue(summary, QStringLiteral("Unreadable")), QStringLiteral("0"));
+        QCOMPARE(totals[QStringLiteral("files")].toInteger(), 8);
+        QCOMPARE(totals[QStringLiteral("folders")].toInteger(), 7); // root movies docs web node_modules left Tool.app
+
+        // The biggest files, in the same order.
+        const QJsonArray files = doc[QStringLiteral("files")].toArray();
+        QCOMPARE(files.size(), 4); // holiday, Tool.app, odd name, trailer
+        const qsizetype biggest = summary.indexOf(QStringLiteral("Biggest files"));
+        QVERIFY(biggest > 0);
+        qsizetype at = biggest;
+        for (int i = 0; i < 3; ++i) {
+            const QJsonObject f = files[i].toObject();
+            const QByteArray path = Paths::fromText(f[QStringLiteral("path")].toString());
+            QVERIFY(path.startsWith(m_root + '/'));
+            at = summary.indexOf(Paths::toDisplay(path), at);
+            QVERIFY2(at > 0, path.constData());
+        }
+        QVERIFY(!summary.contains(QStringLiteral("trailer.mp4")));
+        const QJsonObject tool = files[1].toObject();
+        QCOMPARE(tool[QStringLiteral("isPackage")].toBool(), true);
+        QCOMPARE(tool[QStringLiteral("category")].toString(), QStringLiteral("application"));
+        // Names that aren't UTF-8 come back byte for byte.
+        bool sawOdd = false;
+        for (const QJsonValue &v : files)
+            sawOdd |= Paths::fromText(v.toObject()[QStringLiteral("path")].toString()) == m_root + "/odd-\xff-name.bin";
+        QVERIFY(sawOdd);
+
+        // Categories: the same totals in both.
+        for (const QJsonValue &v : doc[QStringLiteral("categories")].toArray()) {
+            const QJsonObject c = v.toObject();
+            const QString line = c[QStringLiteral("title")].toString();
+            const QRegularExpression re(QStringLiteral("^  ") + QRegularExpression::escape(line) +
+                                            QStringLiteral(" +(.+?)  (.+)$"),
+                                        QRegularExpression::MultilineOption);
+            const auto m = re.match(summary);
+            QVERIFY2(m.hasMatch(), qPrintable(line));
+            QCOMPARE(m.captured(1).trimmed(), Fmt::bytes(c[QStringLiteral("size")].toInteger()));
+        }
+
+        // The artefact, and the tree's folders with their parents.
+        const QJsonArray artifacts = doc[QStringLiteral("artifacts")].toArray();
+        QCOMPARE(artifacts.size(), 1);
+        QCOMPARE(artifacts[0].toObject()[QStringLiteral("kind")].toString(), QStringLiteral("Node.js dependencies"));
+        QVERIFY(summary.contains(QStringLiteral("Node.js dependencies")));
+        const QJsonArray folders = doc[QStringLiteral("folders")].toArray();
+        QCOMPARE(folders.size(), 6); // the package has no folder of its own
+        QCOMPARE(folders[0].toObject()[QStringLiteral("size")].toInteger(), totals[QStringLiteral("size")].toInteger());
+        QVERIFY(folders[0].toObject()[QStringLiteral("parent")].isNull());
+        qint64 childSum = folders[0].toObject()[QStringLiteral("smallFilesSize")].toInteger();
+        for (const QJsonValue &v : folders)
+            if (v.toObject()[QStringLiteral("parent")].toInteger(-1) == 0)
+                childSum += v.toObject()[QStringLiteral("size")].toInteger();
+        for (const QJsonValue &v : files)
+            if (v.toObject()[QStringLiteral("folder")].toInteger(-1) == 0)
+                childSum += v.toObject()[QStringLiteral("size")].toInteger();
+        QCOMPARE(childSum, totals[QStringLiteral("size")].toInteger());
+    }
+
+    void options()
+    {
+        const QString root = QFile::decodeName(m_root);
+        const Outcome json =
+            sorvel({QStringLiteral("scan"), root, QStringLiteral("--json"), QStringLiteral("--no-packages"),
+                    QStringLiteral("--exclude"), root + QStringLiteral("/web/"), QStringLiteral("--skip-hidden"),
+                    QStringLiteral("--min-size=0")});
+        QCOMPARE(json.status, 0);
+        const QJsonObject doc = QJsonDocument::fromJson(json.out).object();
+        QVERIFY(doc[QStringLiteral("artifacts")].toArray().isEmpty());
+        const QJsonObject options = doc[QStringLiteral("options")].toObject();
+        QCOMPARE(options[QStringLiteral("treatPackagesAsFiles")].toBool(), false);
+        QCOMPARE(options[QStringLiteral("skipHiddenFiles")].toBool(), true);
+        QCOMPARE(options[QStringLiteral("minTrackedSize")].toInteger(), 0);
+        const QJsonObject totals = doc[QStringLiteral("totals")].toObject();
+        QCOMPARE(totals[QStringLiteral("files")].toInteger(), 6);
+        QCOMPARE(totals[QStringLiteral("listedFiles")].toInteger(), 6);
+        QCOMPARE(totals[QStringLiteral("folders")].toInteger(), 6); // root movies docs Tool.app Contents MacOS
+    }
+
+    void badInput_data()
+    {
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QString>("message");
+        const QString root = QFile::decodeName(m_root);
+        QTest::newRow("missing") << QStringList{root + QStringLiteral("/nowhere")} << 1
+                                 << QStringLiteral("no such file or folder");
+        QTest::newRow("a file") << QStringList{root + QStringLiteral("/docs/report.pdf")} << 1
+                                << QStringLiteral("is a file, not a folder");
+        QTest::newRow("no path") << QStringList{} << 2 << QStringLiteral("which folder?");
+        QTest::newRow("unknown option") << QStringList{root, QStringLiteral("--fast")} << 2
+                                        << QStringLiteral("unknown option '--fast'");
+        QTest::newRow("bad size") << QStringList{root, QStringLiteral("--min-size"), QStringLiteral("lots")} << 2
+                                  << QStringLiteral("--min-size takes");
+        QTest::newRow("two paths") << QStringList{root, root} << 2 << QStringLiteral("one folder at a time");
+    }
+
+    void badInput()
+    {
+        QFETCH(QStringList, args);
+        QFETCH(int, status);
+        QFETCH(QString, message);
+        const Outcome o = sorvel(QStringList{QStringLiteral("scan")} + args);
+        QCOMPARE(o.status, status);
+        QVERIFY(o.out.isEmpty());
+        QVERIFY2(QString::fromUtf8(o.err).contains(message), o.err.constData());
+        QVERIFY(o.err.startsWith("sorvel scan: "));
+    }
+
+    void interruptCancels()
+    {
+        // A tree big enough that the walk is still going when the signal comes.
+        QProcess p;
+        p.start(QStringLiteral(SORVEL_CLI), {QStringLiteral("scan"), QStringLiteral("/usr"), QStringLiteral("--json")});
+        QVERIFY(p.waitForStarted());
+        QTest::qWait(150);
+        ::kill(pid_t(p.processId()), SIGINT);
+        QVERIFY(p.waitForFinished(60000));
+        if (p.exitCode() == 0)
+            QSKIP("the walk ended before the signal arrived");
+        QCOMPARE(p.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(p.exitCode(), 130);
+        QVERIFY(p.readAllStandardOutput().isEmpty());
+        QCOMPARE(p.readAllStandardError(), QByteArray("sorvel scan: cancelled\n"));
+    }
+
+    void unreadableRoot()
+    {
+        QTemporaryDir tmp;
+        const QByteArray root = QFile::encodeName(tmp.path());
+        ::chmod(root.constData(), 0755);
+        QVERIFY(QDir().mkdir(QFile::decodeName(root + "/closed")));
+        ::chmod((root + "/closed").constData(), 0);
+        const Outcome o = sorvel({QStringLiteral("scan"), QFile::decodeName(root + "/closed")}, true);
+        ::chmod((root + "/closed").constData(), 0755);
+        QCOMPARE(o.status, 1);
+        QVERIFY2(o.err.contains("cannot read"), o.err.constData());
+        QCOMPARE(o.err.count('\n'), 1);
+    }
+};
+
+SORVEL_TEST(TestScanCommand);
+#include "tst_scancommand.moc"

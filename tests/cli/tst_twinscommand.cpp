@@ -1,0 +1,150 @@
+#include "TestMain.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <sys/stat.h>
+
+namespace {
+
+struct Outcome {
+    int status = -1;
+    QByteArray out;
+    QByteArray err;
+};
+
+Outcome sorvel(const QStringList &args)
+{
+    QProcess process;
+    process.start(QStringLiteral(SORVEL_CLI), QStringList{QStringLiteral("twins")} + args);
+    if (!process.waitForFinished(60000))
+        qFatal("sorvel twins did not finish");
+    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+}
+
+void write(const QString &path, const QByteArray &content, qint64 modified)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("cannot write a test file");
+    file.setFileTime(QDateTime::fromSecsSinceEpoch(modified), QFileDevice::FileModificationTime);
+    file.close();
+}
+
+QByteArray content(qint64 size, char seed)
+{
+    QByteArray bytes(size, Qt::Uninitialized);
+    for (qint64 i = 0; i < size; ++i)
+        bytes[i] = char((i * 31 + seed * 7 + (i >> 9)) & 0xff);
+    return bytes;
+}
+
+} // namespace
+
+class TestTwinsCommand : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(m_dir.isValid());
+        QDir(m_dir.path()).mkpath(QStringLiteral("a/deeper"));
+        QDir(m_dir.path()).mkpath(QStringLiteral("b"));
+        const QByteArray twin = content(200000, 1);
+        write(m_dir.filePath(QStringLiteral("a/old copy")), twin, 1600000000);
+        write(m_dir.filePath(QStringLiteral("b/newest")), twin, 1700000000);
+        write(m_dir.filePath(QStringLiteral("a/deeper/middle")), twin, 1650000000);
+        QByteArray trap = twin;
+        trap[100000] = char(trap[100000] ^ 1); // same size, differs in the unsampled middle
+        write(m_dir.filePath(QStringLiteral("b/trap")), trap, 1690000000);
+        write(m_dir.filePath(QStringLiteral("b/alone")), content(12345, 2), 1690000000);
+        write(m_dir.filePath(QStringLiteral("b/empty1")), {}, 1690000000);
+        write(m_dir.filePath(QStringLiteral("b/empty2")), {}, 1690000000);
+        m_digest = QString::fromLatin1(QCryptographicHash::hash(twin, QCryptographicHash::Sha256).toHex());
+        struct stat st {};
+        ::stat(QFile::encodeName(m_dir.filePath(QStringLiteral("b/newest"))).constData(), &st);
+        m_allocated = qint64(st.st_blocks) * 512;
+    }
+
+    void json()
+    {
+        const Outcome run = sorvel({m_dir.path(), QStringLiteral("--json")});
+        QCOMPARE(run.status, 0);
+        QVERIFY2(run.err.isEmpty(), run.err.constData()); // no progress line off a terminal
+        const QJsonObject doc = QJsonDocument::fromJson(run.out).object();
+        const QJsonArray groups = doc.value(QStringLiteral("groups")).toArray();
+        QCOMPARE(groups.size(), 1);
+        const QJsonObject group = groups.first().toObject();
+        QCOMPARE(group.value(QStringLiteral("id")).toString(), m_digest);
+        QCOMPARE(group.value(QStringLiteral("copies")).toInteger(), 3);
+        QCOMPARE(group.value(QStringLiteral("reclaimable")).toInteger(), 2 * m_allocated);
+        QCOMPARE(doc.value(QStringLiteral("reclaimable")).toInteger(), 2 * m_allocated);
+        QCOMPARE(doc.value(QStringLiteral("filesCompared")).toInteger(), 5); // the empty ones take no part
+        QStringList paths;
+        for (const QJsonValue &file : group.value(QStringLiteral("files")).toArray())
+            paths.append(QDir(m_dir.path()).relativeFilePath(file.toObject().value(QStringLiteral("path")).toString()));
+        QCOMPARE(paths, (QStringList{QStringLiteral("b/newest"), QStringLiteral("a/deeper/middle"),
+                                     QStringLiteral("a/old copy")}));
+    }
+
+    void text()
+    {
+        const Outcome run = sorvel({m_dir.path()});
+        QCOMPARE(run.status, 0);
+        const QStringList lines = QString::fromUtf8(run.out).split(QLatin1Char('\n'));
+        QVERIFY2(lines.size() >= 6, run.out.constData());
+        QVERIFY(lines[0].startsWith(m_digest.left(12) + QStringLiteral("  3 copies  ")));
+        QVERIFY(lines[1].endsWith(m_dir.filePath(QStringLiteral("b/newest"))));
+        QVERIFY(lines[2].endsWith(m_dir.filePath(QStringLiteral("a/deeper/middle"))));
+        QVERIFY(lines[3].endsWith(m_dir.filePath(QStringLiteral("a/old copy"))));
+        QVERIFY(lines[5].startsWith(QStringLiteral("1 group of identical files among 5 files; ")));
+    }
+
+    void minSize()
+    {
+        const Outcome run = sorvel({m_dir.path(), QStringLiteral("--min-size"), QString::number(m_allocated + 1)});
+        QCOMPARE(run.status, 0);
+        QCOMPARE(run.out, QByteArray("No identical files among 0 files.\n"));
+        const Outcome exact = sorvel(
+            {m_dir.path(), QStringLiteral("--min-size=") + QString::number(m_allocated), QStringLiteral("--json")});
+        QCOMPARE(QJsonDocument::fromJson(exact.out).object().value(QStringLiteral("groups")).toArray().size(), 1);
+    }
+
+    void badInput_data()
+    {
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<int>("status");
+        QTest::newRow("no path") << QStringList{} << 2;
+        QTest::newRow("not a number") << QStringList{QStringLiteral("."), QStringLiteral("--min-size"),
+                                                     QStringLiteral("ten")}
+                                      << 2;
+        QTest::newRow("unknown option") << QStringList{QStringLiteral("."), QStringLiteral("--fast")} << 2;
+        QTest::newRow("two paths") << QStringList{QStringLiteral("."), QStringLiteral("..")} << 2;
+        QTest::newRow("missing folder") << QStringList{QStringLiteral("/nonexistent/folder")} << 1;
+    }
+
+    void badInput()
+    {
+        QFETCH(QStringList, args);
+        QFETCH(int, status);
+        const Outcome run = sorvel(args);
+        QCOMPARE(run.status, status);
+        QVERIFY(run.out.isEmpty());
+        QVERIFY(!run.err.isEmpty());
+    }
+
+private:
+    QTemporaryDir m_dir;
+    QString m_digest;
+    qint64 m_allocated = 0;
+};
+
+SORVEL_TEST(TestTwinsCommand);
+#include "tst_twinscommand.moc"

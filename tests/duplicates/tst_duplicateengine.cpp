@@ -1,0 +1,470 @@
+#include "TestMain.h"
+#include "TwinFiles.h"
+
+#include "duplicates/DuplicateEngine.h"
+
+#include <QMutex>
+#include <QRandomGenerator>
+
+#include <limits>
+#include <thread>
+
+using DuplicateEngine::Reading;
+using Groups = std::vector<DuplicateGroup>;
+
+Q_DECLARE_METATYPE(Reading)
+
+namespace {
+
+struct Report {
+    double fraction;
+    QString status;
+    friend bool operator==(const Report &, const Report &) = default;
+};
+
+// Collects the reports of one search; thread-safe, as the engine's callback must be.
+struct Reports {
+    QMutex mutex;
+    std::vector<Report> all;
+    std::function<void(size_t)> onReport; // given the count so far
+
+    DuplicateEngine::ProgressCallback callback()
+    {
+        return [this](double fraction, const QString &status) {
+            size_t count = 0;
+            {
+                const QMutexLocker lock(&mutex);
+                all.push_back({fraction, status});
+                count = all.size();
+            }
+            if (onReport)
+                onReport(count);
+        };
+    }
+    int count(const QString &prefix) const
+    {
+        return int(std::count_if(all.begin(), all.end(), [&](const Report &r) { return r.status.startsWith(prefix); }));
+    }
+};
+
+const QString fingerprinting = QStringLiteral("Fingerprinting files… ");
+const QString verifying = QStringLiteral("Verifying contents… ");
+
+QList<qint64> ids(const DuplicateGroup &group)
+{
+    QList<qint64> result;
+    for (const FileItem &file : group.files)
+        result.append(file.id);
+    return result;
+}
+
+void addReadings() { QTest::addColumn<Reading>("reading"); }
+
+} // namespace
+
+class TestDuplicateEngine : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    // Two files of one size whose contents differ at one byte: which stage tells
+    // them apart shows in the reports of stage 3, which come only for files read
+    // whole.
+    void stages_data()
+    {
+        QTest::addColumn<qint64>("size");
+        QTest::addColumn<qint64>("difference"); // -1: identical
+        QTest::addColumn<Reading>("reading");
+        QTest::addColumn<int>("verified"); // stage 3 reports
+        QTest::addColumn<QString>("lastStatus");
+
+        struct Row {
+            const char *name;
+            qint64 size;
+            qint64 difference;
+            int verified;
+            const char *lastStatus;
+        };
+        const qint64 large = 3 * 4194304 + 12345; // several whole reads and a short one
+        const Row rows[] = {
+            // Only the first 64 KiB are sampled up to 131,072 bytes: stage 3 decides.
+            {"131072, last byte", 131072, 131071, 2, "Verifying contents… 262 kB of 262 kB"},
+            {"65537, last byte", 65537, 65536, 2, "Verifying contents… 131 kB of 131 kB"},
+            {"200000, 70 KiB in", 200000, 71680, 2, "Verifying contents… 400 kB of 400 kB"},
+            // From 131,073 on the tail is sampled: stage 2 decides, nothing is read whole.
+            {"131073, last byte", 131073, 131072, 0, ""},
+            {"131073, first byte", 131073, 0, 0, ""},
+            {"large, last byte", large, large - 1, 0, ""},
+            // A sample that is the whole file decides alone.
+            {"65536, last byte", 65536, 65535, 0, ""},
+            {"65536, identical", 65536, -1, 2, "Verifying contents… 131 kB of 131 kB"},
+            {"1 byte, identical", 1, -1, 2, "Verifying contents… 2 bytes of 2 bytes"},
+            // Only a whole read finds a difference in the middle.
+            {"large, middle byte", large, large / 2, 2, "Verifying contents… 25.2 MB of 25.2 MB"},
+            {"large, identical", large, -1, 2, "Verifying contents… 25.2 MB of 25.2 MB"},
+        };
+        for (const Row &row : rows) {
+            for (const Reading reading : {Reading::oneAtATime, Reading::pooled}) {
+                QTest::addRow("%s, %s", row.name, reading == Reading::pooled ? "pooled" : "one at a time")
+                    << row.size << row.difference << reading << row.verified << QString::fromUtf8(row.lastStatus);
+            }
+        }
+    }
+
+    void stages()
+    {
+        QFETCH(qint64, size);
+        QFETCH(qint64, difference);
+        QFETCH(Reading, reading);
+        QFETCH(int, verified);
+        QFETCH(QString, lastStatus);
+
+        TwinFiles dir;
+        const QByteArray content = TwinFiles::noise(size, 7);
+        const QByteArray other = difference < 0 ? content : TwinFiles::flipped(content, difference);
+        const std::vector<FileItem> files = {dir.write("a", content), dir.write("b", other)};
+
+        Reports reports;
+        const auto groups = DuplicateEngine::find(files, makeCancelToken(), reports.callback(), reading);
+        QVERIFY(groups);
+        QCOMPARE(reports.count(verifying), verified);
+        QCOMPARE(reports.count(fingerprinting), 0);
+        if (verified > 0) {
+            QCOMPARE(reports.all.back().status, lastStatus);
+            QCOMPARE(reports.all.back().fraction, 1.0);
+            QCOMPARE(reports.all.front().fraction, 0.2 + 0.8 * 0.5);
+        }
+        if (difference >= 0) {
+            QVERIFY(groups->empty());
+        } else {
+            QCOMPARE(groups->size(), size_t(1));
+            QCOMPARE(groups->front().id, TwinFiles::sha256(content));
+            QCOMPARE(ids(groups->front()), (QList<qint64>{1, 2}));
+        }
+    }
+
+    void splits_data()
+    {
+        QTest::addColumn<QList<int>>("contents"); // which of a few contents each file has
+        QTest::addColumn<QList<QList<qint64>>>("expected");
+        addReadings();
+        const auto both = [](const char *name, QList<int> contents, QList<QList<qint64>> expected) {
+            QTest::addRow("%s, one at a time", name) << contents << expected << Reading::oneAtATime;
+            QTest::addRow("%s, pooled", name) << contents << expected << Reading::pooled;
+        };
+        both("three and one", {0, 0, 1, 0}, {{1, 2, 4}});
+        both("two and two", {0, 1, 1, 0}, {{1, 4}, {2, 3}});
+        both("all different", {0, 1, 2, 3}, {});
+        both("four alike", {2, 2, 2, 2}, {{1, 2, 3, 4}});
+    }
+
+    // Files of one size whose samples agree (they differ 70 KiB in), split by
+    // their whole contents.
+    void splits()
+    {
+        QFETCH(QList<int>, contents);
+        QFETCH(QList<QList<qint64>>, expected);
+        QFETCH(Reading, reading);
+
+        TwinFiles dir;
+        const QByteArray base = TwinFiles::noise(300000, 11);
+        std::vector<FileItem> files;
+        QHash<qint64, QByteArray> contentOf;
+        for (int i = 0; i < contents.size(); ++i) {
+            const QByteArray content = contents[i] == 0 ? base : TwinFiles::flipped(base, 71680 + contents[i]);
+            files.push_back(dir.write("f" + QByteArray::number(i), content));
+            contentOf.insert(files.back().id, content);
+        }
+        const auto groups = DuplicateEngine::find(files, makeCancelToken(), {}, reading);
+        QVERIFY(groups);
+        QCOMPARE(groups->size(), size_t(expected.size()));
+        for (size_t i = 0; i < groups->size(); ++i) {
+            const DuplicateGroup &group = (*groups)[i];
+            QCOMPARE(ids(group), expected[int(i)]);
+            QCOMPARE(group.id, TwinFiles::sha256(contentOf.value(group.files.front().id)));
+            QCOMPARE(group.size, files[size_t(expected[int(i)].front() - 1)].size);
+        }
+    }
+
+    // A file that can't be opened when its whole content is due drops out; its
+    // twins stay a group while two or more remain.
+    void vanishesBeforeStageThree_data()
+    {
+        QTest::addColumn<int>("copies");
+        QTest::addColumn<QList<qint64>>("expected");
+        QTest::newRow("three, one gone") << 3 << QList<qint64>{1, 2};
+        QTest::newRow("two, one gone") << 2 << QList<qint64>{};
+    }
+
+    void vanishesBeforeStageThree()
+    {
+        QFETCH(int, copies);
+        QFETCH(QList<qint64>, expected);
+
+        TwinFiles dir;
+        const QByteArray content = TwinFiles::noise(150000, 3);
+        std::vector<FileItem> files;
+        for (int i = 0; i < copies; ++i)
+            files.push_back(dir.write("copy" + QByteArray::number(i), content));
+
+        // The first whole file's report comes before the last file is opened.
+        Reports reports;
+        const QByteArray last = files.back().path;
+        reports.onReport = [&](size_t count) {
+            if (count == 1)
+                QFile::remove(QFile::decodeName(last));
+        };
+        const auto groups = DuplicateEngine::find(files, makeCancelToken(), reports.callback(), Reading::oneAtATime);
+        QVERIFY(groups);
+        QCOMPARE(reports.count(verifying), copies - 1);
+        if (expected.isEmpty()) {
+            QVERIFY(groups->empty());
+        } else {
+            QCOMPARE(groups->size(), size_t(1));
+            QCOMPARE(ids(groups->front()), expected);
+        }
+    }
+
+    void unreadableFilesDropOut()
+    {
+        TwinFiles dir;
+        const QByteArray content = TwinFiles::noise(5000, 5);
+        std::vector<FileItem> files = {dir.write("a", content), dir.write("b", content), dir.write("c", content)};
+        FileItem missing = files[0];
+        missing.id = 99;
+        missing.path = dir.path() + "/missing";
+        FileItem folder = files[0];
+        folder.id = 98;
+        folder.path = dir.path();
+        files.insert(files.begin() + 1, missing);
+        files.push_back(folder);
+        const auto groups = DuplicateEngine::find(files, makeCancelToken(), {});
+        QVERIFY(groups);
+        QCOMPARE(groups->size(), size_t(1));
+        QCOMPARE(ids(groups->front()), (QList<qint64>{1, 2, 3}));
+    }
+
+    // One fingerprinting report per 50 candidates; files of a size of their own
+    // are no candidates and are never counted.
+    void fingerprintReports_data()
+    {
+        QTest::addColumn<int>("candidates");
+        QTest::addColumn<QStringList>("statuses");
+        QTest::newRow("49") << 49 << QStringList{};
+        QTest::newRow("50") << 50 << QStringList{QStringLiteral("Fingerprinting files… 50 of 50")};
+        QTest::newRow("101") << 101
+                             << QStringList{QStringLiteral("Fingerprinting files… 50 of 101"),
+                                            QStringLiteral("Fingerprinting files… 100 of 101")};
+    }
+
+    void fingerprintReports()
+    {
+        QFETCH(int, candidates);
+        QFETCH(QStringList, statuses);
+
+        TwinFiles dir;
+        std::vector<FileItem> files;
+        for (int i = 0; i < candidates; ++i)
+            files.push_back(dir.write("c" + QByteArray::number(i), TwinFiles::noise(100, quint32(i))));
+        for (int i = 0; i < 5; ++i)
+            files.push_back(dir.write("u" + QByteArray::number(i), TwinFiles::noise(200 + i, 1)));
+
+        Reports reports;
+        const auto groups = DuplicateEngine::find(files, makeCancelToken(), reports.callback());
+        QVERIFY(groups && groups->empty());
+        QStringList seen;
+        for (size_t i = 0; i < reports.all.size(); ++i) {
+            seen.append(reports.all[i].status);
+            QCOMPARE(reports.all[i].fraction, 0.2 * 50.0 * double(i + 1) / candidates);
+        }
+        QCOMPARE(seen, statuses);
+    }
+
+    void nothingToCompare()
+    {
+        TwinFiles dir;
+        const std::vector<FileItem> files = {dir.write("a", "x"), dir.write("b", "xy"), dir.write("c", "xyz")};
+        Reports reports;
+        QCOMPARE(DuplicateEngine::find(files, makeCancelToken(), reports.callback()), std::optional<Groups>(Groups{}));
+        QCOMPARE(DuplicateEngine::find({}, makeCancelToken(), reports.callback()), std::optional<Groups>(Groups{}));
+        QVERIFY(reports.all.empty());
+    }
+
+    // Equal savings keep the order in which their groups were formed (the order
+    // of sizes in the input); a saving too large for 64 bits is held at the
+    // limit, not wrapped to a negative that would rank last.
+    void ranking_data()
+    {
+        QTest::addColumn<bool>("reversed");
+        QTest::addColumn<QList<qint64>>("order"); // logical sizes of the groups, ranked
+        QTest::newRow("as given") << false << QList<qint64>{7000, 6000, 3000, 4000, 5000};
+        QTest::newRow("reversed") << true << QList<qint64>{7000, 6000, 5000, 4000, 3000};
+    }
+
+    void ranking()
+    {
+        QFETCH(bool, reversed);
+        QFETCH(QList<qint64>, order);
+
+        struct Spec {
+            qint64 logicalSize;
+            qint64 size; // what the scan said it allocates
+            int copies;
+        };
+        QList<Spec> specs = {
+            {3000, 8192, 2},                                   // saves 8192
+            {4000, 8192, 2},                                   // 8192
+            {5000, 4096, 3},                                   // 8192
+            {6000, 10000, 2},                                  // 10000
+            {7000, std::numeric_limits<qint64>::max() / 2, 4}, // overflows
+        };
+        if (reversed)
+            std::reverse(specs.begin(), specs.end());
+
+        TwinFiles dir;
+        std::vector<FileItem> files;
+        for (const Spec &spec : specs) {
+            const QByteArray content = TwinFiles::noise(spec.logicalSize, quint32(spec.logicalSize));
+            for (int i = 0; i < spec.copies; ++i) {
+                files.push_back(dir.write(QByteArray::number(spec.logicalSize) + '-' + QByteArray::number(i), content));
+                files.back().size = spec.size;
+            }
+        }
+        const auto groups = DuplicateEngine::find(files, makeCancelToken(), {});
+        QVERIFY(groups);
+        QList<qint64> ranked;
+        for (const DuplicateGroup &group : *groups)
+            ranked.append(group.files.front().logicalSize);
+        QCOMPARE(ranked, order);
+        QCOMPARE(groups->front().reclaimable(), std::numeric_limits<qint64>::max());
+    }
+
+    // Newest first; equal dates keep the order the files came in.
+    void newestFirst()
+    {
+        TwinFiles dir;
+        const QByteArray content = TwinFiles::noise(90000, 9);
+        const std::vector<FileItem> files = {dir.write("a", content, 10), dir.write("b", content, 30),
+                                             dir.write("c", content, 20), dir.write("d", content, 30)};
+        const auto groups = DuplicateEngine::find(files, makeCancelToken(), {});
+        QVERIFY(groups);
+        QCOMPARE(groups->size(), size_t(1));
+        QCOMPARE(ids(groups->front()), (QList<qint64>{2, 4, 3, 1}));
+        QCOMPARE(groups->front().size, files[0].size);
+    }
+
+    // A corpus with work in every stage: 120 candidates of one small size (two
+    // fingerprinting reports), small files hashed whole in stage 2, traps that
+    // only stage 3 separates, large files over several reads, and groups of
+    // several sizes.
+    void pooledReadingMatchesOneAtATime()
+    {
+        TwinFiles dir;
+        const std::vector<FileItem> files = mixedCorpus(dir);
+
+        Reports one;
+        Reports pooled;
+        Reports automatic;
+        const auto a = DuplicateEngine::find(files, makeCancelToken(), one.callback(), Reading::oneAtATime);
+        const auto b = DuplicateEngine::find(files, makeCancelToken(), pooled.callback(), Reading::pooled);
+        const auto c = DuplicateEngine::find(files, makeCancelToken(), automatic.callback(), Reading::automatic);
+        QVERIFY(a && b && c);
+        QCOMPARE(a->size(), size_t(9));
+        QCOMPARE(*b, *a);
+        QCOMPARE(*c, *a);
+        QCOMPARE(one.count(fingerprinting), 2);
+        QVERIFY(one.count(verifying) > 10);
+        QVERIFY(pooled.all == one.all);
+        QVERIFY(automatic.all == one.all);
+    }
+
+    // Cancelled at each report in turn, the search answers absent every time.
+    void cancelAtEachReport_data()
+    {
+        addReadings();
+        QTest::newRow("one at a time") << Reading::oneAtATime;
+        QTest::newRow("pooled") << Reading::pooled;
+    }
+
+    void cancelAtEachReport()
+    {
+        QFETCH(Reading, reading);
+        TwinFiles dir;
+        const std::vector<FileItem> files = mixedCorpus(dir);
+        Reports full;
+        QVERIFY(DuplicateEngine::find(files, makeCancelToken(), full.callback(), reading));
+        const size_t reportCount = full.all.size();
+        QVERIFY(reportCount > 10);
+
+        for (size_t at = 1; at <= reportCount; ++at) {
+            const CancelTokenPtr token = makeCancelToken();
+            Reports reports;
+            reports.onReport = [&](size_t count) {
+                if (count == at)
+                    token->cancel();
+            };
+            QVERIFY2(!DuplicateEngine::find(files, token, reports.callback(), reading),
+                     qPrintable(QStringLiteral("cancelled at report %1").arg(at)));
+            QCOMPARE(reports.all.size(), at);
+        }
+        const CancelTokenPtr early = makeCancelToken();
+        early->cancel();
+        QVERIFY(!DuplicateEngine::find(files, early, {}, reading));
+    }
+
+    // Cancelled from another thread at random moments: absent, or (when the
+    // answer was ready first) the whole answer, never part of it.
+    void cancelAtRandomMoments()
+    {
+        TwinFiles dir;
+        const std::vector<FileItem> files = mixedCorpus(dir);
+        const auto full = DuplicateEngine::find(files, makeCancelToken(), {});
+        QVERIFY(full);
+
+        QRandomGenerator random(2024);
+        int absent = 0;
+        for (int round = 0; round < 30; ++round) {
+            const CancelTokenPtr token = makeCancelToken();
+            const int delay = random.bounded(40000);
+            std::thread canceller([token, delay] {
+                std::this_thread::sleep_for(std::chrono::microseconds(delay));
+                token->cancel();
+            });
+            const Reading reading = round % 2 ? Reading::pooled : Reading::oneAtATime;
+            const auto answer = DuplicateEngine::find(files, token, {}, reading);
+            canceller.join();
+            if (answer)
+                QCOMPARE(*answer, *full);
+            else
+                ++absent;
+        }
+        QVERIFY(absent > 0);
+    }
+
+private:
+    static std::vector<FileItem> mixedCorpus(TwinFiles &dir)
+    {
+        std::vector<FileItem> files;
+        const auto add = [&](const QByteArray &name, const QByteArray &content, double modified) {
+            files.push_back(dir.write(name, content, modified));
+        };
+        for (int i = 0; i < 120; ++i)
+            add("small" + QByteArray::number(i), TwinFiles::noise(700, quint32(1000 + i % 115)), 100 + i % 7);
+        const QByteArray large = TwinFiles::noise(9 * 1024 * 1024 + 77, 1);
+        add("large1", large, 5);
+        add("large-middle", TwinFiles::flipped(large, large.size() / 2), 6);
+        add("large2", large, 7);
+        const QByteArray mid = TwinFiles::noise(131072, 2);
+        for (int i = 0; i < 4; ++i)
+            add("mid" + QByteArray::number(i), i == 2 ? TwinFiles::flipped(mid, 131071) : mid, 50 - i);
+        const QByteArray trap = TwinFiles::noise(500000, 4);
+        add("trap-a", trap, 1);
+        add("trap-b", TwinFiles::flipped(trap, 71680), 1);
+        add("trap-c", trap, 1);
+        add("trap-d", TwinFiles::flipped(trap, 71680), 1);
+        return files;
+    }
+};
+
+SORVEL_TEST(TestDuplicateEngine);
+#include "tst_duplicateengine.moc"

@@ -1,0 +1,286 @@
+#include "TestMain.h"
+
+#include "removal/CleanQueue.h"
+
+#include <QElapsedTimer>
+#include <QSignalSpy>
+
+namespace {
+
+using Kind = CleanItem::Kind;
+using Source = CleanItem::Source;
+
+CleanItem item(const QByteArray &id, Kind kind, Source source = Source::space, qint64 size = 10)
+{
+    CleanItem i;
+    i.id = id;
+    i.name = QString::fromUtf8(id);
+    i.size = size;
+    i.kind = kind;
+    i.source = source;
+    return i;
+}
+
+QByteArrayList ids(const CleanQueue &q)
+{
+    QByteArrayList out;
+    for (const CleanItem &i : q.items())
+        out << i.id;
+    return out;
+}
+
+} // namespace
+
+class TestCleanQueue : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void folderCoversLaterChildren()
+    {
+        CleanQueue q;
+        q.add(item("/a/b", Kind::folder));
+        q.add(item("/a/b/c", Kind::file, Source::files));
+        QCOMPARE(ids(q), QByteArrayList{"/a/b"});
+        QVERIFY(q.includes("/a/b/c"));
+        QVERIFY(!q.contains("/a/b/c"));
+        QCOMPARE(q.covering("/a/b/c/d")->id, QByteArray("/a/b"));
+        QVERIFY(!q.covering("/a/b")); // not covered by itself
+        QVERIFY(!q.includes("/a/bc"));
+    }
+
+    void folderSwallowsChildrenAcrossSources()
+    {
+        CleanQueue q;
+        q.add(item("/a/b/c", Kind::file, Source::files));
+        q.add(item("/a/b/d", Kind::artifact, Source::deepClean));
+        q.add(item("/a/bc", Kind::folder, Source::space));
+        q.add(item("junk:caches", Kind::junk, Source::deepClean));
+        QSignalSpy spy(&q, &CleanQueue::itemsChanged);
+        q.add(item("/a/b", Kind::folder, Source::space));
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(ids(q), (QByteArrayList{"/a/bc", "junk:caches", "/a/b"}));
+        // A deeper artefact under the new folder is now covered too.
+        q.add(item("/a/b/d/e", Kind::artifact));
+        QCOMPARE(q.count(), 3);
+    }
+
+    void filesCoverNothing()
+    {
+        CleanQueue q;
+        q.add(item("/a/b", Kind::file));
+        q.add(item("/a/b/c", Kind::file));
+        QCOMPARE(ids(q), (QByteArrayList{"/a/b", "/a/b/c"}));
+        QVERIFY(!q.covering("/a/b/c"));
+    }
+
+    void junkStandsOutside()
+    {
+        CleanQueue q;
+        q.add(item("junk:caches", Kind::junk, Source::deepClean));
+        q.add(item("junk:caches/x", Kind::junk, Source::deepClean));
+        q.add(item("/", Kind::folder));
+        QCOMPARE(ids(q), (QByteArrayList{"junk:caches", "junk:caches/x", "/"}));
+        QVERIFY(!q.includes("junk:other"));
+        QVERIFY(q.includes("/anything/below"));
+        // The root swallowed nothing junk and covers later paths.
+        q.add(item("/etc", Kind::folder));
+        QCOMPARE(q.count(), 3);
+    }
+
+    void firstItemWins()
+    {
+        CleanQueue q;
+        q.add(item("/x", Kind::file, Source::space, 5));
+        q.add(item("/y", Kind::file));
+        QSignalSpy spy(&q, &CleanQueue::itemsChanged);
+        q.add(item("/x", Kind::folder, Source::files, 99));
+        QCOMPARE(spy.count(), 0);
+        QCOMPARE(q.items().first().size, 5);
+        QCOMPARE(q.items().first().source, Source(Source::space));
+        QCOMPARE(ids(q), (QByteArrayList{"/x", "/y"}));
+    }
+
+    void canonicalEquivalence()
+    {
+        CleanQueue q;
+        q.add(item("/Users/ren\xc3\xa9", Kind::folder));
+        QVERIFY(q.includes("/Users/rene\xcc\x81/x"));
+        QVERIFY(q.contains("/Users/rene\xcc\x81"));
+        q.add(item("/Users/rene\xcc\x81", Kind::folder));
+        QCOMPARE(q.count(), 1);
+    }
+
+    void removeNeverReachesBelow()
+    {
+        CleanQueue q;
+        q.add(item("/a", Kind::folder));
+        q.add(item("/b", Kind::file));
+        QSignalSpy spy(&q, &CleanQueue::itemsChanged);
+        q.remove("/a/x"); // only covered: no effect
+        q.remove("/zzz");
+        QCOMPARE(spy.count(), 0);
+        q.remove("/a");
+        QCOMPARE(ids(q), QByteArrayList{"/b"});
+        QVERIFY(!q.includes("/a/x"));
+        q.add(item("/a/x", Kind::file));
+        QCOMPARE(q.count(), 2);
+    }
+
+    void removeEvaporated()
+    {
+        CleanQueue q;
+        q.add(item("/a", Kind::folder));
+        q.add(item("/b", Kind::file));
+        q.add(item("/c", Kind::folder));
+        QSignalSpy spy(&q, &CleanQueue::itemsChanged);
+        q.removeEvaporated({}, {});
+        QCOMPARE(spy.count(), 0);
+        q.removeEvaporated({"/a"}, {"/c"});
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(ids(q), QByteArrayList{"/b"});
+        // Index rebuilt: /a no longer covers.
+        q.add(item("/a/z", Kind::file));
+        QCOMPARE(q.count(), 2);
+    }
+
+    void bySource()
+    {
+        CleanQueue q;
+        QVERIFY(q.bySource().isEmpty());
+        q.add(item("junk:caches", Kind::junk, Source::deepClean, 100));
+        QCOMPARE(q.bySource(), (QList<CleanQueue::SourceSummary>{{Source::deepClean, 1, 100}}));
+        q.add(item("/f1", Kind::file, Source::files, 7));
+        q.add(item("/s1", Kind::folder, Source::space, 3));
+        q.add(item("/f2", Kind::file, Source::files, 8));
+        QCOMPARE(q.bySource(), (QList<CleanQueue::SourceSummary>{
+                                   {Source::space, 1, 3}, {Source::files, 2, 15}, {Source::deepClean, 1, 100}}));
+        QCOMPARE(q.totalSize(), 118);
+    }
+
+    // Adding one by one must not be quadratic in any way a user would feel. Not a
+    // timing assertion: the list form and the single form must agree, and the
+    // covering checks on a big queue must give the same answers as a scan.
+    void manyItemsAgree()
+    {
+        CleanQueue single;
+        CleanQueue batch;
+        QList<CleanItem> items;
+        for (int d = 0; d < 100; ++d) {
+            for (int f = 0; f < 100; ++f)
+                items << item("/data/d" + QByteArray::number(d) + "/f" + QByteArray::number(f), Kind::file);
+        }
+        items << item("/data/d7", Kind::folder) << item("/data/d70", Kind::folder);
+        for (const CleanItem &i : items)
+            single.add(i);
+        QSignalSpy spy(&batch, &CleanQueue::itemsChanged);
+        batch.add(items);
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(ids(single), ids(batch));
+        QCOMPARE(single.count(), 10000 - 200 + 2);
+        QVERIFY(single.includes("/data/d7/f3"));
+        QVERIFY(!single.includes("/data/d71/f3") || single.contains("/data/d71/f3"));
+    }
+
+    void jsonRoundTrip_data()
+    {
+        QTest::addColumn<QByteArray>("id");
+        QTest::addColumn<bool>("withSymbol");
+        QTest::newRow("plain") << QByteArray("/Users/sample/Movies/clip.mov") << true;
+        QTest::newRow("no symbol") << QByteArray("junk:caches") << false;
+        QTest::newRow("invalid utf8 and newline") << QByteArray("/tmp/bad\xff\xfe\nname \"q\" \\") << true;
+        QTest::newRow("emoji") << QByteArray("/tmp/\xf0\x9f\x93\x81") << true;
+    }
+
+    void jsonRoundTrip()
+    {
+        QFETCH(QByteArray, id);
+        QFETCH(bool, withSymbol);
+        CleanItem i = item(id, Kind::artifact, Source::deepClean, 1234567890123);
+        i.name = QStringLiteral("Proj \u00b7 node_modules");
+        i.heat = 0.6;
+        if (withSymbol)
+            i.symbolPath = id;
+        const QByteArray json = i.toJson();
+        const auto back = CleanItem::fromJson(json);
+        QVERIFY2(back.has_value(), json.constData());
+        QCOMPARE(*back, i);
+        QCOMPARE(json.contains("symbolPath"), withSymbol);
+    }
+
+    void jsonKeyOrder()
+    {
+        CleanItem i = item("/a", Kind::file, Source::files, 3);
+        i.symbolPath = QByteArray("/a");
+        QCOMPARE(i.toJson(),
+                 QByteArray(
+                     R"({"id":"/a","name":"/a","size":3,"kind":"file","heat":0,"symbolPath":"/a","source":"files"})"));
+    }
+
+    void jsonRejects_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        const QByteArray good = R"({"id":"/a","name":"a","size":3,"kind":"file","heat":0,"source":"files"})";
+        QVERIFY(CleanItem::fromJson(good));
+        QTest::newRow("not json") << QByteArray("{nope");
+        QTest::newRow("array") << QByteArray("[1]");
+        for (const char *k : {"id", "name", "size", "kind", "heat", "source"}) {
+            QByteArray dropped = good;
+            const QByteArray needle = QByteArray("\"") + k + "\":";
+            const qsizetype at = dropped.indexOf(needle);
+            const qsizetype end = dropped.indexOf(',', at);
+            dropped.remove(at, (end < 0 ? dropped.indexOf('}', at) : end + 1) - at);
+            if (dropped.endsWith(",}"))
+                dropped.replace(",}", "}");
+            QTest::newRow(qPrintable(QStringLiteral("missing ") + QLatin1String(k))) << dropped;
+        }
+        QTest::newRow("unknown kind") << QByteArray(
+            R"({"id":"/a","name":"a","size":3,"kind":"dir","heat":0,"source":"files"})");
+        QTest::newRow("unknown source") << QByteArray(
+            R"({"id":"/a","name":"a","size":3,"kind":"file","heat":0,"source":"trash"})");
+        QTest::newRow("size as text") << QByteArray(
+            R"({"id":"/a","name":"a","size":"3","kind":"file","heat":0,"source":"files"})");
+        QTest::newRow("fractional size") << QByteArray(
+            R"({"id":"/a","name":"a","size":3.5,"kind":"file","heat":0,"source":"files"})");
+        QTest::newRow("symbolPath number")
+            << QByteArray(R"({"id":"/a","name":"a","size":3,"kind":"file","heat":0,"symbolPath":4,"source":"files"})");
+    }
+
+    void jsonRejects()
+    {
+        QFETCH(QByteArray, json);
+        QVERIFY2(!CleanItem::fromJson(json), json.constData());
+    }
+
+    void risks()
+    {
+        CleanItem junk = item("junk:caches", Kind::junk, Source::deepClean);
+        junk.heat = 1.0;
+        QCOMPARE(junk.risk().level, Risk::Level(Risk::Level::safe));
+        QCOMPARE(junk.risk().title, QStringLiteral("Cache"));
+        junk.heat = 0.6;
+        QCOMPARE(junk.risk().level, Risk::Level(Risk::Level::caution));
+        QCOMPARE(junk.risk().why, QStringLiteral("Usually fine to remove. Check what's inside first"));
+        // An id that looks protected is still judged by heat for junk...
+        QCOMPARE(item("junk:/usr/bin/ls", Kind::junk).risk().level, Risk::Level(Risk::Level::caution));
+        // ...while a path goes through the catalogue.
+        QCOMPARE(item("/usr/bin/ls", Kind::file).risk().level, Risk::Level(Risk::Level::locked));
+        const CleanItem build =
+            CleanItem::artifact({"/home/u/src/app/node_modules", QStringLiteral("node_modules"), 9, 1});
+        QCOMPARE(build.risk().level, Risk::Level(Risk::Level::safe));
+    }
+
+    void artifactItem()
+    {
+        const CleanItem i = CleanItem::artifact({"/p/App/node_modules", QStringLiteral("node_modules"), 500, 12});
+        QCOMPARE(i.name, QStringLiteral("App \u00b7 node_modules"));
+        QCOMPARE(i.kind, Kind(Kind::artifact));
+        QCOMPARE(i.heat, 1.0);
+        QCOMPARE(i.source, Source(Source::deepClean));
+        QCOMPARE(i.symbolPath, std::optional<QByteArray>("/p/App/node_modules"));
+        QCOMPARE(i.size, 500);
+    }
+};
+
+SORVEL_TEST(TestCleanQueue);
+#include "tst_cleanqueue.moc"

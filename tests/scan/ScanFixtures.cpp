@@ -1,0 +1,196 @@
+#include "ScanFixtures.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSet>
+
+#include <set>
+#include <unordered_set>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <grp.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace Fixtures {
+
+void folder(const QByteArray &path)
+{
+    // POSIX calls, so names that are not valid UTF-8 keep their bytes.
+    for (qsizetype slash = path.indexOf('/', 1); slash != -1; slash = path.indexOf('/', slash + 1))
+        ::mkdir(path.left(slash).constData(), 0755);
+    ::mkdir(path.constData(), 0755);
+}
+
+void file(const QByteArray &path, qint64 size)
+{
+    folder(path.left(path.lastIndexOf('/')));
+    // POSIX calls, so names that are not valid UTF-8 keep their bytes.
+    const int fd = ::open(path.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    if (fd < 0)
+        qFatal("cannot write %s", path.constData());
+    const QByteArray data(size, 'x');
+    if (size > 0 && ::write(fd, data.constData(), size_t(size)) != ssize_t(size))
+        qFatal("cannot write %s", path.constData());
+    ::close(fd);
+}
+
+void hardLink(const QByteArray &existing, const QByteArray &newPath)
+{
+    folder(newPath.left(newPath.lastIndexOf('/')));
+    if (::link(existing.constData(), newPath.constData()) != 0)
+        qFatal("cannot link %s", newPath.constData());
+}
+
+namespace {
+
+template <class Visit>
+void walk(const QByteArray &dir, const Visit &visit)
+{
+    DIR *d = ::opendir(dir.constData());
+    if (!d)
+        return;
+    while (const dirent *entry = ::readdir(d)) {
+        const QByteArray name(entry->d_name);
+        if (name == "." || name == "..")
+            continue;
+        const QByteArray path = dir + '/' + name;
+        struct stat st;
+        if (::lstat(path.constData(), &st) != 0)
+            continue;
+        if (S_ISREG(st.st_mode))
+            visit(path, st);
+        else if (S_ISDIR(st.st_mode))
+            walk(path, visit);
+    }
+    ::closedir(d);
+}
+
+} // namespace
+
+qint64 allocatedBelow(const QByteArray &root)
+{
+    std::set<std::pair<dev_t, ino_t>> seen;
+    qint64 total = 0;
+    walk(root, [&](const QByteArray &, const struct stat &st) {
+        if (seen.insert({st.st_dev, st.st_ino}).second)
+            total += qint64(st.st_blocks) * 512;
+    });
+    return total;
+}
+
+QByteArrayList filesInWalkOrder(const QByteArray &root)
+{
+    QByteArrayList out;
+    walk(root, [&](const QByteArray &path, const struct stat &) { out.append(path); });
+    return out;
+}
+
+QString invariantFault(const ScanResult &result, qint64 firstID)
+{
+    if (!result.root)
+        return QStringLiteral("no root");
+    QSet<qint64> idsInTree;
+    qint64 categorySize = 0;
+    for (const auto &[category, total] : result.categoryTotals)
+        categorySize += total.size;
+    if (categorySize != result.root->size)
+        return QStringLiteral("category sizes %1 != root size %2").arg(categorySize).arg(result.root->size);
+    if (result.root->fileCount != result.totalFiles)
+        return QStringLiteral("root fileCount %1 != totalFiles %2").arg(result.root->fileCount).arg(result.totalFiles);
+
+    std::vector<const DirNode *> stack{result.root.get()};
+    while (!stack.empty()) {
+        const DirNode *node = stack.back();
+        stack.pop_back();
+        const QString where = QString::fromUtf8(node->path());
+        qint64 size = node->smallFilesSize;
+        qint64 count = 0;
+        for (size_t i = 0; i < node->children.size(); ++i) {
+            const DirNode &child = *node->children[i];
+            if (child.parentNode().get() != node)
+                return where + QStringLiteral(": child with another parent");
+            if (i > 0 && node->children[i - 1]->size < child.size)
+                return where + QStringLiteral(": children not largest first");
+            size += child.size;
+            count += child.fileCount;
+            stack.push_back(&child);
+        }
+        for (size_t i = 0; i < node->files.size(); ++i) {
+            const FileItem &f = node->files[i];
+            if (f.parentNode().get() != node)
+                return where + QStringLiteral(": file with another parent");
+            if (f.path != node->path() + '/' + f.name)
+                return where + QStringLiteral(": file path ") + QString::fromUtf8(f.path);
+            if (i > 0 && node->files[i - 1].size < f.size)
+                return where + QStringLiteral(": files not largest first");
+            if (f.id < firstID || f.id >= result.lastID || idsInTree.contains(f.id))
+                return where + QStringLiteral(": bad or repeated id %1").arg(f.id);
+            idsInTree.insert(f.id);
+            size += f.size;
+            count += 1; // a package stands for at least one file
+        }
+        if (size != node->size)
+            return where + QStringLiteral(": size %1 != parts %2").arg(node->size).arg(size);
+        if (node->fileCount < count)
+            return where + QStringLiteral(": fileCount %1 below parts %2").arg(node->fileCount).arg(count);
+        if (node->smallFilesSize < 0 || node->size < 0)
+            return where + QStringLiteral(": negative size");
+    }
+    if (qsizetype(result.files.size()) != idsInTree.size())
+        return QStringLiteral("flat list has %1 files, tree %2").arg(result.files.size()).arg(idsInTree.size());
+    for (size_t i = 0; i < result.files.size(); ++i) {
+        if (!idsInTree.contains(result.files[i].id))
+            return QStringLiteral("flat list holds a file the tree doesn't");
+        if (i > 0 && result.files[i - 1].size < result.files[i].size)
+            return QStringLiteral("flat list not largest first");
+    }
+    if (result.lastID != firstID + qint64(result.files.size()))
+        return QStringLiteral("lastID %1, expected %2").arg(result.lastID).arg(firstID + qint64(result.files.size()));
+    for (size_t i = 1; i < result.artifacts.size(); ++i)
+        if (result.artifacts[i - 1].size < result.artifacts[i].size)
+            return QStringLiteral("artifacts not largest first");
+    return {};
+}
+
+QByteArray asNobody(const std::function<QByteArray()> &body)
+{
+    if (::geteuid() != 0)
+        return body();
+    int fds[2];
+    if (::pipe(fds) != 0)
+        return "pipe failed";
+    const pid_t pid = ::fork();
+    if (pid < 0)
+        return "fork failed";
+    if (pid == 0) {
+        ::close(fds[0]);
+        if (::setgroups(0, nullptr) != 0 || ::setgid(65534) != 0 || ::setuid(65534) != 0)
+            ::_exit(3);
+        const QByteArray out = body();
+        qsizetype done = 0;
+        while (done < out.size()) {
+            const ssize_t n = ::write(fds[1], out.constData() + done, size_t(out.size() - done));
+            if (n <= 0)
+                ::_exit(4);
+            done += n;
+        }
+        ::_exit(0);
+    }
+    ::close(fds[1]);
+    QByteArray out;
+    char buffer[4096];
+    ssize_t n;
+    while ((n = ::read(fds[0], buffer, sizeof buffer)) > 0)
+        out.append(buffer, n);
+    ::close(fds[0]);
+    int status = 0;
+    ::waitpid(pid, &status, 0);
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0)
+        return "child failed with status " + QByteArray::number(status);
+    return out;
+}
+
+} // namespace Fixtures
