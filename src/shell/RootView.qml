@@ -116,13 +116,17 @@ Item {
         }
     }
 
-    // The selection bar's place along the bottom edge, once the selection exists.
+    // The selection bar's place along the bottom edge: it comes in while
+    // anything is selected.
     Item {
         id: selectionBarSlot
 
+        readonly property bool shown: Shell.hasSelection
+
         anchors.bottom: parent.bottom
         width: parent.width
-        height: 0
+        height: 72
+        visible: shown
     }
 
     ToastOverlay {

@@ -6,6 +6,7 @@
 #include "core/Fmt.h"
 #include "core/Paths.h"
 #include "core/Platform.h"
+#include "removal/CleanQueue.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -69,6 +70,7 @@ Shell::Shell(AppState *state, QObject *parent) : QObject(parent), m_state(state)
         return;
     connect(m_state, &AppState::sectionChanged, this, &Shell::sectionChanged);
     connect(m_state, &AppState::resultChanged, this, &Shell::resultChanged);
+    connect(m_state->queue(), &CleanQueue::itemsChanged, this, &Shell::selectionChanged);
     connect(m_state, &AppState::recentsChanged, this, &Shell::recentsChanged);
     connect(m_state, &AppState::volumesChanged, this, &Shell::volumesChanged);
     connect(m_state, &AppState::isScanningChanged, this, &Shell::followScan);
@@ -268,6 +270,8 @@ QStringList Shell::areaToolTips() const
         list << area.title() + QStringLiteral(" (") + shortcutText(digit++) + QLatin1Char(')');
     return list;
 }
+
+bool Shell::hasSelection() const { return m_state && m_state->queue()->count() > 0; }
 
 bool Shell::hasResult() const { return m_state && m_state->result() != nullptr; }
 

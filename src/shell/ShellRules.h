@@ -50,6 +50,8 @@ class Shell : public QObject
     // "Space (Ctrl+1)": the help of the area switcher's buttons.
     Q_PROPERTY(QStringList areaToolTips READ areaToolTips CONSTANT)
     Q_PROPERTY(bool hasResult READ hasResult NOTIFY resultChanged)
+    // Anything is selected: the selection bar shows.
+    Q_PROPERTY(bool hasSelection READ hasSelection NOTIFY selectionChanged)
     // The Go menu: {title, raw} of every item of every area, "Space › Overview".
     Q_PROPERTY(QVariantList goEntries READ goEntries CONSTANT)
     // {raw, title} of the items of the current area.
@@ -82,6 +84,7 @@ public:
     QStringList areaSymbols() const;
     QStringList areaToolTips() const;
     bool hasResult() const;
+    bool hasSelection() const;
     QVariantList goEntries() const;
     // The application became active again: the disk access may have been
     // granted meanwhile, and volumes may have come or gone.
@@ -116,6 +119,7 @@ public:
 Q_SIGNALS:
     void sectionChanged();
     void resultChanged();
+    void selectionChanged();
     void recentsChanged();
     void volumesChanged();
 

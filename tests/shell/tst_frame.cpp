@@ -8,6 +8,7 @@
 #include "core/AppState.h"
 #include "core/Prefs.h"
 #include "core/Translations.h"
+#include "removal/CleanQueue.h"
 
 #include <QDir>
 #include <QFile>
@@ -266,6 +267,23 @@ private Q_SLOTS:
         } else {
             QTRY_COMPARE(listings->loadAcquire(), 1);
         }
+    }
+
+    void selectionBarShowsWhileAnythingIsSelected()
+    {
+        Fixture f;
+        Shell shell(&f.state);
+        QSignalSpy changed(&shell, &Shell::selectionChanged);
+        QVERIFY(!shell.hasSelection());
+        CleanItem item;
+        item.id = "/home/ada/big.iso";
+        item.name = QStringLiteral("big.iso");
+        item.size = 4000000000;
+        f.state.queue()->add(item);
+        QVERIFY(shell.hasSelection());
+        f.state.queue()->remove(item.id);
+        QVERIFY(!shell.hasSelection());
+        QVERIFY(changed.count() >= 2);
     }
 
     void noticeAndDismiss()
