@@ -28,21 +28,24 @@ Item {
     Loader {
         id: sheet
 
+        // The sheet last asked for stays while the card fades out.
+        property int shown: ModalPresenter.None
+        readonly property int asked: host.presenter.sheet
+
+        onAskedChanged: {
+            if (asked !== ModalPresenter.None)
+                shown = asked;
+            else if (opacity === 0)
+                shown = ModalPresenter.None;
+        }
+
         anchors.centerIn: parent
         width: Math.min(520, host.width - 80)
-        active: host.presented
+        active: shown !== ModalPresenter.None
         opacity: host.presented ? 1 : 0
         scale: host.presented ? 1 : 0.95
-        sourceComponent: {
-            switch (host.presenter.sheet) {
-            case ModalPresenter.Notice:
-                return notice;
-            case ModalPresenter.None:
-                return null;
-            default:
-                return pending;
-            }
-        }
+        sourceComponent: shown === ModalPresenter.Notice ? notice : pending
+        onOpacityChanged: if (opacity === 0 && !host.presented) shown = ModalPresenter.None
 
         Behavior on opacity { Movement { curve: Look.modal } }
         Behavior on scale { Movement { curve: Look.modal } }
