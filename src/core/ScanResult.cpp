@@ -2,6 +2,8 @@
 
 #include "Paths.h"
 
+#include <algorithm>
+
 CategoryTotal ScanResult::total(FileCategory category) const
 {
     const auto it = categoryTotals.find(category);
@@ -53,4 +55,130 @@ DirNodePtr ScanResult::node(QByteArrayView path) const
         current = std::move(next);
     }
     return current;
+}
+
+namespace {
+
+void takeFrom(qint64 &value, qint64 amount) { value = std::max<qint64>(0, value - amount); }
+
+// Takes size and count off `node` and every folder above it.
+void takeUpwards(DirNodePtr node, qint64 size, qint64 count)
+{
+    for (; node; node = node->parentNode()) {
+        takeFrom(node->size, size);
+        takeFrom(node->fileCount, count);
+    }
+}
+
+} // namespace
+
+void ScanResult::remove(const QSet<QByteArray> &paths, const QHash<QByteArray, qint64> &sizes)
+{
+    if (paths.isEmpty())
+        return;
+
+    QSet<QByteArray> wanted;
+    wanted.reserve(paths.size());
+    for (const QByteArray &path : paths)
+        wanted.insert(Paths::comparable(path));
+
+    auto takeFromCategory = [this](FileCategory category, qint64 size, qint64 count) {
+        const auto it = categoryTotals.find(category);
+        if (it == categoryTotals.end())
+            return;
+        takeFrom(it->second.size, size);
+        takeFrom(it->second.count, count);
+    };
+
+    // What went below each path, for the artefacts' own figures.
+    struct Taken {
+        QByteArray path;
+        qint64 size;
+        qint64 count;
+    };
+    std::vector<Taken> taken;
+
+    QSet<qint64> removedIDs;
+    QSet<QByteArray> handled;
+
+    // Listed files.
+    for (const FileItem &file : files) {
+        const QByteArray key = Paths::comparable(file.path);
+        if (!wanted.contains(key))
+            continue;
+        removedIDs.insert(file.id);
+        handled.insert(key);
+        if (const DirNodePtr parent = file.parentNode()) {
+            std::erase_if(parent->files, [&](const FileItem &f) { return f.id == file.id; });
+            takeUpwards(parent, file.size, 1);
+        }
+        takeFromCategory(file.category, file.size, 1);
+        taken.push_back({file.path, file.size, 1});
+    }
+
+    for (const QByteArray &path : paths) {
+        if (handled.contains(Paths::comparable(path)))
+            continue;
+        if (const DirNodePtr n = node(path)) {
+            // A folder that went whole.
+            const DirNodePtr parent = n->parentNode();
+            if (!parent)
+                continue;
+            std::erase_if(parent->children, [&](const DirNodePtr &child) { return child == n; });
+            takeUpwards(parent, n->size, n->fileCount);
+            QByteArray prefix = path;
+            if (!prefix.endsWith('/'))
+                prefix += '/';
+            qint64 listed = 0;
+            for (const FileItem &file : files) {
+                if (removedIDs.contains(file.id) || !Paths::startsWith(file.path, prefix))
+                    continue;
+                removedIDs.insert(file.id);
+                listed += file.size;
+                takeFromCategory(file.category, file.size, 1);
+            }
+            takeFromCategory(FileCategory::other, std::max<qint64>(n->size - listed, 0), 1);
+            taken.push_back({path, n->size, n->fileCount});
+            continue;
+        }
+        const qint64 size = sizes.value(path, 0);
+        if (size <= 0)
+            continue;
+        // A small file the scan rolled up into its folder.
+        const DirNodePtr parent = node(Paths::parentOf(path));
+        if (!parent)
+            continue;
+        takeFrom(parent->smallFilesSize, size);
+        takeUpwards(parent, size, 1);
+        takeFromCategory(FileCategory::forFileName(Paths::lastComponent(path)), size, 1);
+        taken.push_back({path, size, 1});
+    }
+
+    if (!removedIDs.isEmpty())
+        std::erase_if(files, [&](const FileItem &file) { return removedIDs.contains(file.id); });
+
+    // Artefacts that went, or lie inside what went; the others lose what went
+    // inside them.
+    std::erase_if(artifacts, [&](const DevArtifact &artifact) {
+        const QByteArray key = Paths::comparable(artifact.path);
+        if (wanted.contains(key))
+            return true;
+        for (const QByteArray &path : paths)
+            if (Paths::isBelow(artifact.path, path))
+                return true;
+        return false;
+    });
+    bool resized = false;
+    for (DevArtifact &artifact : artifacts) {
+        for (const Taken &t : taken) {
+            if (Paths::isBelow(t.path, artifact.path)) {
+                takeFrom(artifact.size, t.size);
+                takeFrom(artifact.fileCount, t.count);
+                resized = true;
+            }
+        }
+    }
+    if (resized)
+        std::stable_sort(artifacts.begin(), artifacts.end(),
+                         [](const DevArtifact &a, const DevArtifact &b) { return a.size > b.size; });
 }
