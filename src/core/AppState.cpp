@@ -450,13 +450,24 @@ void AppState::sorveliseText(const QStringList &ids, bool permanently)
 void AppState::sorvelise(const QSet<QByteArray> &ids, bool permanently)
 {
     setReviewing(false);
+    const std::optional<DeletionRequest> request = deletionRequest(ids);
+    if (!request)
+        return;
+    if (request->items.isEmpty()) {
+        showToast(tr("Nothing left to sorvelise"), QStringLiteral("info.circle.fill"));
+        return;
+    }
+    performDeletion(*request, permanently);
+}
 
+std::optional<DeletionRequest> AppState::deletionRequest(const QSet<QByteArray> &ids)
+{
     QList<CleanItem> selection;
     for (const CleanItem &item : m_queue.items())
         if (ids.contains(item.id))
             selection.append(item);
     if (selection.isEmpty())
-        return;
+        return std::nullopt;
 
     // Each item's targets: a location's things, a contents-only folder's
     // entries (Apple's own left alone), or the item itself.
@@ -503,10 +514,8 @@ void AppState::sorvelise(const QSet<QByteArray> &ids, bool permanently)
             items.append(target);
         }
     }
-    if (items.isEmpty()) {
-        showToast(tr("Nothing left to sorvelise"), QStringLiteral("info.circle.fill"));
-        return;
-    }
+    if (items.isEmpty())
+        return DeletionRequest{};
     touchesDeepClean = touchesDeepClean || !clearedIDs.isEmpty();
 
     DeletionRequest request;
@@ -533,7 +542,7 @@ void AppState::sorvelise(const QSet<QByteArray> &ids, bool permanently)
             self->m_cleanup.measure();
         }
     };
-    performDeletion(request, permanently);
+    return request;
 }
 
 void AppState::toggleSelection(const CleanItem &item)

@@ -195,6 +195,9 @@ public:
     // expands them into paths and hands them to performDeletion.
     void sorvelise(const QSet<QByteArray> &ids, bool permanently);
     Q_INVOKABLE void sorveliseText(const QStringList &ids, bool permanently);
+    // What sorvelise(ids, ...) would hand to performDeletion: absent when no
+    // queued item has one of the ids; without items when they expand to nothing.
+    std::optional<DeletionRequest> deletionRequest(const QSet<QByteArray> &ids);
     // A click on a row: selects or deselects it; inside a selected folder it
     // leaves that one thing out.
     void toggleSelection(const CleanItem &item);
