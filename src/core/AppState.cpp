@@ -432,6 +432,20 @@ void AppState::setDeletionFailures(const std::optional<QList<DeletionFailure>> &
     assign(m_deletionFailures, failures, &AppState::deletionFailuresChanged);
 }
 
+QVariantList AppState::deletionFailuresValue() const
+{
+    QVariantList out;
+    if (!m_deletionFailures)
+        return out;
+    for (const DeletionFailure &failure : *m_deletionFailures)
+        out.append(QVariantMap{{QStringLiteral("path"), Paths::toText(failure.path)},
+                               {QStringLiteral("reason"), failure.reason.rawValue()},
+                               {QStringLiteral("title"), failure.reason.title()},
+                               {QStringLiteral("explanation"), failure.reason.explanation()},
+                               {QStringLiteral("detail"), failure.detail}});
+    return out;
+}
+
 void AppState::sorvelise()
 {
     if (m_queue.isEmpty() || m_isDeleting)

@@ -27,6 +27,7 @@
 #include <QTimer>
 #include <QUrl>
 #include <QVariant>
+#include <QVariantList>
 #include <QVariantMap>
 
 #include <functional>
@@ -76,6 +77,8 @@ class AppState : public QObject
     Q_PROPERTY(QStringList sorvelisingIDs READ sorvelisingIDsText NOTIFY sorvelisingIDsChanged)
     Q_PROPERTY(qint64 sessionFreed READ sessionFreed NOTIFY sessionFreedChanged)
     Q_PROPERTY(bool hasDeletionFailures READ hasDeletionFailures NOTIFY deletionFailuresChanged)
+    // Each failure as {path (text form), reason (raw value), title, explanation, detail}.
+    Q_PROPERTY(QVariantList deletionFailures READ deletionFailuresValue NOTIFY deletionFailuresChanged)
 
 public:
     // Walks a tree on a worker; DiskScanner::scan unless replaced.
@@ -186,6 +189,7 @@ public:
     // What stayed behind after the last removal; absent when nothing did.
     const std::optional<QList<DeletionFailure>> &deletionFailures() const { return m_deletionFailures; }
     bool hasDeletionFailures() const { return m_deletionFailures.has_value(); }
+    QVariantList deletionFailuresValue() const;
     void setDeletionFailures(const std::optional<QList<DeletionFailure>> &failures);
     Q_INVOKABLE void clearDeletionFailures() { setDeletionFailures(std::nullopt); }
 

@@ -3,10 +3,13 @@
 #include "Unprivileged.h"
 
 #include "core/Paths.h"
+#include "core/Translations.h"
 #include "removal/FreedesktopTrash.h"
 #include "removal/Removal.h"
 
+#include <QCoreApplication>
 #include <QTemporaryDir>
+#include <QTranslator>
 
 #include <cerrno>
 
@@ -83,6 +86,26 @@ private slots:
         QFETCH(QString, reason);
         QCOMPARE(DeletionFailure::classify(error).rawValue(), reason);
         QCOMPARE(DeletionFailure::Reason::fromRawValue(reason)->rawValue(), reason);
+    }
+
+    // On Linux the groups speak of the system, not of macOS or Finder; the
+    // source texts stay for macOS.
+    void linuxWording()
+    {
+        QTranslator *translator = Translations::install(Platform::linux);
+        QVERIFY(translator);
+        for (const auto value : DeletionFailure::Reason::allCases) {
+            const DeletionFailure::Reason reason(value);
+            for (const QString &text : {reason.title(), reason.explanation()})
+                for (const char *word : {"macOS", "Finder", "Full Disk Access"})
+                    QVERIFY2(!text.contains(QLatin1String(word)), qPrintable(text));
+        }
+        QCOMPARE(DeletionFailure::Reason(DeletionFailure::Reason::protectedByMacOS).title(),
+                 QStringLiteral("Protected by the system"));
+        QCoreApplication::removeTranslator(translator);
+        delete translator;
+        QCOMPARE(DeletionFailure::Reason(DeletionFailure::Reason::protectedByMacOS).title(),
+                 QStringLiteral("Protected by macOS"));
     }
 
     void showTime_data()
