@@ -1,6 +1,7 @@
 #include "Removal.h"
 
 #include "core/Paths.h"
+#include "safety/SafetyGuard.h"
 #include "scan/DiskScanner.h"
 
 #include <QSet>
@@ -29,7 +30,9 @@ bool isGone(const QByteArray &path)
 class Worker
 {
 public:
-    Worker(bool permanently, FileOperations &operations) : m_permanently(permanently), m_operations(operations) {}
+    Worker(bool permanently, FileOperations &operations, const SafetyProfile &profile)
+        : m_permanently(permanently), m_operations(operations), m_profile(profile)
+    {}
 
     void take(const DeletionItem &item)
     {
@@ -55,7 +58,14 @@ private:
     {
         for (const QByteArray &name : Removal::listNames(path)) {
             const QByteArray child = Paths::join(path, name);
-            const qint64 size = Removal::measure(DiskScanner::normalize(child));
+            // Each child is an item of its own now, and meets the guard.
+            const QByteArray normalized = m_profile.normalize(child);
+            if (SafetyGuard::isProtected(normalized, m_profile)) {
+                m_outcome.failures.append(
+                    {child, DeletionFailure::Reason::safetyGuard, SafetyGuard::reason(normalized, m_profile)});
+                continue;
+            }
+            const qint64 size = Removal::measure(normalized);
             const int error = remove(child);
             if (error == 0)
                 m_outcome.freed.insert(child, size);
@@ -78,6 +88,7 @@ private:
 
     bool m_permanently;
     FileOperations &m_operations;
+    const SafetyProfile &m_profile;
     Removal::Outcome m_outcome;
 };
 
@@ -93,9 +104,10 @@ size_t qHash(const InodeKey &key, size_t seed = 0) { return qHashMulti(seed, qui
 
 namespace Removal {
 
-Outcome run(const QList<DeletionItem> &items, bool permanently, FileOperations &operations)
+Outcome run(const QList<DeletionItem> &items, bool permanently, FileOperations &operations,
+            const SafetyProfile &profile)
 {
-    Worker worker(permanently, operations);
+    Worker worker(permanently, operations, profile);
     for (const DeletionItem &item : items)
         worker.take(item);
     return std::move(worker).outcome();

@@ -3,6 +3,8 @@
 #include "Deletion.h"
 #include "FileOperations.h"
 
+#include "safety/SafetyProfile.h"
+
 #include <QByteArray>
 #include <QByteArrayList>
 #include <QHash>
@@ -23,8 +25,10 @@ struct Outcome {
 // the next one. A folder item with clearInsideOnFailure that will not go whole
 // has its contents removed one by one, down to five levels of folders below
 // it; the folder itself then gets no entry in `freed`, only what went inside.
-// Symbolic links are never followed.
-Outcome run(const QList<DeletionItem> &items, bool permanently, FileOperations &operations);
+// Symbolic links are never followed. Whatever the guard keeps inside such a
+// folder is reported with its sentence and left alone.
+Outcome run(const QList<DeletionItem> &items, bool permanently, FileOperations &operations,
+            const SafetyProfile &profile = SafetyProfile::standard());
 
 // Bytes on disk of a path: its allocated size, or for a folder the sum over the
 // files below it, each hard-linked file counted once. 0 when it cannot be read.

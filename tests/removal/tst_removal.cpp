@@ -6,6 +6,7 @@
 #include "core/Translations.h"
 #include "removal/FreedesktopTrash.h"
 #include "removal/Removal.h"
+#include "safety/SafetyGuard.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>
@@ -219,6 +220,28 @@ private slots:
                                         "/inner/held protectedByMacOS");
         QVERIFY(!exists(folder + "/a") && !exists(folder + "/inner/b"));
         QVERIFY(exists(folder + "/inner/held"));
+    }
+
+    // Clearing a folder inside meets the guard for each child: a home folder
+    // within (in a profile whose home lies there) is never touched.
+    void clearingInsideMeetsTheGuard()
+    {
+        QTemporaryDir dir;
+        const QByteArray root = bytes(dir) + "/outer";
+        const QByteArray home = root + "/someone";
+        QVERIFY(makeDirs(home + "/Documents"));
+        QVERIFY(makeFile(home + "/Documents/canary", 10));
+        QVERIFY(makeFile(root + "/loose", 10));
+        const SafetyProfile profile(Platform::linux, home);
+        RecordingOperations operations;
+        operations.refuse = [&](const QByteArray &path) { return path == root ? EBUSY : 0; };
+        const Removal::Outcome outcome = Removal::run({{root, std::nullopt, true}}, true, operations, profile);
+        QCOMPARE(operations.calls(), QByteArrayList({root, root + "/loose"}));
+        QCOMPARE(outcome.failures.size(), 1);
+        QCOMPARE(outcome.failures.first().path, home);
+        QCOMPARE(outcome.failures.first().reason, DeletionFailure::Reason::safetyGuard);
+        QCOMPARE(outcome.failures.first().detail, SafetyGuard::reason(home, profile));
+        QVERIFY(exists(home + "/Documents/canary"));
     }
 
     // Real failure classes: the unprivileged child meets a sticky folder and a
