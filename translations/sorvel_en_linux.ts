@@ -76,4 +76,11 @@
         <translation>These belong to another user or to the system. Remove them as an administrator (your file manager or sudo will ask for the password) if you're sure.</translation>
     </message>
 </context>
+<context>
+    <name>TopBar</name>
+    <message>
+        <source>Stop scanning (⌘.)</source>
+        <translation>Stop scanning (Ctrl+.)</translation>
+    </message>
+</context>
 </TS>

@@ -286,7 +286,6 @@ private:
     // The closing steps shared by a real and a pretended removal.
     void closeRemoval(const QSet<QByteArray> &removed);
     int showTimeMilliseconds(qsizetype count) const;
-    void showBytesToast(const QString &message);
 
     // Observed.
     std::optional<SidebarItem> m_section = SidebarItem::overview;
