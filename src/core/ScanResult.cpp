@@ -116,28 +116,28 @@ void ScanResult::remove(const QSet<QByteArray> &paths, const QHash<QByteArray, q
         taken.push_back({file.path, file.size, 1});
     }
 
+    // Folders that went whole, detached from the tree at once; their listed
+    // files are found afterwards in one pass over `files`.
+    struct GoneFolder {
+        QByteArray path;
+        DirNodePtr node;
+        qint64 size;
+        qint64 listed = 0;
+    };
+    std::vector<GoneFolder> gone;
+    QHash<const DirNode *, size_t> goneIndex;
+
     for (const QByteArray &path : paths) {
         if (handled.contains(Paths::comparable(path)))
             continue;
         if (const DirNodePtr n = node(path)) {
-            // A folder that went whole.
             const DirNodePtr parent = n->parentNode();
             if (!parent)
-                continue;
+                continue; // the root never goes
             std::erase_if(parent->children, [&](const DirNodePtr &child) { return child == n; });
             takeUpwards(parent, n->size, n->fileCount);
-            QByteArray prefix = path;
-            if (!prefix.endsWith('/'))
-                prefix += '/';
-            qint64 listed = 0;
-            for (const FileItem &file : files) {
-                if (removedIDs.contains(file.id) || !Paths::startsWith(file.path, prefix))
-                    continue;
-                removedIDs.insert(file.id);
-                listed += file.size;
-                takeFromCategory(file.category, file.size, 1);
-            }
-            takeFromCategory(FileCategory::other, std::max<qint64>(n->size - listed, 0), 1);
+            goneIndex.insert(n.get(), gone.size());
+            gone.push_back({path, n, n->size});
             taken.push_back({path, n->size, n->fileCount});
             continue;
         }
@@ -152,6 +152,37 @@ void ScanResult::remove(const QSet<QByteArray> &paths, const QHash<QByteArray, q
         takeUpwards(parent, size, 1);
         takeFromCategory(FileCategory::forFileName(Paths::lastComponent(path)), size, 1);
         taken.push_back({path, size, 1});
+    }
+
+    if (!gone.empty()) {
+        // Each listed file belongs to the nearest folder above it that went
+        // (a detached folder still knows its old parent).
+        for (const FileItem &file : files) {
+            if (removedIDs.contains(file.id))
+                continue;
+            GoneFolder *owner = nullptr;
+            if (DirNodePtr at = file.parentNode()) {
+                for (; at && !owner; at = at->parentNode()) {
+                    const auto it = goneIndex.constFind(at.get());
+                    if (it != goneIndex.cend())
+                        owner = &gone[*it];
+                }
+            } else {
+                // No tree to walk: go by the path, nearest folder first.
+                for (GoneFolder &folder : gone)
+                    if (Paths::isBelow(file.path, folder.path) && (!owner || folder.path.size() > owner->path.size()))
+                        owner = &folder;
+            }
+            if (!owner)
+                continue;
+            removedIDs.insert(file.id);
+            owner->listed += file.size;
+            takeFromCategory(file.category, file.size, 1);
+        }
+        // What no listed file stands for comes off `other`, by its size and by
+        // a count of one, however many files it was.
+        for (const GoneFolder &folder : gone)
+            takeFromCategory(FileCategory::other, std::max<qint64>(folder.size - folder.listed, 0), 1);
     }
 
     if (!removedIDs.isEmpty())
