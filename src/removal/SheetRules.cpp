@@ -124,8 +124,8 @@ DangerBanner dangerBanner(const QList<CleanItem> &dangers, const RiskFunction &r
     }
     const qsizetype more = qsizetype(groups.size()) - bannerKinds;
     if (more > 0)
-        banner.closing = more == 1 ? tr("and 1 more kind, marked below")
-                                   : tr("and %1 more kinds, marked below").arg(count(more));
+        banner.closing =
+            more == 1 ? tr("and 1 more kind, marked below") : tr("and %1 more kinds, marked below").arg(count(more));
     else if (dangers.size() >= 2)
         banner.closing = tr("Each one is marked in the list below.");
     return banner;
@@ -138,8 +138,8 @@ QString keptNote(const QList<CleanItem> &locked)
     QStringList names;
     for (const CleanItem &item : locked)
         names << quoted(item.name);
-    const QString tail = locked.size() == 1 ? tr(". Open it in Space to clean inside.")
-                                            : tr(". Open them in Space to clean inside.");
+    const QString tail =
+        locked.size() == 1 ? tr(". Open it in Space to clean inside.") : tr(". Open them in Space to clean inside.");
     return tr("Kept by the safety guard: ") + names.join(QStringLiteral(", ")) + tail;
 }
 
@@ -287,8 +287,7 @@ CleanItem itemFor(const JunkEntry &entry)
     return item;
 }
 
-QString toggle(CleanQueue &queue, const JunkLocation &location, const JunkEntry &entry,
-               const QList<JunkEntry> &entries)
+QString toggle(CleanQueue &queue, const JunkLocation &location, const JunkEntry &entry, const QList<JunkEntry> &entries)
 {
     const QByteArray whole = junkID(location);
     if (queue.contains(whole)) {

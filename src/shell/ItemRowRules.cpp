@@ -75,10 +75,7 @@ bool showsSafeBadge(const CleanItem &item, const Risk &risk)
     return item.heat >= 0.9 && risk.level == Risk::Level::safe;
 }
 
-double evaporationSeed(const QByteArray &id)
-{
-    return double(std::llabs(qint64(qHash(id) % 997))) / 997.0;
-}
+double evaporationSeed(const QByteArray &id) { return double(std::llabs(qint64(qHash(id) % 997))) / 997.0; }
 
 QString sourcesLine(const QList<CleanQueue::SourceSummary> &bySource)
 {

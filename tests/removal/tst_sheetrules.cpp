@@ -64,11 +64,11 @@ private slots:
         const ReviewRules::DangerBanner banner = ReviewRules::dangerBanner(dangers, v);
         QCOMPARE(banner.title, QStringLiteral("6 items hold data that can't be rebuilt"));
         QCOMPARE(banner.lines.size(), 3);
-        QCOMPARE(banner.lines[0], (ReviewRules::BannerLine{QStringLiteral("App data"),
-                                                            QStringLiteral(" · App data: App data why")}));
+        QCOMPARE(banner.lines[0],
+                 (ReviewRules::BannerLine{QStringLiteral("App data"), QStringLiteral(" · App data: App data why")}));
         QCOMPARE(banner.lines[1].lead, QStringLiteral("Git repository"));
-        QCOMPARE(banner.lines[2], (ReviewRules::BannerLine{QStringLiteral("Keys · 2 items"),
-                                                            QStringLiteral(": Keys why")}));
+        QCOMPARE(banner.lines[2],
+                 (ReviewRules::BannerLine{QStringLiteral("Keys · 2 items"), QStringLiteral(": Keys why")}));
         QCOMPARE(banner.closing, QStringLiteral("and 2 more kinds, marked below"));
     }
 
@@ -206,16 +206,18 @@ private slots:
     void failureGroups()
     {
         const QList<DeletionFailure> failures = {
-            {"/a", Reason::other, QStringLiteral("boom")}, {"/b", Reason::inUse, {}},
-            {"/c", Reason::safetyGuard, {}},               {"/d", Reason::other, QStringLiteral("bang")},
+            {"/a", Reason::other, QStringLiteral("boom")},
+            {"/b", Reason::inUse, {}},
+            {"/c", Reason::safetyGuard, {}},
+            {"/d", Reason::other, QStringLiteral("bang")},
             {"/e", Reason::noPermission, {}},
         };
         const auto groups = FailureRules::groups(failures);
         QList<Reason::Value> reasons;
         for (const auto &group : groups)
             reasons << group.reason;
-        QCOMPARE(reasons, (QList<Reason::Value>{Reason::safetyGuard, Reason::noPermission, Reason::inUse,
-                                                Reason::other}));
+        QCOMPARE(reasons,
+                 (QList<Reason::Value>{Reason::safetyGuard, Reason::noPermission, Reason::inUse, Reason::other}));
         QCOMPARE(groups.last().failures.size(), 2);
         QCOMPARE(groups.last().failures[0].path, QByteArray("/a"));
         QCOMPARE(groups.last().failures[1].path, QByteArray("/d"));

@@ -23,8 +23,7 @@ struct Spies {
     explicit Spies(RowClick &click)
         : toggle(&click, &RowClick::toggleRequested), leaveOut(&click, &RowClick::leaveOutRequested),
           open(&click, &RowClick::openRequested)
-    {
-    }
+    {}
     QSignalSpy toggle;
     QSignalSpy leaveOut;
     QSignalSpy open;
@@ -149,12 +148,12 @@ private slots:
         QCOMPARE(ItemRowRules::helpText(folder, queue, true, danger), QStringLiteral("photos\nKeys: Lost for good"));
         queue.add(folder);
         QCOMPARE(ItemRowRules::helpText(folder, queue, false, none), QStringLiteral("photos\nClick to deselect"));
-        QCOMPARE(ItemRowRules::helpText(inside, queue, false, none),
-                 QStringLiteral("a.jpg\nIncluded because \u201cphotos\u201d is selected. Click to leave just this out"));
+        QCOMPARE(
+            ItemRowRules::helpText(inside, queue, false, none),
+            QStringLiteral("a.jpg\nIncluded because \u201cphotos\u201d is selected. Click to leave just this out"));
         // A junk item gets no risk line, even when its verdict is a danger.
         CleanItem junk = item("junk:/d/photos/x", Kind::junk);
-        QCOMPARE(ItemRowRules::helpText(junk, queue, false, danger),
-                 QStringLiteral("x\nClick to select for cleaning"));
+        QCOMPARE(ItemRowRules::helpText(junk, queue, false, danger), QStringLiteral("x\nClick to select for cleaning"));
         QCOMPARE(ItemRowRules::accessibleLabel(true), QStringLiteral("Selected for cleaning. Activate to deselect."));
     }
 
