@@ -123,7 +123,11 @@ QVariantList ReviewModel::bannerLines() const
 {
     QVariantList out;
     for (const ReviewRules::BannerLine &line : m_banner.lines)
-        out.append(QVariantMap{{QStringLiteral("lead"), line.lead}, {QStringLiteral("rest"), line.rest}});
+        out.append(
+            QVariantMap{{QStringLiteral("lead"), line.lead},
+                        {QStringLiteral("rest"), line.rest},
+                        {QStringLiteral("html"),
+                         QStringLiteral("<b>%1</b>%2").arg(line.lead.toHtmlEscaped(), line.rest.toHtmlEscaped())}});
     return out;
 }
 
@@ -345,8 +349,9 @@ QString DeletionModel::protectedNote() const
     const int n = m_request ? m_request->protectedCount() : 0;
     if (n <= 0)
         return {};
-    return n == 1 ? translated("DeletionSheet", "1 protected system item will be skipped.")
-                  : translated("DeletionSheet", "%1 protected system items will be skipped.").arg(QLocale().toString(n));
+    return n == 1
+               ? translated("DeletionSheet", "1 protected system item will be skipped.")
+               : translated("DeletionSheet", "%1 protected system items will be skipped.").arg(QLocale().toString(n));
 }
 
 void DeletionModel::cancel()

@@ -28,7 +28,7 @@ class ReviewModel : public QObject
     Q_PROPERTY(QString countLine READ countLine NOTIFY changed)
     Q_PROPERTY(bool hasBanner READ hasBanner NOTIFY changed)
     Q_PROPERTY(QString bannerTitle READ bannerTitle NOTIFY changed)
-    // [{lead, rest}]
+    // [{lead, rest, html}]: the lead is bold in html
     Q_PROPERTY(QVariantList bannerLines READ bannerLines NOTIFY changed)
     Q_PROPERTY(QString bannerClosing READ bannerClosing NOTIFY changed)
     Q_PROPERTY(bool acknowledged READ acknowledged WRITE setAcknowledged NOTIFY changed)

@@ -11,8 +11,8 @@
 #include <QGuiApplication>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QStyleHints>
 #include <QLocale>
+#include <QStyleHints>
 
 #include <cstdlib>
 
@@ -191,7 +191,8 @@ QVariantList ItemRowModel::menu() const
 {
     QVariantList out;
     const auto entry = [&out](const char *action, const QString &text) {
-        out.append(QVariantMap{{QStringLiteral("action"), QString::fromLatin1(action)}, {QStringLiteral("text"), text}});
+        out.append(
+            QVariantMap{{QStringLiteral("action"), QString::fromLatin1(action)}, {QStringLiteral("text"), text}});
     };
     entry("toggle", loaded() ? ItemRowRules::tr("Deselect") : ItemRowRules::tr("Select for Cleaning"));
     if (m_canOpen)

@@ -8,10 +8,10 @@
 #include <QObject>
 #include <QPointer>
 #include <QQmlEngine>
-#include <QVariantList>
-#include <QVariantMap>
 #include <QString>
 #include <QTimer>
+#include <QVariantList>
+#include <QVariantMap>
 
 #include <functional>
 

@@ -301,6 +301,11 @@ QString Shell::selectionSources() const
     return m_state ? ItemRowRules::sourcesLine(m_state->queue()->bySource()) : QString();
 }
 
+QString Shell::reviewShortcutText() const
+{
+    return Platform::current() == Platform::macOS ? QStringLiteral("\u2318\u232b") : QStringLiteral("Ctrl+Backspace");
+}
+
 void Shell::clearSelection()
 {
     if (m_state)

@@ -55,6 +55,8 @@ class Shell : public QObject
     // The selection bar: the total size, and the count per area.
     Q_PROPERTY(QString selectionTotal READ selectionTotal NOTIFY selectionChanged)
     Q_PROPERTY(QString selectionSources READ selectionSources NOTIFY selectionChanged)
+    // "⌘⌫" on macOS, "Ctrl+Backspace" elsewhere.
+    Q_PROPERTY(QString reviewShortcutText READ reviewShortcutText CONSTANT)
     // The Go menu: {title, raw} of every item of every area, "Space › Overview".
     Q_PROPERTY(QVariantList goEntries READ goEntries CONSTANT)
     // {raw, title} of the items of the current area.
@@ -114,6 +116,7 @@ public:
     Q_INVOKABLE void clearErrorMessage();
     QString selectionTotal() const;
     QString selectionSources() const;
+    QString reviewShortcutText() const;
     // The selection bar's buttons and its drop of dragged items (their JSON).
     Q_INVOKABLE void clearSelection();
     Q_INVOKABLE void reviewSelection();
