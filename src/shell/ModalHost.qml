@@ -70,22 +70,30 @@ Item {
     Component {
         id: review
 
-        ReviewSheet {}
+        ReviewSheet {
+            objectName: "reviewSheet"
+        }
     }
     Component {
         id: deletion
 
-        DeletionSheet {}
+        DeletionSheet {
+            objectName: "deletionSheet"
+        }
     }
     Component {
         id: confirm
 
-        ConfirmSheet {}
+        ConfirmSheet {
+            objectName: "confirmSheet"
+        }
     }
     Component {
         id: failure
 
-        FailureSheet {}
+        FailureSheet {
+            objectName: "failureSheet"
+        }
     }
 
     Shortcut {
