@@ -8,6 +8,7 @@
 #include "core/Fmt.h"
 #include "core/Paths.h"
 #include "core/Prefs.h"
+#include "core/Translations.h"
 #include "removal/CleanQueue.h"
 
 #include <QDir>
@@ -15,7 +16,9 @@
 #include <QQmlApplicationEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QScopeGuard>
 #include <QSignalSpy>
+#include <QTranslator>
 
 #include <fcntl.h>
 #include <linux/fs.h>
@@ -88,9 +91,15 @@ private slots:
         writeFile(root + "/stuck.bin", 50'000);
         writeFile(root + "/project/.git/HEAD", 100);
         writeFile(root + "/project/main.c", 5'000);
+        writeFile(root + "/keys/id_ed25519", 400);
         const bool immutable = setImmutable(root + "/stuck.bin", true);
         const auto release = qScopeGuard([&] { setImmutable(root + "/stuck.bin", false); });
 
+        QTranslator *translator = Translations::install(Platform::current());
+        const auto uninstall = qScopeGuard([translator] {
+            if (translator)
+                QCoreApplication::removeTranslator(translator);
+        });
         Prefs::registerDefaults();
         AppState state;
         state.setArguments({"sorvel-cleaner"});
@@ -147,6 +156,7 @@ private slots:
         const DirNodePtr project = state.result()->node(root + "/project");
         QVERIFY(project);
         state.queue()->add(itemFor(root + "/project", CleanItem::Kind::folder, project->size));
+        state.queue()->add(itemFor(root + "/keys/id_ed25519", CleanItem::Kind::file, 4096));
         const QByteArray documents = TestMain::home() + "/Documents";
         QDir().mkpath(QFile::decodeName(documents));
         state.queue()->add(itemFor(documents, CleanItem::Kind::folder, 4096));
@@ -170,7 +180,10 @@ private slots:
         // and the kept folder lets it through.
         QTest::keyClick(window, Qt::Key_Return);
         QVERIFY(state.isReviewing());
+        QVERIFY(review->bannerTitle().startsWith(QStringLiteral("2 items")));
         review->toggle(Paths::toText(root + "/project"));
+        QVERIFY(!review->canRemove());
+        review->toggle(Paths::toText(root + "/keys/id_ed25519"));
         review->toggle(Paths::toText(documents));
         QVERIFY(review->canRemove());
         const qint64 selected = picks[0].size + picks[1].size + picks[2].size + picks[3].size;
