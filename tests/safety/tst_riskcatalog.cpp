@@ -108,10 +108,9 @@ private slots:
         // 1-2: the guard, and the folders whose contents may go.
         row("~/Library/Caches", "~/Library/Caches", L::safe, "Cache",
             "Everything inside is rebuilt by apps; the folder itself stays", true);
-        row("~/Library", "~/Library", L::locked, "Kept",
-            "macOS and your apps expect this folder to exist. Open it to clean inside", true);
-        row("/usr/bin/ls", "/usr/bin/ls", L::locked, "Kept", "Part of macOS, never touched");
-        row("~/.ssh/id_rsa", "~/.ssh/id_rsa", L::locked, "Kept", "Your SSH and encryption keys are never touched");
+        row("~/Library", "~/Library", L::locked, "Kept", "", true);
+        row("/usr/bin/ls", "/usr/bin/ls", L::locked, "Kept");
+        row("~/.ssh/id_rsa", "~/.ssh/id_rsa", L::locked, "Kept");
         row("/Volumes/Backup", "/Volumes/Backup", L::locked, "Kept", "", true);
         row("/usr/bin is no item of the guard", "/usr/bin", L::normal, "", "", true);
         // 3: build output beats the secret tests.
@@ -189,31 +188,21 @@ private slots:
     {
         addColumns();
         using L = Risk::Level;
-        row("~/.cache", "~/.cache", L::safe, "Cache", "Everything inside is rebuilt by apps; the folder itself stays",
-            true);
-        row("~/.cache/thumbnails", "~/.cache/thumbnails/large/a.png", L::safe, "Cache",
-            "Temporary data the app rebuilds. Quit the app first");
+        row("~/.cache", "~/.cache", L::safe, "Cache", "", true);
+        row("~/.cache/thumbnails", "~/.cache/thumbnails/large/a.png", L::safe, "Cache");
         row("secret in .cache", "~/.cache/app/token.pem", L::danger, "Keys & passwords");
         row("trash contents", "~/.local/share/Trash/files/old.txt", L::caution, "Trash",
             "Already in the Trash. Empty the Trash to free it");
-        row("podman", "~/.local/share/containers/storage", L::danger, "Container data",
-            "Container images and volumes. Volumes may hold databases", true);
-        row("app data", "~/.local/share/gnome-shell/extensions", L::danger, "App data",
-            "Apps keep documents, settings and databases here. It may not be rebuildable", true);
-        row("flatpak cache", "~/.var/app/org.gimp.GIMP/cache/gegl", L::safe, "Cache",
-            "An app's own cache inside its container, rebuilt by the app", true);
-        row("flatpak data", "~/.var/app/org.gimp.GIMP/data", L::danger, "App data",
-            "A sandboxed app's whole data store (documents, settings, databases). Removing it is like resetting "
-            "the app",
-            true);
+        row("podman", "~/.local/share/containers/storage", L::danger, "Container data", "", true);
+        row("app data", "~/.local/share/gnome-shell/extensions", L::danger, "App data", "", true);
+        row("flatpak cache", "~/.var/app/org.gimp.GIMP/cache/gegl", L::safe, "Cache", "", true);
+        row("flatpak data", "~/.var/app/org.gimp.GIMP/data", L::danger, "App data", "", true);
         row("settings", "~/.config/app/settings.ini", L::danger, "Settings",
             "App settings. The app forgets how you set it up");
         row("~/.docker/x", "~/.docker/x", L::danger, "Container data");
-        row("keyring", "~/.local/share/keyrings/login.keyring", L::locked, "Kept",
-            "Your saved passwords and certificates are never touched");
-        row("~/.config itself", "~/.config", L::locked, "Kept",
-            "macOS and your apps expect this folder to exist. Open it to clean inside", true);
-        row("/boot", "/boot/vmlinuz", L::locked, "Kept", "Part of macOS, never touched");
+        row("keyring", "~/.local/share/keyrings/login.keyring", L::locked, "Kept");
+        row("~/.config itself", "~/.config", L::locked, "Kept", "", true);
+        row("/boot", "/boot/vmlinuz", L::locked, "Kept");
         row("xdg downloads deb", "~/Telechargements/app.deb", L::caution, "Installer");
         row("downloads iso", "~/Downloads/x.iso", L::caution, "Installer");
         row("downloads flatpakref", "~/Downloads/x.flatpakref", L::caution, "Installer");
