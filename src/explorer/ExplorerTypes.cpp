@@ -4,7 +4,6 @@
 #include "core/Platform.h"
 #include "safety/RiskCatalog.h"
 
-#include <QCollator>
 #include <QCoreApplication>
 #include <QStandardPaths>
 
@@ -255,17 +254,44 @@ QString ExplorerSort::kindText(const ExplorerEntry &entry)
     return entry.category ? entry.category->title() : QStringLiteral("~");
 }
 
-namespace {
-
-QCollator nameCollator()
+int ExplorerSort::compareNames(QStringView a, QStringView b)
 {
-    QCollator collator;
-    collator.setNumericMode(true);
-    collator.setCaseSensitivity(Qt::CaseInsensitive);
-    return collator;
+    qsizetype i = 0;
+    qsizetype j = 0;
+    while (i < a.size() && j < b.size()) {
+        if (a[i].isDigit() && b[j].isDigit()) {
+            // Runs of digits compare by value: without leading zeros, the longer
+            // run is the larger number, else the first differing digit decides.
+            while (i < a.size() && a[i] == u'0' && i + 1 < a.size() && a[i + 1].isDigit())
+                ++i;
+            while (j < b.size() && b[j] == u'0' && j + 1 < b.size() && b[j + 1].isDigit())
+                ++j;
+            qsizetype ei = i;
+            qsizetype ej = j;
+            while (ei < a.size() && a[ei].isDigit())
+                ++ei;
+            while (ej < b.size() && b[ej].isDigit())
+                ++ej;
+            if (ei - i != ej - j)
+                return ei - i < ej - j ? -1 : 1;
+            const int digits = a.sliced(i, ei - i).compare(b.sliced(j, ej - j));
+            if (digits != 0)
+                return digits < 0 ? -1 : 1;
+            i = ei;
+            j = ej;
+            continue;
+        }
+        const char32_t x = QChar::toCaseFolded(a[i].unicode());
+        const char32_t y = QChar::toCaseFolded(b[j].unicode());
+        if (x != y)
+            return x < y ? -1 : 1;
+        ++i;
+        ++j;
+    }
+    const qsizetype restA = a.size() - i;
+    const qsizetype restB = b.size() - j;
+    return restA == restB ? 0 : (restA < restB ? -1 : 1);
 }
-
-} // namespace
 
 bool ExplorerSort::order(const ExplorerTile &a, const ExplorerTile &b) const
 {
@@ -276,10 +302,8 @@ bool ExplorerSort::order(const ExplorerTile &a, const ExplorerTile &b) const
     switch (m_value) {
     case size:
         return x->size > y->size;
-    case name: {
-        static const QCollator collator = nameCollator();
-        return collator.compare(x->name, y->name) < 0;
-    }
+    case name:
+        return compareNames(x->name, y->name) < 0;
     case kind: {
         const QString p = kindText(*x);
         const QString q = kindText(*y);
@@ -293,33 +317,26 @@ bool ExplorerSort::order(const ExplorerTile &a, const ExplorerTile &b) const
 
 void ExplorerSort::sortTiles(QList<ExplorerTile> &tiles) const
 {
-    if (m_value != name) {
-        std::stable_sort(tiles.begin(), tiles.end(),
-                         [this](const ExplorerTile &a, const ExplorerTile &b) { return order(a, b); });
+    if (m_value == kind) {
+        // Kind texts once per entry rather than once per comparison.
+        std::vector<std::pair<QString, qsizetype>> keyed;
+        keyed.reserve(size_t(tiles.size()));
+        for (qsizetype i = 0; i < tiles.size(); ++i)
+            keyed.emplace_back(tiles[i].entry() ? kindText(*tiles[i].entry()) : QString(), i);
+        std::stable_sort(keyed.begin(), keyed.end(), [&tiles](const auto &p, const auto &q) {
+            if (p.first == q.first)
+                return tiles[p.second].size() > tiles[q.second].size();
+            return p.first < q.first;
+        });
+        QList<ExplorerTile> sorted;
+        sorted.reserve(tiles.size());
+        for (const auto &k : keyed)
+            sorted.append(std::move(tiles[k.second]));
+        tiles = std::move(sorted);
         return;
     }
-    // Name keys once per entry rather than once per comparison.
-    const QCollator collator = nameCollator();
-    struct Keyed {
-        std::optional<QCollatorSortKey> key;
-        qsizetype index;
-    };
-    std::vector<Keyed> keyed;
-    keyed.reserve(size_t(tiles.size()));
-    for (qsizetype i = 0; i < tiles.size(); ++i) {
-        const ExplorerEntry *e = tiles[i].entry();
-        keyed.push_back({e ? std::optional<QCollatorSortKey>(collator.sortKey(e->name)) : std::nullopt, i});
-    }
-    std::stable_sort(keyed.begin(), keyed.end(), [](const Keyed &a, const Keyed &b) {
-        if (!a.key || !b.key)
-            return false;
-        return a.key->compare(*b.key) < 0;
-    });
-    QList<ExplorerTile> sorted;
-    sorted.reserve(tiles.size());
-    for (const Keyed &k : keyed)
-        sorted.append(std::move(tiles[k.index]));
-    tiles = std::move(sorted);
+    std::stable_sort(tiles.begin(), tiles.end(),
+                     [this](const ExplorerTile &a, const ExplorerTile &b) { return order(a, b); });
 }
 
 // -- ExplorerLayout ----------------------------------------------------------

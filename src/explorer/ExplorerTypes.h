@@ -136,8 +136,7 @@ public:
     QString title() const; // "Size", "Name", "Kind"
 
     // True when tile a goes before tile b; false if either is a placeholder.
-    // The name order compares numbers by value, ignoring case; use sortTiles for
-    // whole lists, which prepares the name keys once.
+    // The name order ignores case and compares runs of digits by value.
     bool order(const ExplorerTile &a, const ExplorerTile &b) const;
     // Sorts stably by order().
     void sortTiles(QList<ExplorerTile> &tiles) const;
@@ -145,6 +144,8 @@ public:
     // The text the kind order groups by: empty for a folder, the category title,
     // or "~" without category.
     static QString kindText(const ExplorerEntry &entry);
+    // Names as people sort them: "file2" before "File10". Below 0, 0 or above.
+    static int compareNames(QStringView a, QStringView b);
 
 private:
     Value m_value;

@@ -101,7 +101,7 @@ void SpaceModel::setState(AppState *state)
         m_connections << connect(state, &AppState::recentsChanged, this, &SpaceModel::recentsChanged);
         m_connections << connect(state, &AppState::folderFocusChanged, this, [this] {
             if (m_state && !m_state->folderFocus().isEmpty() && m_state->result())
-                focus(m_state->folderFocus());
+                focus(QByteArray(m_state->folderFocus()));
         });
     }
     m_stack.clear();
@@ -642,8 +642,10 @@ void SpaceModel::goToCrumb(int index)
 
 void SpaceModel::focusOn(const QString &path) { focus(Paths::fromText(path)); }
 
-void SpaceModel::focus(const QByteArray &path)
+void SpaceModel::focus(const QByteArray &asked)
 {
+    // A copy: clearing the state's field below may free what `asked` refers to.
+    const QByteArray path = asked;
     if (m_state && !m_state->folderFocus().isEmpty())
         m_state->setFolderFocus({});
     if (path.isEmpty() || !m_state || !m_state->result())
@@ -673,7 +675,7 @@ void SpaceModel::onResultChanged()
     emit compositionChanged();
     emit folderChanged();
     if (m_state && !m_state->folderFocus().isEmpty() && m_state->result())
-        focus(m_state->folderFocus());
+        focus(QByteArray(m_state->folderFocus()));
 }
 
 void SpaceModel::onRevisionChanged()

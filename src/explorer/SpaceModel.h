@@ -182,7 +182,7 @@ public:
 
     // -- Conveniences for tests and C++ callers --------------------------------
     int rowOf(const QByteArray &id) const;
-    void focus(const QByteArray &path);
+    void focus(const QByteArray &asked);
     // The details the preview window shows for a file.
     static QVariantMap previewDetails(const QByteArray &path);
 
