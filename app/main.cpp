@@ -4,6 +4,7 @@
 #include "core/Fmt.h"
 #include "core/Prefs.h"
 #include "core/Translations.h"
+#include "shell/AppStateForeign.h"
 
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
@@ -45,6 +46,11 @@ int main(int argc, char *argv[])
     QObject::connect(
         &engine, &QQmlApplicationEngine::objectCreationFailed, &app, [] { QCoreApplication::exit(1); },
         Qt::QueuedConnection);
+    // The static module's qmldir lives at qrc:/Sorvel/Ui; Qt 6.4 does not look
+    // in the resource root by itself, so `import Sorvel.Ui` needs this.
+    engine.addImportPath(QStringLiteral("qrc:/"));
+    // QML reaches the state as the singleton AppState.
+    AppStateForeign::setInstance(&state);
     engine.load(QUrl(QStringLiteral("qrc:/Sorvel/Ui/shell/Main.qml")));
 
     GuiDesktop desktop(&engine);

@@ -61,4 +61,11 @@
         <translation>Your home folder and its main folders (Documents, Desktop, Downloads, .config…). Open them to clean inside</translation>
     </message>
 </context>
+<context>
+    <name>TopBar</name>
+    <message>
+        <source>Stop scanning (⌘.)</source>
+        <translation>Stop scanning (Ctrl+.)</translation>
+    </message>
+</context>
 </TS>

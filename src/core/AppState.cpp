@@ -155,6 +155,25 @@ QString AppState::folderFocusText() const { return Paths::toText(m_folderFocus);
 
 void AppState::setFolderFocusText(const QString &path) { setFolderFocus(Paths::fromText(path)); }
 
+void AppState::setToast(const std::optional<Toast> &toast) { assign(m_toast, toast, &AppState::toastChanged); }
+
+QVariantMap AppState::toastValue() const
+{
+    if (!m_toast)
+        return {};
+    return {{QStringLiteral("id"), m_toast->id},
+            {QStringLiteral("message"), m_toast->message},
+            {QStringLiteral("symbol"), m_toast->symbol}};
+}
+
+void AppState::showToast(const QString &message, const QString &symbol) { setToast(Toast::make(message, symbol)); }
+
+void AppState::clearToast(const QString &id)
+{
+    if (m_toast && m_toast->id == id)
+        setToast(std::nullopt);
+}
+
 std::optional<SidebarItem> AppState::lastInArea(Area area) const
 {
     const auto it = m_lastInArea.constFind(area);

@@ -6,6 +6,7 @@
 #include "ScanOptions.h"
 #include "ScanRecords.h"
 #include "ScanResult.h"
+#include "Toast.h"
 #include "VolumeInfo.h"
 #include "deepclean/CleanupModel.h"
 #include "duplicates/DuplicatesModel.h"
@@ -22,6 +23,7 @@
 #include <QTimer>
 #include <QUrl>
 #include <QVariant>
+#include <QVariantMap>
 
 #include <functional>
 #include <optional>
@@ -52,6 +54,8 @@ class AppState : public QObject
     Q_PROPERTY(bool hasFullDiskAccess READ hasFullDiskAccess NOTIFY hasFullDiskAccessChanged)
     Q_PROPERTY(QStringList recents READ recentsText NOTIFY recentsChanged)
     Q_PROPERTY(QString errorMessage READ errorMessage WRITE setErrorMessage NOTIFY errorMessageChanged)
+    // The toast on screen as {id, message, symbol}; empty while there is none.
+    Q_PROPERTY(QVariantMap toast READ toastValue NOTIFY toastChanged)
     Q_PROPERTY(
         QString largestCategory READ largestCategoryText WRITE setLargestCategoryText NOTIFY largestCategoryChanged)
     Q_PROPERTY(QString folderFocus READ folderFocusText WRITE setFolderFocusText NOTIFY folderFocusChanged)
@@ -106,6 +110,13 @@ public:
 
     QString errorMessage() const { return m_errorMessage; } // null when none
     void setErrorMessage(const QString &message);
+    const std::optional<Toast> &toast() const { return m_toast; }
+    void setToast(const std::optional<Toast> &toast);
+    QVariantMap toastValue() const;
+    // Shows a new toast in place of any other.
+    void showToast(const QString &message, const QString &symbol);
+    // Clears the toast, if it is still the one with this id.
+    Q_INVOKABLE void clearToast(const QString &id);
     std::optional<FileCategory> largestCategory() const { return m_largestCategory; }
     void setLargestCategory(std::optional<FileCategory> category);
     QString largestCategoryText() const;
@@ -170,6 +181,7 @@ signals:
     void hasFullDiskAccessChanged();
     void recentsChanged();
     void errorMessageChanged();
+    void toastChanged();
     void largestCategoryChanged();
     void folderFocusChanged();
 
@@ -201,6 +213,7 @@ private:
     bool m_hasFullDiskAccess = true;
     QByteArrayList m_recents;
     QString m_errorMessage;
+    std::optional<Toast> m_toast;
     std::optional<FileCategory> m_largestCategory;
     QByteArray m_folderFocus;
 

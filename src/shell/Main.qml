@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Controls
+import Sorvel.Ui
 
 ApplicationWindow {
     id: window
@@ -10,4 +11,20 @@ ApplicationWindow {
     minimumHeight: 620
     visible: true
     title: qsTr("Sorvel Cleaner")
+    color: Look.canvas
+    flags: Shell.customTitleBar ? Qt.Window | Qt.FramelessWindowHint : Qt.Window // qmllint disable
+
+    RootView {
+        id: root
+
+        anchors.fill: parent
+        window: window
+        customTitleBar: Shell.customTitleBar
+    }
+
+    WindowResizer {
+        anchors.fill: parent
+        enabled: Shell.customTitleBar && window.visibility === Window.Windowed
+        window: window
+    }
 }

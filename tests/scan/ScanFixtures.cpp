@@ -1,5 +1,7 @@
 #include "ScanFixtures.h"
 
+#include "Unprivileged.h"
+
 #include <QDir>
 #include <QFile>
 #include <QSet>
@@ -9,9 +11,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <grp.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace Fixtures {
@@ -157,40 +157,12 @@ QString invariantFault(const ScanResult &result, qint64 firstID)
 
 QByteArray asNobody(const std::function<QByteArray()> &body)
 {
-    if (::geteuid() != 0)
+    if (!runningAsRoot())
         return body();
-    int fds[2];
-    if (::pipe(fds) != 0)
-        return "pipe failed";
-    const pid_t pid = ::fork();
-    if (pid < 0)
-        return "fork failed";
-    if (pid == 0) {
-        ::close(fds[0]);
-        if (::setgroups(0, nullptr) != 0 || ::setgid(65534) != 0 || ::setuid(65534) != 0)
-            ::_exit(3);
-        const QByteArray out = body();
-        qsizetype done = 0;
-        while (done < out.size()) {
-            const ssize_t n = ::write(fds[1], out.constData() + done, size_t(out.size() - done));
-            if (n <= 0)
-                ::_exit(4);
-            done += n;
-        }
-        ::_exit(0);
-    }
-    ::close(fds[1]);
-    QByteArray out;
-    char buffer[4096];
-    ssize_t n;
-    while ((n = ::read(fds[0], buffer, sizeof buffer)) > 0)
-        out.append(buffer, n);
-    ::close(fds[0]);
-    int status = 0;
-    ::waitpid(pid, &status, 0);
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0)
-        return "child failed with status " + QByteArray::number(status);
-    return out;
+    const ChildOutcome outcome = runUnprivileged(body);
+    if (outcome.status != 0)
+        return "child failed with status " + QByteArray::number(outcome.status);
+    return outcome.output;
 }
 
 } // namespace Fixtures

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+#include <QUuid>
+
+// A short message at the bottom of the window: one at a time, a newer one
+// replaces the older, and each leaves by itself after a few seconds.
+struct Toast {
+    QString id; // a fresh UUID for every toast shown
+    QString message;
+    QString symbol; // a symbol name, "sparkles"
+
+    static Toast make(const QString &message, const QString &symbol)
+    {
+        return {QUuid::createUuid().toString(QUuid::WithoutBraces), message, symbol};
+    }
+    friend bool operator==(const Toast &, const Toast &) = default;
+};

@@ -1,0 +1,107 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import Sorvel.Ui
+
+// A row of pills of which one is on, with a highlight that slides between
+// them. `options` are the titles; `symbols`, if given, one symbol per title.
+// A click emits activated(index); the owner sets currentIndex.
+Rectangle {
+    id: picker
+
+    property var options: []
+    property var symbols: []
+    // Help texts, one per pill, if given.
+    property var toolTips: []
+    property int currentIndex: 0
+    property bool compact: false
+
+    signal activated(int index)
+
+    implicitWidth: pills.implicitWidth + 6
+    implicitHeight: 30
+    radius: height / 2
+    color: Look.well
+    border.width: 1
+    border.color: Look.line
+
+    Rectangle {
+        id: highlight
+
+        readonly property Item target: pills.children[picker.currentIndex] ?? null
+
+        visible: target !== null
+        x: 3 + (target ? target.x : 0)
+        y: 3
+        width: target ? target.width : 0
+        height: parent.height - 6
+        radius: height / 2
+        color: Look.raised
+        border.width: 1
+        border.color: Look.lineStrong
+
+        Behavior on x { Movement { curve: Look.indicator } }
+        Behavior on width { Movement { curve: Look.indicator } }
+    }
+
+    Row {
+        id: pills
+
+        x: 3
+        y: 3
+        height: parent.height - 6
+
+        Repeater {
+            model: picker.options
+
+            delegate: Item {
+                id: pill
+
+                required property int index
+                required property var modelData
+                readonly property bool current: index === picker.currentIndex
+                readonly property string symbol: picker.symbols[index] ?? ""
+
+                implicitWidth: content.implicitWidth + (picker.compact ? 16 : 24)
+                height: pills.height
+
+                Accessible.role: Accessible.RadioButton
+                Accessible.name: String(modelData)
+                Accessible.checked: current
+
+                Row {
+                    id: content
+
+                    anchors.centerIn: parent
+                    spacing: 6
+
+                    SymbolIcon {
+                        anchors.verticalCenter: parent.verticalCenter
+                        visible: pill.symbol.length > 0
+                        name: pill.symbol
+                        size: 14
+                        color: pill.current ? Look.ink : Look.ink2
+                    }
+                    Text {
+                        anchors.verticalCenter: parent.verticalCenter
+                        visible: !picker.compact || pill.symbol.length === 0
+                        text: String(pill.modelData)
+                        font.pixelSize: 12
+                        font.weight: pill.current ? Font.DemiBold : Font.Medium
+                        color: pill.current ? Look.ink : hover.hovered ? Look.ink : Look.ink2
+                    }
+                }
+
+                HoverHandler {
+                    id: hover
+                }
+                SorvelToolTip {
+                    visible: hover.hovered && text.length > 0
+                    text: picker.toolTips[pill.index] ?? ""
+                }
+                TapHandler {
+                    onTapped: picker.activated(pill.index)
+                }
+            }
+        }
+    }
+}

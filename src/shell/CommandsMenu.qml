@@ -1,0 +1,122 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Templates as T
+import Sorvel.Ui
+
+// The application's menu: the scan commands and the Go entries, each with its
+// shortcut, as the top bar's menu button shows them.
+T.Popup {
+    id: menu
+
+    required property SorvelCommands commands
+
+    implicitWidth: 300
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
+    padding: 8
+    focus: true
+    closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
+
+    component Entry: Rectangle {
+        id: entry
+
+        property string text
+        property string shortcut
+        property bool current: false
+        signal activated
+
+        width: menu.availableWidth
+        height: 28
+        radius: 7
+        color: entryHover.hovered && enabled ? Look.sorvelSubtle : "transparent"
+        opacity: enabled ? 1 : 0.45
+
+        Accessible.role: Accessible.MenuItem
+        Accessible.name: text
+
+        Text {
+            x: 10
+            anchors.verticalCenter: parent.verticalCenter
+            text: entry.text
+            font.pixelSize: 13
+            font.weight: entry.current ? Font.DemiBold : Font.Normal
+            color: Look.ink
+        }
+        Text {
+            anchors.right: parent.right
+            anchors.rightMargin: 10
+            anchors.verticalCenter: parent.verticalCenter
+            text: entry.shortcut
+            font: Look.caption
+            color: Look.ink3
+        }
+        HoverHandler {
+            id: entryHover
+        }
+        TapHandler {
+            enabled: entry.enabled
+            onTapped: {
+                menu.close();
+                entry.activated();
+            }
+        }
+    }
+
+    component Divider: Rectangle {
+        width: menu.availableWidth
+        height: 9
+        color: "transparent"
+
+        Rectangle {
+            anchors.centerIn: parent
+            width: parent.width - 16
+            height: 1
+            color: Look.line
+        }
+    }
+
+    background: Rectangle {
+        radius: 14
+        color: Look.panel
+        border.width: 1
+        border.color: Look.lineStrong
+    }
+
+    contentItem: Column {
+        Repeater {
+            model: menu.commands.scanCommands
+
+            delegate: Entry {
+                required property var modelData
+
+                text: modelData.text
+                shortcut: modelData.shortcut
+                enabled: modelData.enabled
+                onActivated: modelData.action()
+            }
+        }
+        Divider {}
+        Repeater {
+            model: Shell.goEntries
+
+            delegate: Entry {
+                required property var modelData
+
+                text: modelData.title
+                current: modelData.raw === AppState.section
+                onActivated: AppState.section = modelData.raw
+            }
+        }
+        Divider {}
+        Repeater {
+            model: Shell.areas
+
+            delegate: Entry {
+                required property var modelData
+
+                text: modelData.title
+                shortcut: "Ctrl+" + modelData.shortcut
+                onActivated: Shell.goToArea(modelData.raw)
+            }
+        }
+    }
+}

@@ -1,0 +1,161 @@
+import QtQuick
+import QtQuick.Window
+import Sorvel.Ui
+
+// The content of the main window, back to front: the top bar over the view of
+// the current section, the selection bar, the toast, the sheets, and the hint
+// shown while a folder is dragged over the window.
+Item {
+    id: root
+
+    property Window window
+    property bool customTitleBar: false
+    readonly property alias topBar: topBar
+    property bool dropTargeted: false
+
+    SorvelCommands {
+        id: commands
+    }
+
+    TopBar {
+        id: topBar
+
+        width: parent.width
+        commands: commands
+        window: root.window
+        customTitleBar: root.customTitleBar
+    }
+
+    Item {
+        id: detail
+
+        anchors.top: topBar.bottom
+        anchors.bottom: parent.bottom
+        width: parent.width
+        clip: true
+
+        AreaHeader {
+            id: header
+
+            x: 32
+            y: 22
+            width: parent.width - 64
+        }
+
+        Loader {
+            id: sectionView
+
+            anchors.top: header.bottom
+            anchors.topMargin: 12
+            anchors.bottom: parent.bottom
+            width: parent.width
+            sourceComponent: {
+                switch (AppState.section) {
+                case "largest":
+                case "old":
+                case "duplicates":
+                    return filesView;
+                case "cleanup":
+                    return steamView;
+                default:
+                    return spaceView;
+                }
+            }
+            // A change of section fades the new view in.
+            onLoaded: {
+                fadeIn.restart();
+            }
+
+            NumberAnimation {
+                id: fadeIn
+
+                target: sectionView.item
+                property: "opacity"
+                from: 0
+                to: 1
+                duration: Look.reducedMotion ? 0 : 300
+                easing.type: Easing.BezierSpline // qmllint disable
+                easing.bezierCurve: [0.23, 1, 0.32, 1, 1, 1] // qmllint disable
+            }
+        }
+    }
+
+    Component {
+        id: spaceView
+
+        AreaPlaceholder {
+            symbol: "circle.dotted.circle"
+            title: qsTr("Space")
+            text: Shell.hasResult ? qsTr("The map of this scan arrives with the Space explorer.")
+                                  : qsTr("Scan a folder or your whole disk to see where the space lives.")
+        }
+    }
+    Component {
+        id: filesView
+
+        RequiresScan {
+            item: AppState.section
+            itemTitle: Shell.titleOf(AppState.section)
+            itemCaption: Shell.captionOf(AppState.section)
+
+            AreaPlaceholder {
+                anchors.fill: parent
+                symbol: "doc.on.doc"
+                title: qsTr("Files")
+                text: qsTr("The shelves of this scan arrive with the Files area.")
+            }
+        }
+    }
+    Component {
+        id: steamView
+
+        AreaPlaceholder {
+            symbol: "sparkles"
+            title: qsTr("Deep Clean")
+            text: qsTr("Caches and leftovers you can clear arrive with the Deep Clean area.")
+        }
+    }
+
+    // The selection bar's place along the bottom edge: it comes in while
+    // anything is selected.
+    Item {
+        id: selectionBarSlot
+
+        readonly property bool shown: Shell.hasSelection
+
+        anchors.bottom: parent.bottom
+        width: parent.width
+        height: 72
+        visible: shown
+    }
+
+    ToastOverlay {
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 96
+        width: parent.width
+    }
+
+    ModalHost {
+        anchors.fill: parent
+    }
+
+    DropArea {
+        anchors.fill: parent
+        keys: ["text/uri-list"]
+        onEntered: drag => {
+            root.dropTargeted = true;
+            drag.accept(Qt.CopyAction);
+        }
+        onExited: root.dropTargeted = false
+        onDropped: drop => {
+            root.dropTargeted = false;
+            if (Shell.dropUrls(drop.urls))
+                drop.accept(Qt.CopyAction);
+        }
+    }
+
+    DropHint {
+        anchors.fill: parent
+        shown: root.dropTargeted
+    }
+}

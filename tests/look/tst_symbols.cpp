@@ -1,0 +1,191 @@
+#include "TestMain.h"
+
+#include "IconCache.h"
+#include "Symbols.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QIcon>
+#include <QImage>
+#include <QTemporaryDir>
+
+namespace {
+
+// The colour of the most opaque pixel, and how many pixels are drawn at all.
+struct Ink {
+    QColor strongest;
+    int drawn = 0;
+};
+
+Ink inkOf(const QImage &image)
+{
+    Ink ink;
+    int best = 0;
+    const QImage argb = image.convertToFormat(QImage::Format_ARGB32);
+    for (int y = 0; y < argb.height(); ++y) {
+        for (int x = 0; x < argb.width(); ++x) {
+            const QRgb pixel = argb.pixel(x, y);
+            if (qAlpha(pixel) > 0)
+                ++ink.drawn;
+            if (qAlpha(pixel) > best) {
+                best = qAlpha(pixel);
+                ink.strongest = QColor::fromRgba(pixel);
+            }
+        }
+    }
+    return ink;
+}
+
+QStringList tableNames()
+{
+    QFile table(QStringLiteral(SORVEL_SYMBOL_TABLE));
+    if (!table.open(QIODevice::ReadOnly))
+        return {};
+    QStringList names;
+    for (const QByteArray &line : table.readAll().split('\n')) {
+        const QByteArray trimmed = line.trimmed();
+        if (trimmed.isEmpty() || trimmed.startsWith('#'))
+            continue;
+        names << QString::fromUtf8(trimmed.split(' ').value(0));
+    }
+    return names;
+}
+
+} // namespace
+
+class SymbolsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyNameOfTheTableIsBuiltIn()
+    {
+        const QStringList names = tableNames();
+        QVERIFY(names.size() > 30);
+        for (const QString &name : names) {
+            QVERIFY2(Symbols::has(name), qPrintable(name));
+            QVERIFY2(inkOf(Symbols::render(name, Qt::black, QSize(24, 24))).drawn > 0, qPrintable(name));
+        }
+        QVERIFY(!Symbols::has(QStringLiteral("no.such.symbol")));
+        QVERIFY(!Symbols::has(QStringLiteral("../LICENSE.lucide")));
+    }
+
+    void drawnInTheColourAsked()
+    {
+        const QImage image = Symbols::render(QStringLiteral("stop.fill"), QColor(0, 200, 100), QSize(32, 32));
+        QCOMPARE(image.size(), QSize(32, 32));
+        const Ink ink = inkOf(image);
+        QCOMPARE(ink.strongest.red(), 0);
+        QCOMPARE(ink.strongest.green(), 200);
+        QCOMPARE(ink.strongest.blue(), 100);
+    }
+
+    void translucentColour()
+    {
+        const Ink ink = inkOf(Symbols::render(QStringLiteral("stop.fill"), QColor(255, 0, 0, 128), QSize(32, 32)));
+        QVERIFY(ink.strongest.alpha() >= 120 && ink.strongest.alpha() <= 136);
+    }
+
+    void unknownNameStillDrawsSomething()
+    {
+        QVERIFY(inkOf(Symbols::render(QStringLiteral("no.such.symbol"), Qt::black, QSize(24, 24))).drawn > 0);
+    }
+
+    void providerReadsColourAndNameFromTheUrl()
+    {
+        const QUrl url = Symbols::source(QStringLiteral("house.fill"), QColor(10, 20, 30, 255));
+        QCOMPARE(url.scheme(), QStringLiteral("image"));
+        QCOMPARE(url.host(), QStringLiteral("symbol"));
+        SymbolProvider provider;
+        QSize size;
+        const QImage image = provider.requestImage(url.path().mid(1), &size, QSize(20, 0));
+        QCOMPARE(size, QSize(20, 20));
+        const Ink ink = inkOf(image);
+        QVERIFY(ink.drawn > 0);
+        QCOMPARE(ink.strongest.rgb(), QColor(10, 20, 30).rgb());
+    }
+
+    void fileIconNames_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        QTest::addColumn<bool>("folder");
+        QTest::addColumn<QString>("first");
+        QTest::newRow("folder") << QByteArray("Projects") << true << QStringLiteral("folder");
+        QTest::newRow("text") << QByteArray("notes.txt") << false << QStringLiteral("text-plain");
+        QTest::newRow("image") << QByteArray("photo.png") << false << QStringLiteral("image-png");
+        QTest::newRow("invalid UTF-8") << QByteArray("caf\xe9.txt") << false << QStringLiteral("text-plain");
+    }
+
+    void fileIconNames()
+    {
+        QFETCH(QByteArray, name);
+        QFETCH(bool, folder);
+        QFETCH(QString, first);
+        QTemporaryDir dir;
+        const QByteArray path = QFile::encodeName(dir.path()) + '/' + name;
+        if (folder)
+            QVERIFY(QDir().mkdir(QFile::decodeName(path)));
+        else {
+            QFile file(QFile::decodeName(path));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(name.endsWith(".png") ? QByteArray("\x89PNG\r\n\x1a\n") : QByteArray("hello\n"));
+        }
+        const QStringList names = IconCache::iconNames(path);
+        QVERIFY(!names.isEmpty());
+        QCOMPARE(names.first(), first);
+    }
+
+    void vanishedFileIsJudgedByItsName()
+    {
+        const QStringList names = IconCache::iconNames(TestMain::home() + "/gone/movie.mp4");
+        QVERIFY(!names.isEmpty());
+        QVERIFY(names.first().startsWith(QStringLiteral("video-")));
+    }
+
+    void cachedByPathAndSize()
+    {
+        QTemporaryDir dir;
+        QFile file(dir.filePath(QStringLiteral("a.txt")));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.close();
+        const QByteArray path = QFile::encodeName(file.fileName());
+
+        IconCache cache;
+        QVERIFY(!cache.pixmap(path, 32).isNull());
+        QCOMPARE(cache.lookups(), 1);
+        QVERIFY(!cache.pixmap(path, 32).isNull());
+        QCOMPARE(cache.lookups(), 1);
+        QVERIFY(!cache.pixmap(path, 64).isNull());
+        QCOMPARE(cache.lookups(), 2);
+    }
+
+    void themeIconsWhenAThemeIsInstalled()
+    {
+        // Even the offscreen platform, which knows no icon theme, finds an
+        // installed one; only when there is none does the neutral symbol stand in.
+        IconCache cache;
+        if (!QFileInfo::exists(QStringLiteral("/usr/share/icons/Adwaita/index.theme")))
+            QSKIP("no icon theme installed");
+        QVERIFY(!QIcon::themeName().isEmpty());
+        QVERIFY(!QIcon::fromTheme(QStringLiteral("folder")).isNull());
+    }
+
+    void urlCarriesAnyPathExactly()
+    {
+        const QByteArray path("/tmp/odd name/caf\xe9 #?%.txt");
+        const QUrl url = IconCache::source(path);
+        QCOMPARE(url.host(), QStringLiteral("fileicon"));
+        IconCache cache;
+        QSize size;
+        const QPixmap pixmap = cache.requestPixmap(url.path().mid(1), &size, QSize(48, 48));
+        QVERIFY(!pixmap.isNull());
+        QCOMPARE(size, pixmap.size());
+        // The same path asked for directly is served from the cache.
+        cache.pixmap(path, 48);
+        QCOMPARE(cache.lookups(), 1);
+    }
+};
+
+SORVEL_TEST(SymbolsTest);
+#include "tst_symbols.moc"

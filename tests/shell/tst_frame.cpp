@@ -1,0 +1,323 @@
+#include "TestMain.h"
+
+#include "../core/FakeScanner.h"
+
+#include "AppStateForeign.h"
+#include "ShellRules.h"
+
+#include "core/AppState.h"
+#include "core/Prefs.h"
+#include "core/Translations.h"
+#include "removal/CleanQueue.h"
+
+#include <QDir>
+#include <QFile>
+#include <QQmlApplicationEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTranslator>
+
+#include <memory>
+
+namespace {
+
+class ScopedEnv
+{
+public:
+    ScopedEnv(const char *name, const QByteArray &value)
+        : m_name(name), m_had(qEnvironmentVariableIsSet(name)), m_old(qgetenv(name))
+    {
+        qputenv(name, value);
+    }
+    ~ScopedEnv()
+    {
+        if (m_had)
+            qputenv(m_name, m_old);
+        else
+            qunsetenv(m_name);
+    }
+
+private:
+    const char *m_name;
+    bool m_had;
+    QByteArray m_old;
+};
+
+// The state with a steerable scanner and no real volumes.
+struct Fixture {
+    Fixture(const QByteArrayList &arguments = {"sorvel-cleaner"})
+    {
+        Prefs::registerDefaults();
+        state.setArguments(arguments);
+        state.setScanFunction(scanner.function());
+        state.setVolumesFunction([] { return QList<VolumeInfo>(); });
+    }
+    AppState state;
+    FakeScanner scanner; // after the state: destroyed first, releasing its runs
+};
+
+QString describe(const QList<QQmlError> &errors)
+{
+    QStringList lines;
+    for (const QQmlError &error : errors)
+        lines << error.toString();
+    return lines.join(QLatin1Char('\n'));
+}
+
+} // namespace
+
+// The window's rules working on the real application state.
+class FrameTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    // The whole window on the demo disk, in both appearances, with no QML
+    // warning. With SORVEL_SCREENSHOT_DIR set it saves the frame, the scan menu
+    // open, a toast and a sheet over the backdrop.
+    void window_data()
+    {
+        QTest::addColumn<QByteArray>("appearance");
+        QTest::newRow("dark") << QByteArray("dark");
+        QTest::newRow("light") << QByteArray("light");
+    }
+
+    void window()
+    {
+        QFETCH(QByteArray, appearance);
+        ScopedEnv env("SORVEL_APPEARANCE", appearance);
+        ScopedEnv motion("SORVEL_REDUCE_MOTION", "1");
+        Fixture f({"sorvel-cleaner", "-demo"});
+        AppStateForeign::setInstance(&f.state);
+
+        QQmlApplicationEngine engine;
+        QList<QQmlError> warnings;
+        engine.setOutputWarningsToStandardError(false);
+        connect(&engine, &QQmlEngine::warnings, this, [&warnings](const QList<QQmlError> &list) { warnings << list; });
+        engine.addImportPath(QStringLiteral("qrc:/"));
+        engine.load(QUrl(QStringLiteral("qrc:/Sorvel/Ui/shell/Main.qml")));
+        QCOMPARE(engine.rootObjects().size(), 1);
+        auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().first());
+        QVERIFY(window);
+        QVERIFY(QTest::qWaitForWindowExposed(window));
+        QCOMPARE(window->size(), QSize(1240, 800));
+
+        const QByteArray dir = qgetenv("SORVEL_SCREENSHOT_DIR");
+        const auto shoot = [&](const char *name) {
+            QTest::qWait(150);
+            const QImage image = window->grabWindow();
+            QVERIFY(!image.isNull());
+            if (!dir.isEmpty()) {
+                QDir().mkpath(QFile::decodeName(dir));
+                QVERIFY(image.save(QFile::decodeName(dir) +
+                                   QStringLiteral("/frame-%1-%2.png")
+                                       .arg(QString::fromLatin1(name), QString::fromLatin1(appearance))));
+            }
+        };
+        // Before any scan the Files items offer one.
+        f.state.setSection(SidebarItem::largest);
+        shoot("no-scan");
+        f.state.onLaunch();
+        f.state.setSection(SidebarItem::overview);
+        shoot("space");
+        f.state.setSection(SidebarItem::largest);
+        shoot("files");
+        f.state.setSection(SidebarItem::overview);
+
+        QObject *menu = nullptr;
+        for (QObject *object : window->findChildren<QObject *>())
+            if (QByteArray(object->metaObject()->className()).startsWith("ScanMenu"))
+                menu = object;
+        QVERIFY(menu);
+        QMetaObject::invokeMethod(menu, "open");
+        QTRY_VERIFY(menu->property("opened").toBool());
+        shoot("scan-menu");
+        QMetaObject::invokeMethod(menu, "close");
+        QTRY_VERIFY(!menu->property("visible").toBool());
+
+        f.state.showToast(QStringLiteral("Copied 3 paths"), QStringLiteral("doc.on.doc.fill"));
+        shoot("toast");
+        f.state.setToast(std::nullopt);
+
+        f.state.setErrorMessage(QStringLiteral("The Trash could not be emptied: permission denied."));
+        shoot("sheet");
+        f.state.setErrorMessage(QString());
+
+        // While a scan runs, the bar shows what is read and offers Stop.
+        QTemporaryDir target;
+        f.state.scan(QFile::encodeName(target.path()));
+        QVERIFY(f.scanner.waitForRuns(1));
+        shoot("scanning");
+        f.state.cancelScan();
+        QTRY_VERIFY(!f.state.isScanning());
+
+        QVERIFY2(warnings.isEmpty(), qPrintable(describe(warnings)));
+        AppStateForeign::setInstance(nullptr);
+    }
+
+    void helpTextsSayCtrlOnLinux()
+    {
+        QTranslator *translator = Translations::install(Platform::linux);
+        QVERIFY(translator);
+        QCOMPARE(QCoreApplication::translate("TopBar", "Stop scanning (\u2318.)"),
+                 QStringLiteral("Stop scanning (Ctrl+.)"));
+        QCoreApplication::removeTranslator(translator);
+        delete translator;
+        QCOMPARE(QCoreApplication::translate("TopBar", "Stop scanning (\u2318.)"),
+                 QStringLiteral("Stop scanning (\u2318.)"));
+    }
+
+    void areaSwitchReturnsToTheLastItem()
+    {
+        Fixture f;
+        Shell shell(&f.state);
+        QSignalSpy changed(&shell, &Shell::sectionChanged);
+        f.state.setSection(SidebarItem::old);
+        shell.goToArea(QStringLiteral("space"));
+        QCOMPARE(f.state.sectionText(), QStringLiteral("overview"));
+        QCOMPARE(shell.areaIndex(), 0);
+        shell.goToArea(QStringLiteral("files"));
+        QCOMPARE(f.state.sectionText(), QStringLiteral("old"));
+        QCOMPARE(shell.areaIndex(), 1);
+        shell.goToAreaAt(2);
+        QCOMPARE(f.state.sectionText(), QStringLiteral("cleanup"));
+        shell.goToArea(QStringLiteral("nowhere"));
+        QCOMPARE(f.state.sectionText(), QStringLiteral("cleanup"));
+        QCOMPARE(changed.count(), 4);
+    }
+
+    void droppingTwoFoldersScansTheFirst()
+    {
+        Fixture f;
+        Shell shell(&f.state);
+        QTemporaryDir dir;
+        QVERIFY(QDir(dir.path()).mkpath(QStringLiteral("one")));
+        QVERIFY(QDir(dir.path()).mkpath(QStringLiteral("two")));
+        QVERIFY(shell.dropUrls({QUrl::fromLocalFile(dir.filePath(QStringLiteral("one"))),
+                                QUrl::fromLocalFile(dir.filePath(QStringLiteral("two")))}));
+        QVERIFY(f.scanner.waitForRuns(1));
+        QCOMPARE(f.state.scanTarget(), QFile::encodeName(dir.filePath(QStringLiteral("one"))));
+        QVERIFY(f.state.isScanning());
+        QVERIFY(shell.scan()->canStop());
+        QVERIFY(!shell.scan()->canRescan());
+    }
+
+    void droppingAFileDoesNothing()
+    {
+        Fixture f;
+        Shell shell(&f.state);
+        f.state.setSection(SidebarItem::duplicates);
+        QTemporaryDir dir;
+        QFile file(dir.filePath(QStringLiteral("notes.txt")));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.close();
+        QVERIFY(!shell.dropUrls({QUrl::fromLocalFile(file.fileName())}));
+        QTest::qWait(50);
+        QCOMPARE(f.scanner.runCount(), 0);
+        QVERIFY(!f.state.isScanning());
+        QVERIFY(f.state.scanTarget().isEmpty());
+        QCOMPARE(f.state.sectionText(), QStringLiteral("duplicates"));
+    }
+
+    void newerToastOutlivesTheOlderClock()
+    {
+        Fixture f;
+        Shell shell(&f.state);
+        shell.toastTimer()->setLifetime(300);
+        f.state.showToast(QStringLiteral("first"), QStringLiteral("checklist"));
+        const QString first = f.state.toast()->id;
+        QTest::qWait(150);
+        f.state.showToast(QStringLiteral("second"), QStringLiteral("checklist"));
+        const QString second = f.state.toast()->id;
+        QVERIFY(first != second);
+        // The first toast's four seconds (here 300 ms) pass: the second stays.
+        QTest::qWait(220);
+        QVERIFY(f.state.toast());
+        QCOMPARE(f.state.toast()->id, second);
+        QTRY_VERIFY_WITH_TIMEOUT(!f.state.toast(), 2000);
+        // A stale clear of an old id is ignored.
+        f.state.showToast(QStringLiteral("third"), QString());
+        f.state.clearToast(first);
+        QVERIFY(f.state.toast());
+    }
+
+    void activationRefreshesVolumesOutsideTheDemo_data()
+    {
+        QTest::addColumn<bool>("demo");
+        QTest::newRow("real disk") << false;
+        QTest::newRow("demo") << true;
+    }
+
+    void activationRefreshesVolumesOutsideTheDemo()
+    {
+        QFETCH(bool, demo);
+        Fixture f(demo ? QByteArrayList{"sorvel-cleaner", "-demo"} : QByteArrayList{"sorvel-cleaner"});
+        auto listings = std::make_shared<QAtomicInt>(0);
+        f.state.setVolumesFunction([listings] {
+            listings->fetchAndAddOrdered(1);
+            return QList<VolumeInfo>();
+        });
+        Shell shell(&f.state);
+        shell.onActivated();
+        if (demo) {
+            QTest::qWait(100);
+            QCOMPARE(listings->loadAcquire(), 0);
+        } else {
+            QTRY_COMPARE(listings->loadAcquire(), 1);
+        }
+    }
+
+    void selectionBarShowsWhileAnythingIsSelected()
+    {
+        Fixture f;
+        Shell shell(&f.state);
+        QSignalSpy changed(&shell, &Shell::selectionChanged);
+        QVERIFY(!shell.hasSelection());
+        CleanItem item;
+        item.id = "/home/ada/big.iso";
+        item.name = QStringLiteral("big.iso");
+        item.size = 4000000000;
+        f.state.queue()->add(item);
+        QVERIFY(shell.hasSelection());
+        f.state.queue()->remove(item.id);
+        QVERIFY(!shell.hasSelection());
+        QVERIFY(changed.count() >= 2);
+    }
+
+    void noticeAndDismiss()
+    {
+        Fixture f;
+        Shell shell(&f.state);
+        QCOMPARE(shell.modal()->sheet(), ModalPresenter::None);
+        f.state.setErrorMessage(QStringLiteral("The Trash could not be emptied."));
+        QCOMPARE(shell.modal()->sheet(), ModalPresenter::Notice);
+        shell.clearErrorMessage();
+        QVERIFY(f.state.errorMessage().isNull());
+        QCOMPARE(shell.modal()->sheet(), ModalPresenter::None);
+        f.state.setErrorMessage(QStringLiteral("again"));
+        shell.modal()->dismiss();
+        QVERIFY(f.state.errorMessage().isNull());
+    }
+
+    void scanControlsFollowTheState()
+    {
+        Fixture f;
+        Shell shell(&f.state);
+        QVERIFY(!shell.scan()->canRescan());
+        QVERIFY(!shell.scan()->canStop());
+        QTemporaryDir dir;
+        f.state.scan(QFile::encodeName(dir.path()));
+        QVERIFY(f.scanner.waitForRuns(1));
+        QVERIFY(shell.scan()->canStop());
+        QVERIFY(!shell.scan()->canRescan());
+        f.state.cancelScan();
+        QTRY_VERIFY(!f.state.isScanning());
+        QVERIFY(!shell.scan()->canStop());
+        QVERIFY(shell.scan()->canRescan());
+    }
+};
+
+SORVEL_TEST(FrameTest);
+#include "tst_frame.moc"
