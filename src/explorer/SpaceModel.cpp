@@ -60,6 +60,35 @@ QList<SmallFile> readLooseFiles(const QByteArray &folder, const QSet<QByteArray>
     return out;
 }
 
+// The hue of each category in the composition strip, in turns (0...1); the
+// strip gives all the same saturation and brightness.
+double categoryHue(FileCategory category)
+{
+    switch (category) {
+    case FileCategory::video:
+        return 0.78;
+    case FileCategory::audio:
+        return 0.90;
+    case FileCategory::image:
+        return 0.55;
+    case FileCategory::document:
+        return 0.12;
+    case FileCategory::archive:
+        return 0.06;
+    case FileCategory::diskImage:
+        return 0.98;
+    case FileCategory::application:
+        return 0.40;
+    case FileCategory::code:
+        return 0.25;
+    case FileCategory::developer:
+        return 0.47;
+    case FileCategory::other:
+        break;
+    }
+    return 0.62;
+}
+
 } // namespace
 
 SpaceModel::SpaceModel(QObject *parent) : QAbstractListModel(parent)
@@ -255,6 +284,7 @@ QHash<int, QByteArray> SpaceModel::roleNames() const
         {WaitingRole, "waiting"},
         {BarFactorRole, "barFactor"},
         {SelectActionRole, "selectAction"},
+        {VanishingRole, "vanishing"},
     };
 }
 
@@ -343,9 +373,20 @@ QVariant SpaceModel::data(const QModelIndex &index, int role) const
         return e && queue && queue->includes(e->id)
                    ? explorerText(QT_TRANSLATE_NOOP("Explorer", "Deselect"))
                    : explorerText(QT_TRANSLATE_NOOP("Explorer", "Select for Cleaning"));
+    case VanishingRole:
+        return e && m_vanishing.contains(e->id);
     default:
         return {};
     }
+}
+
+void SpaceModel::setVanishing(const QSet<QByteArray> &paths)
+{
+    if (paths == m_vanishing)
+        return;
+    m_vanishing = paths;
+    if (!m_rowIds.isEmpty())
+        emit dataChanged(index(0), index(int(m_rowIds.size() - 1)), {VanishingRole});
 }
 
 // -- Search, filter, sort, layout --------------------------------------------
@@ -575,6 +616,7 @@ QVariantList SpaceModel::composition() const
             {QStringLiteral("category"), p.category.id()},
             {QStringLiteral("title"), p.category.title()},
             {QStringLiteral("size"), double(p.size)},
+            {QStringLiteral("hue"), categoryHue(p.category)},
             {QStringLiteral("help"), QStringLiteral("%1: %2").arg(p.category.title(), Fmt::bytes(p.size))},
         };
     return out;
@@ -599,6 +641,33 @@ void SpaceModel::chooseCategory(const QString &category)
         return;
     m_state->setLargestCategoryText(category);
     m_state->setSection(SidebarItem::largest);
+}
+
+void SpaceModel::openFullDiskAccessSettings()
+{
+    if (m_state && m_state->desktop())
+        m_state->desktop()->openFullDiskAccessSettings();
+    else
+        FileActions::openFullDiskAccessSettings();
+}
+
+QVariantList SpaceModel::segmentWidths(double width) const
+{
+    QList<qint64> sizes;
+    for (const QVariant &part : composition())
+        sizes << qint64(part.toMap().value(QStringLiteral("size")).toDouble());
+    QVariantList out;
+    for (const double w : TileText::segmentWidths(sizes, width))
+        out << w;
+    return out;
+}
+
+int SpaceModel::legendCount(const QVariantList &entryWidths, double width, double gap) const
+{
+    QList<double> widths;
+    for (const QVariant &w : entryWidths)
+        widths << w.toDouble();
+    return TileText::legendCount(widths, width, gap);
 }
 
 // -- Navigation --------------------------------------------------------------
@@ -726,13 +795,13 @@ void SpaceModel::toggle(int row, int clickCount, bool isMouse)
     if (entry.measuring || ClickRules::isRepeat(isMouse, clickCount))
         return;
     if (keptByGuard(entry.id)) {
-        emit toastRequested(TileText::protectedToast(entry.name, SafetyGuard::reason(entry.id)),
-                            QStringLiteral("lock.fill"));
+        m_state->showToast(TileText::protectedToast(entry.name, SafetyGuard::reason(entry.id)),
+                           QStringLiteral("lock.fill"));
         return;
     }
     if (entry.risk.level == Risk::Level::danger && !m_state->queue()->includes(entry.id))
-        emit toastRequested(TileText::dangerToast(entry.name, entry.risk.why),
-                            QStringLiteral("exclamationmark.triangle.fill"));
+        m_state->showToast(TileText::dangerToast(entry.name, entry.risk.why),
+                           QStringLiteral("exclamationmark.triangle.fill"));
     toggleInQueue(entry);
 }
 

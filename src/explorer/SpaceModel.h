@@ -85,6 +85,7 @@ public:
         WaitingRole,
         BarFactorRole,
         SelectActionRole, // "Deselect" or "Select for Cleaning"
+        VanishingRole,    // being taken by a removal right now
     };
     Q_ENUM(Role)
 
@@ -179,6 +180,17 @@ public:
     // Opens the folder at `path` (lossless text) if the result has it.
     Q_INVOKABLE void focusOn(const QString &path);
     Q_INVOKABLE void chooseCategory(const QString &category);
+    Q_INVOKABLE void openFullDiskAccessSettings();
+    // Widths of the composition strip's segments for a bar `width` wide: each
+    // its share of the width less the gaps, and at least 2.
+    Q_INVOKABLE QVariantList segmentWidths(double width) const;
+    // How many legend entries fit in `width`: 6, else 4, 3 or 2 (or all, when
+    // fewer), given the width of each entry in order and the gap between them.
+    Q_INVOKABLE int legendCount(const QVariantList &entryWidths, double width, double gap) const;
+
+    // The paths a running removal is taking; their tiles fade out. Empty when
+    // none runs.
+    void setVanishing(const QSet<QByteArray> &paths);
 
     // -- Conveniences for tests and C++ callers --------------------------------
     int rowOf(const QByteArray &id) const;
@@ -202,8 +214,6 @@ signals:
     void compositionChanged();
     void recentsChanged();
     void smallFilesLoaded(const QByteArray &path);
-    // A message for the toast area, with its symbol.
-    void toastRequested(const QString &message, const QString &symbol);
     // The preview window should show this file (see previewDetails).
     void previewRequested(const QVariantMap &details);
 
@@ -236,6 +246,7 @@ private:
     ClickRules m_clicks;
     QHash<QByteArray, QList<ExplorerEntry>> m_smallFiles;
     QSet<QByteArray> m_loadingSmall;
+    QSet<QByteArray> m_vanishing;
     QString m_lastFolderKey;
     std::function<double()> m_clock;
     QList<QMetaObject::Connection> m_connections;

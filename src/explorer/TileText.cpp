@@ -134,6 +134,31 @@ QString showingLine(qint64 visible, qint64 all)
         .arg(QLocale().toString(visible), QLocale().toString(all));
 }
 
+QList<double> segmentWidths(const QList<qint64> &sizes, double width)
+{
+    double total = 0;
+    for (const qint64 size : sizes)
+        total += double(size);
+    QList<double> out;
+    const double room = width - 2.0 * double(sizes.size());
+    for (const qint64 size : sizes)
+        out << std::max(2.0, total > 0 ? double(size) * room / total : 0.0);
+    return out;
+}
+
+int legendCount(const QList<double> &entryWidths, double width, double gap)
+{
+    for (const int tried : {6, 4, 3, 2}) {
+        const int n = std::min<int>(tried, int(entryWidths.size()));
+        double needed = 0;
+        for (int i = 0; i < n; ++i)
+            needed += entryWidths[i] + (i > 0 ? gap : 0);
+        if (needed <= width)
+            return n;
+    }
+    return std::min<int>(2, int(entryWidths.size()));
+}
+
 } // namespace TileText
 
 bool ClickRules::acceptNavigation(double now, bool isMouse, int clickCount)

@@ -42,6 +42,13 @@ double waterLevel(qint64 bytes);
 // "Showing {visible} of {all} · more load as you scroll".
 QString showingLine(qint64 visible, qint64 all);
 
+// The composition strip: segment widths for parts of `sizes` in a bar of
+// `width` with gaps of 2, each at least 2 wide.
+QList<double> segmentWidths(const QList<qint64> &sizes, double width);
+// How many legend entries to show: the first 6, else 4, 3 or 2, the most that
+// fit in `width` (all of them when there are fewer than the tried count).
+int legendCount(const QList<double> &entryWidths, double width, double gap);
+
 } // namespace TileText
 
 // When a click counts. A repeat is the second (or later) click of a

@@ -170,11 +170,11 @@ private slots:
         Trees::folder(root, "usr", 10);
         Trees::settle(root);
         Fixture f(Trees::result(root));
-        QSignalSpy toasts(&f.model, &SpaceModel::toastRequested);
+        QSignalSpy toasts(&f.state, &AppState::toastChanged);
         f.model.toggle(0);
         QCOMPARE(toasts.size(), 1);
-        QVERIFY(toasts.first().first().toString().startsWith(u"“usr” stays: "_qs));
-        QCOMPARE(toasts.first().last().toString(), u"lock.fill"_qs);
+        QVERIFY(f.state.toast()->message.startsWith(u"“usr” stays: "_qs));
+        QCOMPARE(f.state.toast()->symbol, u"lock.fill"_qs);
         QVERIFY(f.state.queue()->isEmpty());
         QVERIFY(f.model.data(f.model.index(0), SpaceModel::LockedRole).toBool());
         // Space on the hovered tile goes to the queue directly.
