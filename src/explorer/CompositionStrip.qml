@@ -10,7 +10,7 @@ Column {
     required property SpaceModel space
     property string hovered: ""
     readonly property var parts: space.composition
-    readonly property var widths: width > 0 ? space.segmentWidths(width) : []
+    readonly property var widths: parts.length > 0 && width > 0 ? space.segmentWidths(width) : []
 
     function colorOf(hue: real): color {
         return Qt.hsva(hue, 0.5, 0.86, 1);

@@ -302,8 +302,12 @@ QVariant SpaceModel::data(const QModelIndex &index, int role) const
         return e ? e->name : QString();
     case IsPlaceholderRole:
         return !e;
-    case IconPathRole:
-        return Paths::toText(e ? e->id : tile->placeholder().path());
+    case IconPathRole: {
+        // A trailing "/" tells the icon provider a folder that is not on disk.
+        const QByteArray path = e ? e->id : tile->placeholder().path();
+        const bool folder = e ? e->isDirectory : tile->placeholder() == PlaceholderKind::folder;
+        return Paths::toText(folder && !path.endsWith('/') ? path + '/' : path);
+    }
     case ConditionRole:
         return ExplorerTile::conditionName(tile->condition);
     case SeedRole:
