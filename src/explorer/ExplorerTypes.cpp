@@ -72,7 +72,7 @@ ExplorerEntry ExplorerEntry::fromNode(const DirNodePtr &node)
     return e;
 }
 
-ExplorerEntry ExplorerEntry::fromDiscovered(const DiscoveredEntry &d)
+ExplorerEntry ExplorerEntry::fromDiscovered(const DiscoveredEntry &d, const std::optional<Risk> &risk)
 {
     ExplorerEntry e;
     e.id = d.path;
@@ -83,7 +83,7 @@ ExplorerEntry ExplorerEntry::fromDiscovered(const DiscoveredEntry &d)
     e.measuring = d.measuring;
     if (!d.isDirectory)
         e.category = categoryOfName(e.name);
-    e.risk = RiskCatalog::assess(e.id, d.isDirectory, e.hasArtifactKind());
+    e.risk = risk ? *risk : RiskCatalog::assess(e.id, d.isDirectory, e.hasArtifactKind());
     return e;
 }
 

@@ -39,8 +39,9 @@ struct ExplorerEntry {
     // The entry of a scanned folder. A child of the home folder is named as the
     // desktop names it (the localised title of Documents, Downloads, ...).
     static ExplorerEntry fromNode(const DirNodePtr &node);
-    // A direct child of the root seen live during a scan.
-    static ExplorerEntry fromDiscovered(const DiscoveredEntry &discovered);
+    // A direct child of the root seen live during a scan; `risk` when its
+    // verdict is already known.
+    static ExplorerEntry fromDiscovered(const DiscoveredEntry &discovered, const std::optional<Risk> &risk = {});
     // A listed file of the scan.
     static ExplorerEntry fromFile(const FileItem &file);
     // A loose small file read from disk on demand.

@@ -91,6 +91,18 @@ double categoryHue(FileCategory category)
 
 } // namespace
 
+namespace {
+
+// What a row shows that can change without its id changing.
+size_t signature(const ExplorerTile &tile)
+{
+    const ExplorerEntry *e = tile.entry();
+    return qHashMulti(0, tile.id(), int(tile.condition), e ? e->size : -1, e && e->measuring,
+                      e ? e->risk.title : QString());
+}
+
+} // namespace
+
 SpaceModel::SpaceModel(QObject *parent) : QAbstractListModel(parent)
 {
     static QElapsedTimer started;
@@ -99,8 +111,16 @@ SpaceModel::SpaceModel(QObject *parent) : QAbstractListModel(parent)
     m_clock = [] { return double(started.nsecsElapsed()) / 1e9; };
     m_layout = ExplorerLayout::fromRawValue(Prefs::text(Prefs::spaceLayout)).value_or(ExplorerLayout::icons);
     m_otherTiles = SpaceView::welcomeTiles();
-    for (const ExplorerTile &tile : m_otherTiles)
+    for (const ExplorerTile &tile : m_otherTiles) {
         m_rowIds.append(tile.id());
+        m_rowSigs.append(signature(tile));
+    }
+    m_progressTimer.setSingleShot(true);
+    m_progressTimer.setInterval(100);
+    connect(&m_progressTimer, &QTimer::timeout, this, [this] {
+        if (m_mode == SpaceView::Mode::discovering)
+            refresh();
+    });
 }
 
 SpaceModel::~SpaceModel() = default;
@@ -114,13 +134,20 @@ void SpaceModel::setState(AppState *state)
     m_connections.clear();
     m_state = state;
     if (state) {
-        m_connections << connect(state, &AppState::isScanningChanged, this, [this] {
-            refresh();
-            emit progressChanged();
-        });
-        m_connections << connect(state, &AppState::progressChanged, this, [this] {
-            if (m_mode == SpaceView::Mode::discovering)
+        // A scan that ends clears isScanning just before its result arrives:
+        // queued, so the view goes from discovering straight to results.
+        m_connections << connect(
+            state, &AppState::isScanningChanged, this,
+            [this] {
                 refresh();
+                emit progressChanged();
+            },
+            Qt::QueuedConnection);
+        // Progress comes in bursts (one report per new child of the root):
+        // the tiles follow at most every 100 ms.
+        m_connections << connect(state, &AppState::progressChanged, this, [this] {
+            if (m_mode == SpaceView::Mode::discovering && !m_progressTimer.isActive())
+                m_progressTimer.start();
             emit progressChanged();
         });
         m_connections << connect(state, &AppState::scanTargetChanged, this, &SpaceModel::progressChanged);
@@ -178,7 +205,9 @@ void SpaceModel::refresh()
             m_otherTiles = SpaceView::welcomeTiles();
         break;
     case SpaceView::Mode::discovering:
-        m_otherTiles = SpaceView::discoveringTiles(m_state->progress());
+        if (modeChanged)
+            m_discoveredRisks.clear();
+        m_otherTiles = SpaceView::discoveringTiles(m_state->progress(), &m_discoveredRisks);
         break;
     case SpaceView::Mode::results: {
         const DirNodePtr node = currentNode();
@@ -208,32 +237,60 @@ void SpaceModel::syncRows(bool resetAll)
     const QList<ExplorerTile> &all = allTiles();
     const qsizetype count = std::min<qsizetype>(all.size(), m_shown);
     QList<QByteArray> ids;
+    QList<size_t> sigs;
     ids.reserve(count);
-    for (qsizetype i = 0; i < count; ++i)
+    sigs.reserve(count);
+    qint64 heaviest = 1;
+    for (qsizetype i = 0; i < count; ++i) {
         ids.append(all[i].id());
+        sigs.append(signature(all[i]));
+        heaviest = std::max(heaviest, all[i].size());
+    }
+    const bool weightsMoved = heaviest != m_heaviest;
+    m_heaviest = heaviest;
     if (resetAll) {
         beginResetModel();
         m_rowIds = std::move(ids);
+        m_rowSigs = std::move(sigs);
         endResetModel();
         return;
     }
     // Keep the rows that stay in place, so the view keeps their delegates and
-    // its scroll position; replace what follows.
+    // its scroll position. A placeholder that gives way to an entry (or the
+    // other way round) changes in place; what follows the first real change
+    // is replaced.
     qsizetype same = 0;
-    while (same < ids.size() && same < m_rowIds.size() && ids[same] == m_rowIds[same])
+    const auto isPlaceholderId = [](const QByteArray &id) { return id.startsWith("placeholder-"); };
+    while (same < ids.size() && same < m_rowIds.size() &&
+           (ids[same] == m_rowIds[same] || isPlaceholderId(ids[same]) || isPlaceholderId(m_rowIds[same])))
         ++same;
+    QList<int> changed;
+    for (qsizetype i = 0; i < same; ++i)
+        if (weightsMoved || sigs[i] != m_rowSigs[i])
+            changed.append(int(i));
     if (same < m_rowIds.size()) {
         beginRemoveRows({}, int(same), int(m_rowIds.size() - 1));
         m_rowIds.resize(same);
+        m_rowSigs.resize(same);
         endRemoveRows();
     }
+    for (qsizetype i = 0; i < same; ++i)
+        m_rowIds[i] = ids[i];
+    m_rowSigs = sigs.mid(0, same);
     if (same < ids.size()) {
         beginInsertRows({}, int(same), int(ids.size() - 1));
         m_rowIds = ids;
+        m_rowSigs = sigs;
         endInsertRows();
     }
-    if (same > 0)
-        emit dataChanged(index(0), index(int(same - 1)));
+    // Neighbouring rows in one signal each.
+    for (qsizetype i = 0; i < changed.size();) {
+        qsizetype j = i;
+        while (j + 1 < changed.size() && changed[j + 1] == changed[j] + 1)
+            ++j;
+        emit dataChanged(index(changed[i]), index(changed[j]));
+        i = j + 1;
+    }
 }
 
 void SpaceModel::setShown(int shown)
@@ -360,15 +417,8 @@ QVariant SpaceModel::data(const QModelIndex &index, int role) const
         return e && e->risk.hasBadge() ? QStringLiteral("%1: %2").arg(e->risk.title, e->risk.why) : QString();
     case ArtifactKindRole:
         return e ? e->artifactKind : QString();
-    case WeightRole: {
-        if (!e)
-            return 0.0;
-        qint64 heaviest = 1;
-        const QList<ExplorerTile> &all = allTiles();
-        for (qsizetype i = 0; i < m_rowIds.size() && i < all.size(); ++i)
-            heaviest = std::max(heaviest, all[i].size());
-        return double(e->size) / double(heaviest);
-    }
+    case WeightRole:
+        return e ? double(e->size) / double(m_heaviest) : 0.0;
     case WaitingRole:
         return m_state && m_state->isScanning();
     case BarFactorRole:
@@ -489,12 +539,19 @@ QString SpaceModel::showingText() const
     return TileText::showingLine(m_rowIds.size(), all);
 }
 
-bool SpaceModel::emptyVisible() const { return m_mode == SpaceView::Mode::results && allTiles().isEmpty(); }
+bool SpaceModel::emptyVisible() const
+{
+    // Loose small files still to be listed are something to show: their row
+    // stands in the grid instead.
+    return m_mode == SpaceView::Mode::results && allTiles().isEmpty() && !smallRowVisible();
+}
 
 QString SpaceModel::emptyText() const
 {
     if (!m_query.search.isEmpty())
         return explorerText(QT_TRANSLATE_NOOP("Explorer", "Nothing here is named like “%1”.")).arg(m_query.search);
+    if (m_query.filter == ExplorerFilter::all)
+        return explorerText(QT_TRANSLATE_NOOP("Explorer", "This folder is empty."));
     return explorerText(QT_TRANSLATE_NOOP("Explorer", "No %1 in this folder.")).arg(m_query.filter.title().toLower());
 }
 

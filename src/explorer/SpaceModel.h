@@ -9,6 +9,7 @@
 #include <QPointer>
 #include <QSet>
 #include <QStringList>
+#include <QTimer>
 #include <QVariantList>
 #include <QVariantMap>
 
@@ -240,6 +241,10 @@ private:
     TileMemo m_memo;
     QList<ExplorerTile> m_otherTiles; // welcome or discovering
     QList<QByteArray> m_rowIds;       // ids of the rows as the view has them
+    QList<size_t> m_rowSigs;          // and what they showed
+    qint64 m_heaviest = 1;            // largest size among the rows, at least 1
+    QTimer m_progressTimer;
+    QHash<QByteArray, Risk> m_discoveredRisks; // verdicts of the running scan's entries
     int m_shown = pageSize;
     QByteArray m_hovered;
     bool m_gridFocused = false;

@@ -89,12 +89,21 @@ QList<ExplorerTile> welcomeTiles()
     return tiles;
 }
 
-QList<ExplorerTile> discoveringTiles(const ScanProgress &progress)
+QList<ExplorerTile> discoveringTiles(const ScanProgress &progress, QHash<QByteArray, Risk> *risks)
 {
     QList<ExplorerEntry> entries;
     entries.reserve(progress.discovered.size());
-    for (const DiscoveredEntry &d : progress.discovered)
-        entries.append(ExplorerEntry::fromDiscovered(d));
+    for (const DiscoveredEntry &d : progress.discovered) {
+        std::optional<Risk> known;
+        if (risks) {
+            const auto it = risks->constFind(d.path);
+            if (it != risks->constEnd())
+                known = *it;
+        }
+        entries.append(ExplorerEntry::fromDiscovered(d, known));
+        if (risks && !known)
+            risks->insert(d.path, entries.last().risk);
+    }
     QList<ExplorerTile> tiles = mark(entries, progress.bytesScanned);
     const int n = int(tiles.size());
     const int extra = n < 20 ? 24 - n : 4;

@@ -32,7 +32,8 @@ QList<ExplorerTile> welcomeTiles();
 
 // The scan's live list followed by waiting placeholders: filled up to 24 while
 // fewer than 20 are found, then always four more.
-QList<ExplorerTile> discoveringTiles(const ScanProgress &progress);
+// `risks`, if given, keeps each path's verdict between calls of one scan.
+QList<ExplorerTile> discoveringTiles(const ScanProgress &progress, QHash<QByteArray, Risk> *risks = nullptr);
 
 // What the results list is filtered and sorted by.
 struct Query {
