@@ -293,7 +293,7 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             width: 110
             fraction: tile.weight
-            tint: tile.bloated ? Look.honey : Look.withAlpha("white", 0.32)
+            tint: tile.bloated ? Look.honey : Look.withAlpha(Look.ink2, 0.45)
         }
         SizeLine {
             id: sizeColumn

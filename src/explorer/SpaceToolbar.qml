@@ -22,7 +22,7 @@ Item {
             width: 210
             placeholderText: qsTr("Search this folder")
             text: bar.space.search
-            onTextEdited: bar.space.search = text
+            onTextChanged: if (text !== bar.space.search) bar.space.search = text
             Connections {
                 target: bar.space
                 function onSearchChanged() {

@@ -163,7 +163,7 @@ FocusScope {
             cellWidth: width / columns
             cellHeight: 132 + 8
             clip: true
-            reuseItems: true
+            reuseItems: false
             cacheBuffer: 280
             boundsBehavior: Flickable.StopAtBounds
             footer: footer
@@ -183,10 +183,6 @@ FocusScope {
                 NumberAnimation { property: "scale"; from: 0.6; to: 1; duration: 260; easing.type: Easing.OutCubic }
                 NumberAnimation { property: "opacity"; from: 0; to: 1; duration: 200 }
             }
-            remove: Transition {
-                enabled: !Look.reducedMotion
-                NumberAnimation { property: "opacity"; to: 0; duration: 160 }
-            }
         }
 
         ListView {
@@ -199,7 +195,7 @@ FocusScope {
             model: view.listLayout ? model : null
             spacing: 2
             clip: true
-            reuseItems: true
+            reuseItems: false
             cacheBuffer: 200
             boundsBehavior: Flickable.StopAtBounds
             footer: footer

@@ -57,7 +57,6 @@ Column {
                 required property var modelData
                 kind: SorvelButtonStyle.Ghost
                 size: SorvelButtonStyle.Small
-                anchors.verticalCenter: parent.verticalCenter
                 text: modelData.title
                 toolTip: modelData.help
                 onClicked: AppState.scanText(modelData.path)
