@@ -256,7 +256,8 @@ Item {
                     color: Look.ink
                 }
                 RiskBadge {
-                    visible: tile.artifactKind.length === 0
+                    visible: tile.artifactKind.length === 0 && tile.riskTitle.length > 0
+                             && tile.riskLevel !== "normal"
                     anchors.verticalCenter: parent.verticalCenter
                     level: ["safe", "normal", "caution", "danger", "locked"].indexOf(tile.riskLevel)
                     title: tile.riskTitle
