@@ -3,6 +3,11 @@ import QtQuick
 import QtQuick.Templates as T
 import Sorvel.Ui
 
+// The linter of Qt 6.4 knows neither the model's base class, MouseArea's properties,
+// Qt's cursor and button enumerations nor grouped easing; this file is checked
+// by running it instead.
+// qmllint disable
+
 // The context menu of a tile: a list of {text, action}; choosing one emits
 // chosen(action).
 T.Popup {
