@@ -36,7 +36,9 @@ bool isGrime(const ExplorerEntry &entry)
         return true;
     if (level == Risk::Level::normal && entry.hasArtifactKind())
         return true;
-    if (level == Risk::Level::normal && ExplorerEntry::cacheNames().contains(entry.name.toLower()))
+    // The longest cache name has 11 characters: longer names need no folding.
+    if (level == Risk::Level::normal && entry.name.size() <= 11 &&
+        ExplorerEntry::cacheNames().contains(entry.name.toLower()))
         return true;
     if ((level == Risk::Level::normal || level == Risk::Level::caution) && entry.category &&
         *entry.category == FileCategory::diskImage)
@@ -47,6 +49,11 @@ bool isGrime(const ExplorerEntry &entry)
 int seed(const QByteArray &id) { return int(qHash(id) % 997u); }
 
 QList<ExplorerTile> mark(const QList<ExplorerEntry> &entries, qint64 total)
+{
+    return mark(QList<ExplorerEntry>(entries), total);
+}
+
+QList<ExplorerTile> mark(QList<ExplorerEntry> &&entries, qint64 total)
 {
     const double limit = double(total) * 0.15;
     std::vector<bool> grime(size_t(entries.size()));
@@ -65,7 +72,8 @@ QList<ExplorerTile> mark(const QList<ExplorerEntry> &entries, qint64 total)
     QList<ExplorerTile> tiles;
     tiles.reserve(entries.size());
     for (qsizetype i = 0; i < entries.size(); ++i) {
-        ExplorerTile tile{entries[i], ExplorerTile::Condition::clean, seed(entries[i].id)};
+        const int tileSeed = seed(entries[i].id);
+        ExplorerTile tile{std::move(entries[i]), ExplorerTile::Condition::clean, tileSeed};
         if (grime[size_t(i)])
             tile.condition = ExplorerTile::Condition::stained;
         else if (std::find(candidates.begin(), candidates.end(), i) != candidates.end())
@@ -104,7 +112,7 @@ QList<ExplorerTile> discoveringTiles(const ScanProgress &progress, QHash<QByteAr
         if (risks && !known)
             risks->insert(d.path, entries.last().risk);
     }
-    QList<ExplorerTile> tiles = mark(entries, progress.bytesScanned);
+    QList<ExplorerTile> tiles = mark(std::move(entries), progress.bytesScanned);
     const int n = int(tiles.size());
     const int extra = n < 20 ? 24 - n : 4;
     for (int k = 0; k < extra; ++k) {
@@ -181,7 +189,7 @@ const QList<ExplorerTile> &resultTiles(const DirNodePtr &current, int revision, 
     std::stable_sort(joined.begin(), joined.end(),
                      [](const ExplorerEntry &a, const ExplorerEntry &b) { return a.size > b.size; });
 
-    QList<ExplorerTile> candidates = mark(joined, current->size);
+    QList<ExplorerTile> candidates = mark(std::move(joined), current->size);
     candidates.append(mark(small, std::numeric_limits<qint64>::max()));
 
     QList<ExplorerTile> kept;

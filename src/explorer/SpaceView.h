@@ -26,6 +26,7 @@ bool isGrime(const ExplorerEntry &entry);
 // stained; of the rest, entries of at least 1 GB and 15 % of `total` that are
 // not measuring are candidates for bloated, and the three largest are.
 QList<ExplorerTile> mark(const QList<ExplorerEntry> &entries, qint64 total);
+QList<ExplorerTile> mark(QList<ExplorerEntry> &&entries, qint64 total);
 
 // The 24 tiles of the welcome picture.
 QList<ExplorerTile> welcomeTiles();

@@ -150,6 +150,26 @@ private slots:
                  u"Careful: “Photos”: holds photos. You'll confirm before anything is removed."_qs);
     }
 
+    void compositionStrip()
+    {
+        // 99.9 % in one category: the others still get 2 points.
+        const QList<double> widths = TileText::segmentWidths({999'000, 500, 500}, 1006);
+        QCOMPARE(widths.size(), 3);
+        QVERIFY(qAbs(widths[0] - 999'000.0 * 1000 / 1'000'000) < 1e-9);
+        QCOMPARE(widths[1], 2.0);
+        QCOMPARE(widths[2], 2.0);
+        QVERIFY(TileText::segmentWidths({}, 500).isEmpty());
+
+        // The legend: 6, else 4, 3 or 2 entries, the most that fit.
+        const QList<double> entries{50, 50, 50, 50, 50, 50, 50, 50};
+        QCOMPARE(TileText::legendCount(entries, 1000, 10), 6);
+        QCOMPARE(TileText::legendCount(entries, 340, 10), 4); // six need 350
+        QCOMPARE(TileText::legendCount(entries, 200, 10), 3);
+        QCOMPARE(TileText::legendCount(entries, 100, 10), 2);
+        QCOMPARE(TileText::legendCount({50, 50, 50}, 1000, 10), 3);
+        QCOMPARE(TileText::legendCount({}, 1000, 10), 0);
+    }
+
     void repeatsAndTheNavigationGuard()
     {
         // The second click of a double-click never counts.
