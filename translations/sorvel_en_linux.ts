@@ -62,6 +62,21 @@
     </message>
 </context>
 <context>
+    <name>DeletionFailure</name>
+    <message>
+        <source>Protected by macOS</source>
+        <translation>Protected by the system</translation>
+    </message>
+    <message>
+        <source>macOS blocks apps from changing these (System Integrity Protection or privacy protection for another app's data). Full Disk Access unlocks some of them; the rest only macOS itself can remove.</source>
+        <translation>The system does not let anyone but their owner remove these (locked, immutable or in a shared folder that protects each user's files). Their owner or an administrator can remove them.</translation>
+    </message>
+    <message>
+        <source>These belong to another user or to the system. Remove them in Finder (it will ask for your password) if you're sure.</source>
+        <translation>These belong to another user or to the system. Remove them as an administrator (your file manager or sudo will ask for the password) if you're sure.</translation>
+    </message>
+</context>
+<context>
     <name>TopBar</name>
     <message>
         <source>Stop scanning (⌘.)</source>

@@ -11,21 +11,27 @@
 #include "deepclean/CleanupModel.h"
 #include "duplicates/DuplicatesModel.h"
 #include "removal/CleanQueue.h"
+#include "removal/Deletion.h"
+#include "removal/FileOperations.h"
 
 #include <QByteArray>
 #include <QByteArrayList>
+#include <QHash>
 #include <QList>
 #include <QMap>
 #include <QObject>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QThreadPool>
 #include <QTimer>
 #include <QUrl>
 #include <QVariant>
+#include <QVariantList>
 #include <QVariantMap>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 class Desktop;
@@ -63,6 +69,16 @@ class AppState : public QObject
     Q_PROPERTY(CleanQueue *queue READ queue CONSTANT)
     Q_PROPERTY(CleanupModel *cleanup READ cleanup CONSTANT)
     Q_PROPERTY(DuplicatesModel *duplicates READ duplicates CONSTANT)
+    Q_PROPERTY(bool isReviewing READ isReviewing WRITE setReviewing NOTIFY isReviewingChanged)
+    Q_PROPERTY(bool isDeleting READ isDeleting NOTIFY isDeletingChanged)
+    // Lossless text form of the paths of the removal under way.
+    Q_PROPERTY(QStringList vanishingPaths READ vanishingPathsText NOTIFY vanishingPathsChanged)
+    // Selection ids of the removal under way, in their text form.
+    Q_PROPERTY(QStringList sorvelisingIDs READ sorvelisingIDsText NOTIFY sorvelisingIDsChanged)
+    Q_PROPERTY(qint64 sessionFreed READ sessionFreed NOTIFY sessionFreedChanged)
+    Q_PROPERTY(bool hasDeletionFailures READ hasDeletionFailures NOTIFY deletionFailuresChanged)
+    // Each failure as {path (text form), reason (raw value), title, explanation, detail}.
+    Q_PROPERTY(QVariantList deletionFailures READ deletionFailuresValue NOTIFY deletionFailuresChanged)
 
 public:
     // Walks a tree on a worker; DiskScanner::scan unless replaced.
@@ -86,6 +102,13 @@ public:
     // Not owned; may be null, and then nothing that needs the desktop happens.
     void setDesktop(Desktop *desktop) { m_desktop = desktop; }
     Desktop *desktop() const { return m_desktop; }
+    // What removes files; FileOperations::system() unless replaced. A removal
+    // under way keeps the one it started with.
+    void setFileOperations(std::shared_ptr<FileOperations> operations) { m_fileOperations = std::move(operations); }
+    const std::shared_ptr<FileOperations> &fileOperations() const { return m_fileOperations; }
+    // Scales the minimum time a removal stays on screen (1 unless set; tests
+    // use 0 so they do not wait).
+    void setShowTimeScale(double scale) { m_showTimeScale = scale; }
 
     // True when the launch arguments hold "-demo".
     bool isDemo() const { return m_demo; }
@@ -148,6 +171,53 @@ public:
     std::optional<VolumeInfo> rootVolume() const;
     QVariant rootVolumeValue() const;
 
+    // -- Removal ---------------------------------------------------------------
+    bool isReviewing() const { return m_isReviewing; }
+    void setReviewing(bool on);
+    bool isDeleting() const { return m_isDeleting; }
+    const std::optional<DeletionRequest> &pendingDeletion() const { return m_pendingDeletion; }
+    void setPendingDeletion(const std::optional<DeletionRequest> &request);
+    const std::optional<ConfirmRequest> &confirm() const { return m_confirm; }
+    void setConfirm(const std::optional<ConfirmRequest> &request);
+    const QSet<QByteArray> &vanishingPaths() const { return m_vanishingPaths; }
+    QStringList vanishingPathsText() const;
+    const QSet<QByteArray> &sorvelisingIDs() const { return m_sorvelisingIDs; }
+    QStringList sorvelisingIDsText() const;
+    // Path -> bytes freed by the last removal. Not observed.
+    const QHash<QByteArray, qint64> &lastRemoval() const { return m_lastRemoval; }
+    qint64 sessionFreed() const { return m_sessionFreed; }
+    // What stayed behind after the last removal; absent when nothing did.
+    const std::optional<QList<DeletionFailure>> &deletionFailures() const { return m_deletionFailures; }
+    bool hasDeletionFailures() const { return m_deletionFailures.has_value(); }
+    QVariantList deletionFailuresValue() const;
+    void setDeletionFailures(const std::optional<QList<DeletionFailure>> &failures);
+    Q_INVOKABLE void clearDeletionFailures() { setDeletionFailures(std::nullopt); }
+
+    // Opens the review, unless the selection is empty or a removal runs.
+    Q_INVOKABLE void sorvelise();
+    // Removes the selected items with these ids (the ticked rows of the review):
+    // expands them into paths and hands them to performDeletion.
+    void sorvelise(const QSet<QByteArray> &ids, bool permanently);
+    Q_INVOKABLE void sorveliseText(const QStringList &ids, bool permanently);
+    // What sorvelise(ids, ...) would hand to performDeletion: absent when no
+    // queued item has one of the ids; without items when they expand to nothing.
+    std::optional<DeletionRequest> deletionRequest(const QSet<QByteArray> &ids);
+    // A click on a row: selects or deselects it; inside a selected folder it
+    // leaves that one thing out.
+    void toggleSelection(const CleanItem &item);
+    // Opens the selected folder that covers `path` and selects everything in it
+    // except `path` (and the small files the scan did not list).
+    void deselectInside(const QByteArray &path);
+    Q_INVOKABLE void deselectInsideText(const QString &path);
+    // Puts the paths on the clipboard, one a line.
+    void copyPaths(const QByteArrayList &paths);
+    Q_INVOKABLE void copyPathsText(const QStringList &paths);
+    // Runs one removal: the guard's last word, the file operations on a worker,
+    // at least the minimum show time, then the model, the toast, the failures,
+    // the request's onComplete and a volume refresh. Returns at once. In demo
+    // mode nothing on disk is touched.
+    void performDeletion(const DeletionRequest &request, bool permanently);
+
     // -- Operations ------------------------------------------------------------
     // Runs once: lists the volumes and keeps them fresh, checks disk access, and
     // honours "-scan PATH" and "-section ITEM"; in demo mode loads the demo data.
@@ -184,6 +254,17 @@ signals:
     void toastChanged();
     void largestCategoryChanged();
     void folderFocusChanged();
+    void isReviewingChanged();
+    void isDeletingChanged();
+    void pendingDeletionChanged();
+    void confirmChanged();
+    void vanishingPathsChanged();
+    void sorvelisingIDsChanged();
+    void sessionFreedChanged();
+    void deletionFailuresChanged();
+    // After a removal has been applied to the models and the paths of the
+    // removal under way have been emptied: the moment the views animate.
+    void removalApplied();
 
 private:
     // Writes `value` into `field` and emits `changed`, unless they are equal.
@@ -200,6 +281,11 @@ private:
     void finishScan(const CancelTokenPtr &token, const ScanResultPtr &result, const QByteArray &target);
     void launchDemo();
     void handleSectionArgument();
+    void pretendDeletion(const DeletionRequest &request);
+    void applyRemoval(const QSet<QByteArray> &paths);
+    // The closing steps shared by a real and a pretended removal.
+    void closeRemoval(const QSet<QByteArray> &removed);
+    int showTimeMilliseconds(qsizetype count) const;
 
     // Observed.
     std::optional<SidebarItem> m_section = SidebarItem::overview;
@@ -216,6 +302,14 @@ private:
     std::optional<Toast> m_toast;
     std::optional<FileCategory> m_largestCategory;
     QByteArray m_folderFocus;
+    bool m_isReviewing = false;
+    bool m_isDeleting = false;
+    std::optional<DeletionRequest> m_pendingDeletion;
+    std::optional<ConfirmRequest> m_confirm;
+    QSet<QByteArray> m_vanishingPaths;
+    QSet<QByteArray> m_sorvelisingIDs;
+    qint64 m_sessionFreed = 0;
+    std::optional<QList<DeletionFailure>> m_deletionFailures;
 
     // Unobserved.
     QMap<Area::Value, SidebarItem> m_lastInArea;
@@ -234,6 +328,9 @@ private:
     ScanFunction m_scanFunction;
     VolumesFunction m_volumesFunction;
     Desktop *m_desktop = nullptr;
+    std::shared_ptr<FileOperations> m_fileOperations = FileOperations::system();
+    double m_showTimeScale = 1.0;
+    QHash<QByteArray, qint64> m_lastRemoval;
     QTimer m_volumeTimer;
     QThreadPool m_workers;
 };

@@ -2,6 +2,8 @@
 
 #include "Paths.h"
 
+#include <algorithm>
+
 CategoryTotal ScanResult::total(FileCategory category) const
 {
     const auto it = categoryTotals.find(category);
@@ -53,4 +55,161 @@ DirNodePtr ScanResult::node(QByteArrayView path) const
         current = std::move(next);
     }
     return current;
+}
+
+namespace {
+
+void takeFrom(qint64 &value, qint64 amount) { value = std::max<qint64>(0, value - amount); }
+
+// Takes size and count off `node` and every folder above it.
+void takeUpwards(DirNodePtr node, qint64 size, qint64 count)
+{
+    for (; node; node = node->parentNode()) {
+        takeFrom(node->size, size);
+        takeFrom(node->fileCount, count);
+    }
+}
+
+} // namespace
+
+void ScanResult::remove(const QSet<QByteArray> &paths, const QHash<QByteArray, qint64> &sizes)
+{
+    if (paths.isEmpty())
+        return;
+
+    QSet<QByteArray> wanted;
+    wanted.reserve(paths.size());
+    for (const QByteArray &path : paths)
+        wanted.insert(Paths::comparable(path));
+
+    auto takeFromCategory = [this](FileCategory category, qint64 size, qint64 count) {
+        const auto it = categoryTotals.find(category);
+        if (it == categoryTotals.end())
+            return;
+        takeFrom(it->second.size, size);
+        takeFrom(it->second.count, count);
+    };
+
+    // What went below each path, for the artefacts' own figures.
+    struct Taken {
+        QByteArray path;
+        qint64 size;
+        qint64 count;
+    };
+    std::vector<Taken> taken;
+
+    QSet<qint64> removedIDs;
+    QSet<QByteArray> handled;
+
+    // Listed files.
+    for (const FileItem &file : files) {
+        const QByteArray key = Paths::comparable(file.path);
+        if (!wanted.contains(key))
+            continue;
+        removedIDs.insert(file.id);
+        handled.insert(key);
+        if (const DirNodePtr parent = file.parentNode()) {
+            std::erase_if(parent->files, [&](const FileItem &f) { return f.id == file.id; });
+            takeUpwards(parent, file.size, 1);
+        }
+        takeFromCategory(file.category, file.size, 1);
+        taken.push_back({file.path, file.size, 1});
+    }
+
+    // Folders that went whole, detached from the tree at once; their listed
+    // files are found afterwards in one pass over `files`.
+    struct GoneFolder {
+        QByteArray path;
+        DirNodePtr node;
+        qint64 size;
+        qint64 listed = 0;
+    };
+    std::vector<GoneFolder> gone;
+    QHash<const DirNode *, size_t> goneIndex;
+
+    for (const QByteArray &path : paths) {
+        if (handled.contains(Paths::comparable(path)))
+            continue;
+        if (const DirNodePtr n = node(path)) {
+            const DirNodePtr parent = n->parentNode();
+            if (!parent)
+                continue; // the root never goes
+            std::erase_if(parent->children, [&](const DirNodePtr &child) { return child == n; });
+            takeUpwards(parent, n->size, n->fileCount);
+            goneIndex.insert(n.get(), gone.size());
+            gone.push_back({path, n, n->size});
+            taken.push_back({path, n->size, n->fileCount});
+            continue;
+        }
+        const qint64 size = sizes.value(path, 0);
+        if (size <= 0)
+            continue;
+        // A small file the scan rolled up into its folder.
+        const DirNodePtr parent = node(Paths::parentOf(path));
+        if (!parent)
+            continue;
+        takeFrom(parent->smallFilesSize, size);
+        takeUpwards(parent, size, 1);
+        takeFromCategory(FileCategory::forFileName(Paths::lastComponent(path)), size, 1);
+        taken.push_back({path, size, 1});
+    }
+
+    if (!gone.empty()) {
+        // Each listed file belongs to the nearest folder above it that went
+        // (a detached folder still knows its old parent).
+        for (const FileItem &file : files) {
+            if (removedIDs.contains(file.id))
+                continue;
+            GoneFolder *owner = nullptr;
+            if (DirNodePtr at = file.parentNode()) {
+                for (; at && !owner; at = at->parentNode()) {
+                    const auto it = goneIndex.constFind(at.get());
+                    if (it != goneIndex.cend())
+                        owner = &gone[*it];
+                }
+            } else {
+                // No tree to walk: go by the path, nearest folder first.
+                for (GoneFolder &folder : gone)
+                    if (Paths::isBelow(file.path, folder.path) && (!owner || folder.path.size() > owner->path.size()))
+                        owner = &folder;
+            }
+            if (!owner)
+                continue;
+            removedIDs.insert(file.id);
+            owner->listed += file.size;
+            takeFromCategory(file.category, file.size, 1);
+        }
+        // What no listed file stands for comes off `other`, by its size and by
+        // a count of one, however many files it was.
+        for (const GoneFolder &folder : gone)
+            takeFromCategory(FileCategory::other, std::max<qint64>(folder.size - folder.listed, 0), 1);
+    }
+
+    if (!removedIDs.isEmpty())
+        std::erase_if(files, [&](const FileItem &file) { return removedIDs.contains(file.id); });
+
+    // Artefacts that went, or lie inside what went; the others lose what went
+    // inside them.
+    std::erase_if(artifacts, [&](const DevArtifact &artifact) {
+        const QByteArray key = Paths::comparable(artifact.path);
+        if (wanted.contains(key))
+            return true;
+        for (const QByteArray &path : paths)
+            if (Paths::isBelow(artifact.path, path))
+                return true;
+        return false;
+    });
+    bool resized = false;
+    for (DevArtifact &artifact : artifacts) {
+        for (const Taken &t : taken) {
+            if (Paths::isBelow(t.path, artifact.path)) {
+                takeFrom(artifact.size, t.size);
+                takeFrom(artifact.fileCount, t.count);
+                resized = true;
+            }
+        }
+    }
+    if (resized)
+        std::stable_sort(artifacts.begin(), artifacts.end(),
+                         [](const DevArtifact &a, const DevArtifact &b) { return a.size > b.size; });
 }

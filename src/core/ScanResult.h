@@ -7,6 +7,8 @@
 
 #include <QByteArray>
 #include <QByteArrayList>
+#include <QHash>
+#include <QSet>
 
 #include <map>
 #include <memory>
@@ -40,6 +42,17 @@ public:
 
     // The node of a directory path, or null. Files and packages have no node.
     DirNodePtr node(QByteArrayView path) const;
+
+    // Takes out what a removal took, by subtraction, never by adding up again:
+    // listed files, folders that went whole and loose small files (those with
+    // a size above 0 in `sizes`, the bytes each freed). Every size and count on
+    // the way up, the category totals and the artefacts lose what went; nothing
+    // goes below 0. A folder that went whole comes off its category totals by
+    // its listed files, and the rest of it off `other`, by its size and by a
+    // count of one (its unlisted files are not known one by one). Paths the
+    // scan does not know change nothing, and the root itself never goes.
+    // Notifies nobody.
+    void remove(const QSet<QByteArray> &paths, const QHash<QByteArray, qint64> &sizes);
 };
 
 using ScanResultPtr = std::shared_ptr<ScanResult>;

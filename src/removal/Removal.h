@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Deletion.h"
+#include "FileOperations.h"
+
+#include "safety/SafetyProfile.h"
+
+#include <QByteArray>
+#include <QByteArrayList>
+#include <QHash>
+#include <QList>
+
+// The part of a removal that touches the disk: runs on a worker with a copy of
+// the items and a file-operations object of its own, and touches no model.
+namespace Removal {
+
+struct Outcome {
+    // Path -> bytes that went. A path that had vanished already counts with 0.
+    QHash<QByteArray, qint64> freed;
+    // What stayed behind, in the order met.
+    QList<DeletionFailure> failures;
+};
+
+// Removes (or moves to the Trash) each item in order; a failure never stops
+// the next one. A folder item with clearInsideOnFailure that will not go whole
+// has its contents removed one by one, down to five levels of folders below
+// it; the folder itself then gets no entry in `freed`, only what went inside.
+// Symbolic links are never followed. Whatever the guard keeps inside such a
+// folder is reported with its sentence and left alone.
+Outcome run(const QList<DeletionItem> &items, bool permanently, FileOperations &operations,
+            const SafetyProfile &profile = SafetyProfile::standard());
+
+// Bytes on disk of a path: its allocated size, or for a folder the sum over the
+// files below it, each hard-linked file counted once. 0 when it cannot be read.
+qint64 measure(const QByteArray &path);
+
+// The names inside a folder, exact bytes, "." and ".." left out; empty (and
+// `ok` false) when it cannot be listed.
+QByteArrayList listNames(const QByteArray &dir, bool *ok = nullptr);
+
+// Seconds a removal of `count` selected items stays on screen at least:
+// 0.55 per item plus 0.9, no less than 1 and no more than 8.
+double minimumShowTime(qsizetype count);
+
+} // namespace Removal

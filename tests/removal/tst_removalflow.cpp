@@ -1,0 +1,441 @@
+#include "RemovalFixtures.h"
+#include "TestMain.h"
+
+#include "core/AppState.h"
+#include "core/Desktop.h"
+#include "core/Fmt.h"
+#include "core/Paths.h"
+#include "core/Prefs.h"
+#include "safety/SafetyGuard.h"
+#include "scan/DiskScanner.h"
+
+#include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+using namespace RemovalFixtures;
+
+namespace {
+
+class FakeDesktop : public Desktop
+{
+public:
+    QStringList copied;
+    void chooseFolder(const QString &, const QString &, const QByteArray &, FolderChosen done) override { done({}); }
+    void copyText(const QString &text) override { copied << text; }
+    void reveal(const QByteArrayList &) override {}
+    void openFullDiskAccessSettings() override {}
+};
+
+CleanItem pathItem(const QByteArray &path, qint64 size, CleanItem::Kind kind = CleanItem::Kind::file,
+                   CleanItem::Source source = CleanItem::Source::space)
+{
+    CleanItem item;
+    item.id = path;
+    item.name = QString::fromUtf8(Paths::lastComponent(path));
+    item.size = size;
+    item.kind = kind;
+    item.source = source;
+    return item;
+}
+
+CleanItem junkItem(const char *location, qint64 size = 100)
+{
+    CleanItem item;
+    item.id = QByteArray(CleanItem::junkPrefix.toByteArray()) + location;
+    item.name = QString::fromLatin1(location);
+    item.size = size;
+    item.kind = CleanItem::Kind::junk;
+    item.heat = 1;
+    item.source = CleanItem::Source::deepClean;
+    return item;
+}
+
+QString toastText(const AppState &state) { return state.toast() ? state.toast()->message : QString(); }
+
+// A state that removes through a watched seam and does not wait to show it.
+struct Fixture {
+    std::shared_ptr<RecordingOperations> operations = std::make_shared<RecordingOperations>();
+    FakeDesktop desktop;
+    AppState state;
+
+    explicit Fixture(const QByteArrayList &arguments = {"sorvel-cleaner"})
+    {
+        state.setArguments(arguments);
+        state.setVolumesFunction([] { return QList<VolumeInfo>(); });
+        state.setFileOperations(operations);
+        state.setShowTimeScale(0);
+        state.setDesktop(&desktop);
+    }
+
+    // Runs the removal of these ids to its end.
+    bool sorvelise(const QSet<QByteArray> &ids, bool permanently)
+    {
+        QSignalSpy applied(&state, &AppState::removalApplied);
+        state.sorvelise(ids, permanently);
+        return applied.wait(5000);
+    }
+
+    // Loads a real scan of `root`, every file listed from `threshold` bytes.
+    bool scan(const QByteArray &root, qint64 threshold = 1)
+    {
+        state.setScanFunction([threshold](const QByteArray &r, const ScanOptions &, qint64 firstID,
+                                          const CancelTokenPtr &token, const DiskScanner::ProgressCallback &) {
+            ScanOptions options;
+            options.minTrackedSize = threshold;
+            return DiskScanner::scan(r, options, firstID, token, {});
+        });
+        QSignalSpy done(&state, &AppState::resultChanged);
+        state.scan(root);
+        return done.wait(5000);
+    }
+};
+
+} // namespace
+
+class TestRemovalFlow : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_prefsDir;
+    int m_store = 0;
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(m_prefsDir.isValid());
+        Prefs::registerDefaults();
+    }
+
+    void init() { Prefs::useFile(m_prefsDir.filePath(QStringLiteral("prefs-%1.ini").arg(++m_store))); }
+
+    void openingTheReview()
+    {
+        Fixture f;
+        f.state.sorvelise();
+        QVERIFY(!f.state.isReviewing());
+        f.state.queue()->add(pathItem("/nowhere/x", 1));
+        f.state.sorvelise();
+        QVERIFY(f.state.isReviewing());
+        // Ids that match nothing close the review, and nothing else happens.
+        f.state.sorvelise({"/elsewhere"}, false);
+        QVERIFY(!f.state.isReviewing());
+        QVERIFY(!f.state.toast());
+        QVERIFY(!f.state.isDeleting());
+        QCOMPARE(f.state.queue()->count(), 1);
+    }
+
+    // Junk locations, a contents-only folder and plain items expand into one
+    // flat list without repeats; the first item to name a path wins.
+    void expansion()
+    {
+        const QByteArray home = TestMain::home();
+        const QByteArray cache = home + "/.cache";
+        QVERIFY(makeDirs(cache + "/app"));
+        QVERIFY(makeDirs(cache + "/thumbnails/large"));
+        QVERIFY(makeFile(cache + "/com.apple.kept", 10));
+        QTemporaryDir dir;
+        const QByteArray plain = bytes(dir) + "/plain.bin";
+        QVERIFY(makeFile(plain, 10));
+
+        Fixture f;
+        f.state.queue()->add(junkItem("thumbnails", 300));
+        f.state.queue()->add(pathItem(cache, 1000, CleanItem::Kind::folder, CleanItem::Source::files));
+        f.state.queue()->add(pathItem(plain, 10));
+        f.state.queue()->add(
+            pathItem(bytes(dir) + "/picked", 20, CleanItem::Kind::artifact, CleanItem::Source::deepClean));
+        f.state.queue()->add(junkItem("nonesuch", 5));
+        const QSet<QByteArray> ids = {"junk:thumbnails", cache, plain, bytes(dir) + "/picked", "junk:nonesuch"};
+        const std::optional<DeletionRequest> request = f.state.deletionRequest(ids);
+        QVERIFY(request);
+
+        QList<DeletionItem> expected = {
+            {cache + "/thumbnails/large", std::nullopt, true},
+            {cache + "/app", std::nullopt, true},
+            {cache + "/thumbnails", std::nullopt, true},
+            {plain, 10, false},
+            {bytes(dir) + "/picked", 20, true},
+        };
+        // The contents-only folder lists in directory order.
+        QList<DeletionItem> got = request->items;
+        std::sort(got.begin() + 1, got.begin() + 3,
+                  [](const DeletionItem &a, const DeletionItem &b) { return a.path < b.path; });
+        QCOMPARE(got, expected);
+        QCOMPARE(request->estimatedSize, 300 + 1000 + 10 + 20 + 5);
+        QCOMPARE(request->queueIDs, ids);
+        QVERIFY(request->title.isEmpty());
+        QVERIFY(!request->summary);
+        QCOMPARE(request->protectedCount(), 0);
+        QVERIFY(QDir().rmpath(QFile::decodeName(cache + "/app")));
+        QVERIFY(QDir().rmpath(QFile::decodeName(cache + "/thumbnails/large")));
+        QVERIFY(QFile::remove(QFile::decodeName(cache + "/com.apple.kept")));
+    }
+
+    void nothingLeft()
+    {
+        const QByteArray cache = TestMain::home() + "/.cache";
+        QVERIFY(makeDirs(cache));
+        Fixture f;
+        f.state.queue()->add(pathItem(cache, 0, CleanItem::Kind::folder));
+        f.state.sorvelise({cache}, false);
+        QCOMPARE(toastText(f.state), QStringLiteral("Nothing left to sorvelise"));
+        QCOMPARE(f.state.toast()->symbol, QStringLiteral("info.circle.fill"));
+        QCOMPARE(f.state.queue()->count(), 1);
+        QVERIFY(f.operations->calls().isEmpty());
+    }
+
+    // A protected path never reaches a file operation, whatever put it in the
+    // request; it is reported with the guard's sentence and leaves the queue.
+    void protectedPathsNeverReachTheDisk()
+    {
+        const QByteArray home = TestMain::home();
+        const QByteArray documents = home + "/Documents";
+        QVERIFY(makeDirs(documents));
+        QVERIFY(makeFile(documents + "/canary", 10));
+        QTemporaryDir dir;
+        const QByteArray plain = bytes(dir) + "/plain";
+        QVERIFY(makeFile(plain, 10));
+
+        Fixture f;
+        f.state.queue()->add(pathItem(documents, 10, CleanItem::Kind::folder));
+        f.state.queue()->add(pathItem(home + "/./", 10, CleanItem::Kind::folder));
+        f.state.queue()->add(pathItem(plain, 10));
+        const QSet<QByteArray> ids = {documents, home + "/./", plain};
+        QCOMPARE(f.state.deletionRequest(ids)->protectedCount(), 2);
+        QVERIFY(f.sorvelise(ids, true));
+
+        QCOMPARE(f.operations->calls(), QByteArrayList{plain});
+        QVERIFY(exists(documents + "/canary"));
+        QVERIFY(!exists(plain));
+        const QList<DeletionFailure> failures = f.state.deletionFailures().value();
+        QCOMPARE(failures.size(), 2);
+        for (const DeletionFailure &failure : failures) {
+            QCOMPARE(failure.reason, DeletionFailure::Reason::safetyGuard);
+            QCOMPARE(failure.detail, SafetyGuard::reason(DiskScanner::normalize(failure.path)));
+        }
+        // Nothing of it can ever go, so nothing of it stays selected.
+        QVERIFY(f.state.queue()->isEmpty());
+    }
+
+    // The closing steps in their order, the toast's wording, what stays queued.
+    void closingSteps_data()
+    {
+        QTest::addColumn<bool>("permanently");
+        QTest::addColumn<int>("files");
+        QTest::addColumn<QString>("words");
+        QTest::newRow("one to the Trash") << false << 1 << "1 item in the Trash";
+        QTest::newRow("two to the Trash") << false << 2 << "2 items in the Trash";
+        QTest::newRow("one for good") << true << 1 << "1 item gone for good";
+        QTest::newRow("three for good") << true << 3 << "3 items gone for good";
+    }
+
+    void closingSteps()
+    {
+        QFETCH(bool, permanently);
+        QFETCH(int, files);
+        QFETCH(QString, words);
+        QTemporaryDir dir;
+        QSet<QByteArray> ids;
+        qint64 total = 0;
+        Fixture f;
+        for (int i = 0; i < files; ++i) {
+            const QByteArray path = bytes(dir) + "/f" + QByteArray::number(i);
+            QVERIFY(makeFile(path, 5000));
+            total += allocated(path);
+            f.state.queue()->add(pathItem(path, allocated(path)));
+            ids.insert(path);
+        }
+        const QByteArray busy = bytes(dir) + "/busy";
+        QVERIFY(makeFile(busy, 10));
+        f.state.queue()->add(pathItem(busy, 10));
+        ids.insert(busy);
+        f.operations->refuse = [](const QByteArray &path) { return path.endsWith("/busy") ? EBUSY : 0; };
+
+        QStringList events;
+        QObject::connect(&f.state, &AppState::isDeletingChanged,
+                         [&] { events << QString::fromLatin1(f.state.isDeleting() ? "deleting" : "done"); });
+        QObject::connect(&f.state, &AppState::revisionChanged, [&] { events << "applied"; });
+        QObject::connect(&f.state, &AppState::vanishingPathsChanged, [&] {
+            events << QString::fromLatin1(f.state.vanishingPaths().isEmpty() ? "emptied" : "vanishing");
+        });
+        QObject::connect(&f.state, &AppState::sessionFreedChanged, [&] { events << "freed"; });
+        QObject::connect(&f.state, &AppState::toastChanged, [&] { events << "toast"; });
+        QObject::connect(&f.state, &AppState::deletionFailuresChanged, [&] { events << "failures"; });
+        QObject::connect(f.state.queue(), &CleanQueue::itemsChanged, [&] { events << "queue"; });
+
+        const int revision = f.state.revision();
+        QVERIFY(f.sorvelise(ids, permanently));
+        QCOMPARE(events, QStringList({"deleting", "vanishing", "done", "applied", "emptied", "freed", "toast",
+                                      "failures", "queue"}));
+        QCOMPARE(f.state.revision(), revision + 1);
+        QCOMPARE(f.state.sessionFreed(), total);
+        QCOMPARE(toastText(f.state), QStringLiteral("Sorvelised %1 · %2").arg(Fmt::bytes(total), words));
+        QCOMPARE(f.state.toast()->symbol, QStringLiteral("humidity.fill"));
+        // What failed stays selected for another try.
+        QCOMPARE(f.state.queue()->count(), 1);
+        QCOMPARE(f.state.queue()->items().first().id, busy);
+        QCOMPARE(f.state.deletionFailures()->first().reason, DeletionFailure::Reason::inUse);
+        QCOMPARE(f.state.lastRemoval().size(), files);
+        QVERIFY(f.state.sorvelisingIDs().isEmpty());
+    }
+
+    // Everything failed: no success toast, the model still gets its (empty)
+    // correction, onComplete still runs.
+    void everythingFailed()
+    {
+        QTemporaryDir dir;
+        const QByteArray busy = bytes(dir) + "/busy";
+        QVERIFY(makeFile(busy, 10));
+        Fixture f;
+        f.operations->refuse = [](const QByteArray &) { return EBUSY; };
+        bool completed = false;
+        DeletionRequest request;
+        request.items = {{busy, 10, false}};
+        request.onComplete = [&](const QByteArrayList &removed) {
+            completed = true;
+            QVERIFY(removed.isEmpty());
+            QVERIFY(f.state.deletionFailures());
+        };
+        const int revision = f.state.revision();
+        QSignalSpy applied(&f.state, &AppState::removalApplied);
+        f.state.performDeletion(request, false);
+        QVERIFY(f.state.isDeleting());
+        QVERIFY(applied.wait(5000));
+        QVERIFY(completed);
+        QVERIFY(!f.state.toast());
+        QCOMPARE(f.state.revision(), revision + 1);
+        QCOMPARE(f.state.sessionFreed(), 0);
+    }
+
+    // A fast worker still leaves the removal on screen for the minimum time.
+    void minimumShowTime()
+    {
+        QTemporaryDir dir;
+        const QByteArray path = bytes(dir) + "/f";
+        QVERIFY(makeFile(path, 10));
+        Fixture f;
+        f.state.setShowTimeScale(0.1); // 20 items: 8 s scaled to 0.8 s
+        DeletionRequest request;
+        request.items = {{path, 10, false}};
+        for (int i = 0; i < 20; ++i)
+            request.queueIDs.insert("id" + QByteArray::number(i));
+        QSignalSpy applied(&f.state, &AppState::removalApplied);
+        QElapsedTimer timer;
+        timer.start();
+        f.state.performDeletion(request, true);
+        QCOMPARE(f.state.sorvelisingIDs(), request.queueIDs);
+        QCOMPARE(f.state.vanishingPathsText(), QStringList{Paths::toText(path)});
+        QVERIFY(applied.wait(5000));
+        QVERIFY2(timer.elapsed() >= 790, QByteArray::number(timer.elapsed()).constData());
+    }
+
+    // Demo mode applies the removal to the model only.
+    void pretendRemoval()
+    {
+        QTemporaryDir dir;
+        const QByteArray real = bytes(dir) + "/real";
+        QVERIFY(makeFile(real, 10));
+        Fixture f({"sorvel-cleaner", "-demo"});
+        f.state.onLaunch();
+        const ScanResultPtr result = f.state.result();
+        QVERIFY(result && !result->files.empty());
+        const FileItem biggest = result->files.front();
+        const qint64 rootSize = result->root->size;
+        f.state.queue()->add(pathItem(biggest.path, biggest.size));
+        f.state.queue()->add(pathItem(real, 4096));
+
+        QVERIFY(f.sorvelise({biggest.path, real}, true));
+        QVERIFY(f.operations->calls().isEmpty());
+        QVERIFY(exists(real));
+        QCOMPARE(result->root->size, rootSize - biggest.size);
+        QCOMPARE(toastText(f.state),
+                 QStringLiteral("Sorvelised %1 · demo mode, nothing was deleted").arg(Fmt::bytes(biggest.size + 4096)));
+        QCOMPARE(f.state.sessionFreed(), 0);
+        QVERIFY(f.state.queue()->isEmpty());
+        QVERIFY(!f.state.isDeleting());
+        QVERIFY(f.state.vanishingPaths().isEmpty());
+    }
+
+    // A click inside a selected folder opens it: the siblings up the path come
+    // in, the clicked thing and the small files do not.
+    void toggleInsideSelectedFolder()
+    {
+        QTemporaryDir dir;
+        const QByteArray root = bytes(dir) + "/t";
+        QVERIFY(makeDirs(root + "/top/mid/node_modules"));
+        QVERIFY(makeDirs(root + "/top/side"));
+        QVERIFY(makeFile(root + "/top/side/s.bin", 20000));
+        QVERIFY(makeFile(root + "/top/big.bin", 20000));
+        QVERIFY(makeFile(root + "/top/tiny", 10));
+        QVERIFY(makeFile(root + "/top/mid/pick.bin", 20000));
+        QVERIFY(makeFile(root + "/top/mid/other.bin", 20000));
+        QVERIFY(makeFile(root + "/top/mid/node_modules/x.js", 20000));
+        QVERIFY(makeFile(root + "/top/mid/small", 10));
+        Fixture f;
+        QVERIFY(f.scan(root, 8192));
+        const CleanItem top = pathItem(root + "/top", 1, CleanItem::Kind::folder, CleanItem::Source::files);
+        f.state.toggleSelection(top);
+        QVERIFY(f.state.queue()->contains(root + "/top"));
+
+        f.state.toggleSelection(pathItem(root + "/top/mid/pick.bin", 1));
+        QByteArrayList ids;
+        for (const CleanItem &item : f.state.queue()->items()) {
+            ids << item.id;
+            QCOMPARE(item.source, CleanItem::Source::files);
+            if (item.id.endsWith("node_modules"))
+                QCOMPARE(item.kind, CleanItem::Kind::artifact);
+        }
+        std::sort(ids.begin(), ids.end());
+        QCOMPARE(ids, QByteArrayList({root + "/top/big.bin", root + "/top/mid/node_modules",
+                                      root + "/top/mid/other.bin", root + "/top/side"}));
+        const qint64 loose = allocated(root + "/top/tiny") + allocated(root + "/top/mid/small");
+        QCOMPARE(toastText(f.state), QStringLiteral("Left out “pick.bin” · the rest of “top” stays selected (%1 of "
+                                                    "loose small files are kept too)")
+                                         .arg(Fmt::bytes(loose)));
+        QCOMPARE(f.state.toast()->symbol, QStringLiteral("checklist"));
+
+        // A junk item never opens anything; a second click takes it out.
+        const CleanItem junk = junkItem("caches");
+        f.state.toggleSelection(junk);
+        f.state.toggleSelection(junk);
+        QVERIFY(!f.state.queue()->contains(junk.id));
+    }
+
+    void deselectInsideWithoutScan()
+    {
+        Fixture f;
+        f.state.queue()->add(pathItem("/x/folder", 1, CleanItem::Kind::folder));
+        f.state.deselectInside("/x/folder/inner");
+        QCOMPARE(f.state.queue()->count(), 1);
+        QCOMPARE(toastText(f.state),
+                 QStringLiteral("“folder” is selected as a whole. Deselect it to choose inside it"));
+    }
+
+    void copyPaths_data()
+    {
+        QTest::addColumn<QByteArrayList>("paths");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("toast");
+        QTest::newRow("none") << QByteArrayList{} << ""
+                              << "Copied 0 paths";
+        QTest::newRow("one") << QByteArrayList{"/a/b c"} << "/a/b c"
+                             << "Copied b c";
+        QTest::newRow("two") << QByteArrayList{"/a", "/b"} << "/a\n/b"
+                             << "Copied 2 paths";
+    }
+
+    void copyPaths()
+    {
+        QFETCH(QByteArrayList, paths);
+        QFETCH(QString, text);
+        QFETCH(QString, toast);
+        Fixture f;
+        f.state.copyPaths(paths);
+        QCOMPARE(f.desktop.copied, QStringList{text});
+        QCOMPARE(toastText(f.state), toast);
+        QCOMPARE(f.state.toast()->symbol, QStringLiteral("doc.on.doc.fill"));
+    }
+};
+
+SORVEL_TEST(TestRemovalFlow);
+#include "tst_removalflow.moc"
