@@ -155,6 +155,11 @@ void SpaceModel::setState(AppState *state)
         m_connections << connect(state, &AppState::revisionChanged, this, &SpaceModel::onRevisionChanged);
         m_connections << connect(state->queue(), &CleanQueue::itemsChanged, this, &SpaceModel::onQueueChanged);
         m_connections << connect(state, &AppState::recentsChanged, this, &SpaceModel::recentsChanged);
+        // Until the steamer passes over them, what a removal takes fades out
+        // where it stands.
+        const auto followRemoval = [this] { setVanishing(m_state->vanishingPaths() + m_state->sorvelisingIDs()); };
+        m_connections << connect(state, &AppState::vanishingPathsChanged, this, followRemoval);
+        m_connections << connect(state, &AppState::sorvelisingIDsChanged, this, followRemoval);
         m_connections << connect(state, &AppState::folderFocusChanged, this, [this] {
             if (m_state && !m_state->folderFocus().isEmpty() && m_state->result())
                 focus(QByteArray(m_state->folderFocus()));
@@ -866,17 +871,8 @@ void SpaceModel::toggle(int row, int clickCount, bool isMouse)
     toggleInQueue(entry);
 }
 
-// TODO(removal): switch to AppState::toggleSelection once it is on main; it
-// also splits a covering folder when a covered item is unticked.
-void SpaceModel::toggleInQueue(const ExplorerEntry &entry)
-{
-    CleanQueue *queue = m_state->queue();
-    const CleanItem item = entry.cleanItem();
-    if (queue->contains(item.id))
-        queue->remove(item.id);
-    else
-        queue->add(item);
-}
+// Selects or deselects; inside a selected folder it leaves this one thing out.
+void SpaceModel::toggleInQueue(const ExplorerEntry &entry) { m_state->toggleSelection(entry.cleanItem()); }
 
 bool SpaceModel::spaceKey()
 {
@@ -990,8 +986,8 @@ void SpaceModel::reveal(int row)
 void SpaceModel::copyPath(int row)
 {
     const ExplorerTile *tile = tileAt(row);
-    if (tile && tile->entry() && m_state && m_state->desktop())
-        m_state->desktop()->copyText(Paths::toDisplay(tile->entry()->id));
+    if (tile && tile->entry() && m_state)
+        m_state->copyPaths({tile->entry()->id});
 }
 
 void SpaceModel::preview(int row)
