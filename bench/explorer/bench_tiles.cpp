@@ -68,6 +68,6 @@ int main(int argc, char **argv)
     std::printf("  build, kind order:  %9.1f ms\n", byKind);
     std::printf("  build, search \"99\": %9.1f ms (%lld tiles)\n", search, qlonglong(memo.tiles.size()));
     std::printf("  of which verdicts:  %9.1f ms\n", risks);
-    std::printf("  memo hit:           %9.4f ms\n", hit);
+    std::printf("  memo hit:           %9.3f us\n", hit * 1000.0);
     return 0;
 }
