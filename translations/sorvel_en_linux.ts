@@ -83,4 +83,29 @@
         <translation>Stop scanning (Ctrl+.)</translation>
     </message>
 </context>
+<context>
+    <name>Explorer</name>
+    <message>
+        <source>, ⌘-click or Space to deselect</source>
+        <translation>, Ctrl-click or Space to deselect</translation>
+    </message>
+    <message>
+        <source>, ⌘-click or Space to select for cleaning</source>
+        <translation>, Ctrl-click or Space to select for cleaning</translation>
+    </message>
+</context>
+<context>
+    <name>FolderHeader</name>
+    <message>
+        <source>Up one level (⌘↑)</source>
+        <translation>Up one level (Alt+Up)</translation>
+    </message>
+</context>
+<context>
+    <name>EntryTile</name>
+    <message>
+        <source>Show in Finder</source>
+        <translation>Show in File Manager</translation>
+    </message>
+</context>
 </TS>

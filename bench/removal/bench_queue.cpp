@@ -13,7 +13,7 @@ QList<CleanItem> makeItems(int folders, int filesPerFolder)
     for (int d = 0; d < folders; ++d) {
         for (int f = 0; f < filesPerFolder; ++f) {
             CleanItem i;
-            i.id = "/home/user/Projects/p" + QByteArray::number(d) + "/build/out/file" + QByteArray::number(f) + ".o";
+            i.id = "/srv/projects/p" + QByteArray::number(d) + "/build/out/file" + QByteArray::number(f) + ".o";
             i.name = QStringLiteral("file");
             i.size = 1000 + f;
             i.kind = CleanItem::Kind::file;
@@ -55,7 +55,7 @@ private slots:
     {
         const QList<CleanItem> items = makeItems(100, 100);
         CleanItem folder;
-        folder.id = "/home/user/Projects/p50";
+        folder.id = "/srv/projects/p50";
         folder.kind = CleanItem::Kind::folder;
         QBENCHMARK
         {
@@ -69,7 +69,7 @@ private slots:
     {
         CleanQueue queue;
         queue.add(makeItems(100, 100));
-        const QByteArray probe = "/home/user/Projects/p99/build/out/file99.o/x";
+        const QByteArray probe = "/srv/projects/p99/build/out/file99.o/x";
         QBENCHMARK
         {
             for (int i = 0; i < 1000; ++i)

@@ -59,7 +59,9 @@ QStringList IconCache::iconNames(const QByteArray &path)
     static const QMimeDatabase database;
     struct stat info {};
     const bool known = ::lstat(path.constData(), &info) == 0;
-    if (known && S_ISDIR(info.st_mode))
+    // A path ending in "/" that is not on disk (a placeholder, a folder of the
+    // demo) stands for a folder too.
+    if ((known && S_ISDIR(info.st_mode)) || (!known && path.endsWith('/')))
         return {QStringLiteral("folder"), QStringLiteral("inode-directory")};
 
     const QString name = QFile::decodeName(path);

@@ -83,12 +83,7 @@ Item {
     Component {
         id: spaceView
 
-        AreaPlaceholder {
-            symbol: "circle.dotted.circle"
-            title: qsTr("Space")
-            text: Shell.hasResult ? qsTr("The map of this scan arrives with the Space explorer.")
-                                  : qsTr("Scan a folder or your whole disk to see where the space lives.")
-        }
+        SpaceView {}
     }
     Component {
         id: filesView

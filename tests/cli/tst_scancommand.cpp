@@ -1,3 +1,4 @@
+#include "Cli.h"
 #include "TestMain.h"
 
 #include "core/Fmt.h"
@@ -8,7 +9,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -18,26 +18,6 @@
 #include <unistd.h>
 
 namespace {
-
-struct Outcome {
-    int status = -1;
-    QByteArray out;
-    QByteArray err;
-};
-
-Outcome sorvel(const QStringList &args, bool asNobody = false)
-{
-    QProcess p;
-    if (asNobody && ::geteuid() == 0)
-        p.start(QStringLiteral("setpriv"), QStringList{QStringLiteral("--reuid=65534"), QStringLiteral("--regid=65534"),
-                                                       QStringLiteral("--clear-groups"), QStringLiteral(SORVEL_CLI)} +
-                                               args);
-    else
-        p.start(QStringLiteral(SORVEL_CLI), args);
-    p.waitForFinished(120000);
-    return {p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1, p.readAllStandardOutput(),
-            p.readAllStandardError()};
-}
 
 void write(const QByteArray &path, qint64 size)
 {
@@ -91,12 +71,12 @@ private slots:
     {
         const QStringList common{QStringLiteral("scan"), QFile::decodeName(m_root), QStringLiteral("--min-size"),
                                  QStringLiteral("100k"), QStringLiteral("--top"),   QStringLiteral("3")};
-        const Outcome text = sorvel(common);
+        const CliOutcome text = sorvel(common);
         QCOMPARE(text.status, 0);
         QVERIFY(text.err.isEmpty()); // no terminal, no progress
         const QString summary = QString::fromUtf8(text.out);
 
-        const Outcome json = sorvel(common + QStringList{QStringLiteral("--json")});
+        const CliOutcome json = sorvel(common + QStringList{QStringLiteral("--json")});
         QCOMPARE(json.status, 0);
         QJsonParseError error;
         const QJsonObject doc = QJsonDocument::fromJson(json.out, &error).object();
@@ -171,7 +151,7 @@ private slots:
     void options()
     {
         const QString root = QFile::decodeName(m_root);
-        const Outcome json =
+        const CliOutcome json =
             sorvel({QStringLiteral("scan"), root, QStringLiteral("--json"), QStringLiteral("--no-packages"),
                     QStringLiteral("--exclude"), root + QStringLiteral("/web/"), QStringLiteral("--skip-hidden"),
                     QStringLiteral("--min-size=0")});
@@ -188,22 +168,28 @@ private slots:
         QCOMPARE(totals[QStringLiteral("folders")].toInteger(), 6); // root movies docs Tool.app Contents MacOS
     }
 
+    // Bad input for each command: a clear message, a usage status, nothing on stdout.
     void badInput_data()
     {
         QTest::addColumn<QStringList>("args");
         QTest::addColumn<int>("status");
-        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("message"); // empty: any
         const QString root = QFile::decodeName(m_root);
-        QTest::newRow("missing") << QStringList{root + QStringLiteral("/nowhere")} << 1
-                                 << QStringLiteral("no such file or folder");
-        QTest::newRow("a file") << QStringList{root + QStringLiteral("/docs/report.pdf")} << 1
-                                << QStringLiteral("is a file, not a folder");
-        QTest::newRow("no path") << QStringList{} << 2 << QStringLiteral("which folder?");
-        QTest::newRow("unknown option") << QStringList{root, QStringLiteral("--fast")} << 2
-                                        << QStringLiteral("unknown option '--fast'");
-        QTest::newRow("bad size") << QStringList{root, QStringLiteral("--min-size"), QStringLiteral("lots")} << 2
-                                  << QStringLiteral("--min-size takes");
-        QTest::newRow("two paths") << QStringList{root, root} << 2 << QStringLiteral("one folder at a time");
+        const auto row = [](const char *name, QStringList args, int status, const char *message = "") {
+            QTest::newRow(name) << args << status << QString::fromUtf8(message);
+        };
+        row("scan missing", {u"scan"_qs, root + u"/nowhere"_qs}, 1, "no such file or folder");
+        row("scan a file", {u"scan"_qs, root + u"/docs/report.pdf"_qs}, 1, "is a file, not a folder");
+        row("scan no path", {u"scan"_qs}, 2, "sorvel scan: which folder?");
+        row("scan unknown option", {u"scan"_qs, root, u"--fast"_qs}, 2, "unknown option '--fast'");
+        row("scan bad size", {u"scan"_qs, root, u"--min-size"_qs, u"lots"_qs}, 2, "--min-size takes");
+        row("scan two paths", {u"scan"_qs, root, root}, 2, "one folder at a time");
+        row("twins no path", {u"twins"_qs}, 2);
+        row("twins not a number", {u"twins"_qs, root, u"--min-size"_qs, u"ten"_qs}, 2);
+        row("twins unknown option", {u"twins"_qs, root, u"--fast"_qs}, 2);
+        row("twins two paths", {u"twins"_qs, root, root}, 2);
+        row("twins missing folder", {u"twins"_qs, u"/nonexistent/folder"_qs}, 1);
+        row("volumes with an argument", {u"volumes"_qs, u"/"_qs}, 2);
     }
 
     void badInput()
@@ -211,11 +197,12 @@ private slots:
         QFETCH(QStringList, args);
         QFETCH(int, status);
         QFETCH(QString, message);
-        const Outcome o = sorvel(QStringList{QStringLiteral("scan")} + args);
+        const CliOutcome o = sorvel(args);
         QCOMPARE(o.status, status);
         QVERIFY(o.out.isEmpty());
-        QVERIFY2(QString::fromUtf8(o.err).contains(message), o.err.constData());
-        QVERIFY(o.err.startsWith("sorvel scan: "));
+        QVERIFY2(!o.err.isEmpty() && QString::fromUtf8(o.err).contains(message), o.err.constData());
+        if (args.first() == u"scan"_qs)
+            QVERIFY(o.err.startsWith("sorvel scan: "));
     }
 
     void interruptCancels()
@@ -242,7 +229,7 @@ private slots:
         ::chmod(root.constData(), 0755);
         QVERIFY(QDir().mkdir(QFile::decodeName(root + "/closed")));
         ::chmod((root + "/closed").constData(), 0);
-        const Outcome o = sorvel({QStringLiteral("scan"), QFile::decodeName(root + "/closed")}, true);
+        const CliOutcome o = sorvel({QStringLiteral("scan"), QFile::decodeName(root + "/closed")}, true);
         ::chmod((root + "/closed").constData(), 0755);
         QCOMPARE(o.status, 1);
         QVERIFY2(o.err.contains("cannot read"), o.err.constData());

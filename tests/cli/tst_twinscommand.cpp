@@ -1,3 +1,4 @@
+#include "Cli.h"
 #include "TestMain.h"
 
 #include <QCryptographicHash>
@@ -6,27 +7,13 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <sys/stat.h>
 
 namespace {
 
-struct Outcome {
-    int status = -1;
-    QByteArray out;
-    QByteArray err;
-};
-
-Outcome sorvel(const QStringList &args)
-{
-    QProcess process;
-    process.start(QStringLiteral(SORVEL_CLI), QStringList{QStringLiteral("twins")} + args);
-    if (!process.waitForFinished(60000))
-        qFatal("sorvel twins did not finish");
-    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
-}
+CliOutcome twins(QStringList args) { return sorvel(QStringList{QStringLiteral("twins")} + args); }
 
 void write(const QString &path, const QByteArray &content, qint64 modified)
 {
@@ -75,7 +62,7 @@ private slots:
 
     void json()
     {
-        const Outcome run = sorvel({m_dir.path(), QStringLiteral("--json")});
+        const CliOutcome run = twins({m_dir.path(), QStringLiteral("--json")});
         QCOMPARE(run.status, 0);
         QVERIFY2(run.err.isEmpty(), run.err.constData()); // no progress line off a terminal
         const QJsonObject doc = QJsonDocument::fromJson(run.out).object();
@@ -96,7 +83,7 @@ private slots:
 
     void text()
     {
-        const Outcome run = sorvel({m_dir.path()});
+        const CliOutcome run = twins({m_dir.path()});
         QCOMPARE(run.status, 0);
         const QStringList lines = QString::fromUtf8(run.out).split(QLatin1Char('\n'));
         QVERIFY2(lines.size() >= 6, run.out.constData());
@@ -109,35 +96,12 @@ private slots:
 
     void minSize()
     {
-        const Outcome run = sorvel({m_dir.path(), QStringLiteral("--min-size"), QString::number(m_allocated + 1)});
+        const CliOutcome run = twins({m_dir.path(), QStringLiteral("--min-size"), QString::number(m_allocated + 1)});
         QCOMPARE(run.status, 0);
         QCOMPARE(run.out, QByteArray("No identical files among 0 files.\n"));
-        const Outcome exact = sorvel(
+        const CliOutcome exact = twins(
             {m_dir.path(), QStringLiteral("--min-size=") + QString::number(m_allocated), QStringLiteral("--json")});
         QCOMPARE(QJsonDocument::fromJson(exact.out).object().value(QStringLiteral("groups")).toArray().size(), 1);
-    }
-
-    void badInput_data()
-    {
-        QTest::addColumn<QStringList>("args");
-        QTest::addColumn<int>("status");
-        QTest::newRow("no path") << QStringList{} << 2;
-        QTest::newRow("not a number") << QStringList{QStringLiteral("."), QStringLiteral("--min-size"),
-                                                     QStringLiteral("ten")}
-                                      << 2;
-        QTest::newRow("unknown option") << QStringList{QStringLiteral("."), QStringLiteral("--fast")} << 2;
-        QTest::newRow("two paths") << QStringList{QStringLiteral("."), QStringLiteral("..")} << 2;
-        QTest::newRow("missing folder") << QStringList{QStringLiteral("/nonexistent/folder")} << 1;
-    }
-
-    void badInput()
-    {
-        QFETCH(QStringList, args);
-        QFETCH(int, status);
-        const Outcome run = sorvel(args);
-        QCOMPARE(run.status, status);
-        QVERIFY(run.out.isEmpty());
-        QVERIFY(!run.err.isEmpty());
     }
 
 private:

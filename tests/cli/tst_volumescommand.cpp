@@ -35,13 +35,6 @@ private slots:
             QVERIFY2(lines[i + 1].endsWith(Fmt::bytes(volumes[i].total)), qPrintable(lines[i + 1]));
         }
     }
-
-    void refusesArguments()
-    {
-        QByteArray out;
-        QCOMPARE(run({u"/"_qs}, &out), 2);
-        QVERIFY(out.isEmpty());
-    }
 };
 
 SORVEL_TEST(TestVolumesCommand);

@@ -29,13 +29,11 @@ private slots:
         QTest::newRow("999,500") << qint64(999500) << QStringLiteral("1 MB");
         QTest::newRow("1,050,000") << qint64(1050000) << QStringLiteral("1.1 MB");
         QTest::newRow("1,234,567") << qint64(1234567) << QStringLiteral("1.2 MB");
-        QTest::newRow("2,000,000") << qint64(2000000) << QStringLiteral("2 MB");
         QTest::newRow("999,949,999") << qint64(999949999) << QStringLiteral("999.9 MB");
         QTest::newRow("999,950,000") << qint64(999950000) << QStringLiteral("1 GB");
         QTest::newRow("10^9") << qint64(1000000000) << QStringLiteral("1 GB");
         QTest::newRow("1,234,567,890") << qint64(1234567890) << QStringLiteral("1.23 GB");
         QTest::newRow("1,205,000,000") << qint64(1205000000) << QStringLiteral("1.21 GB");
-        QTest::newRow("1,200,000,000") << qint64(1200000000) << QStringLiteral("1.2 GB");
         QTest::newRow("999,995,000,000") << qint64(999995000000) << QStringLiteral("1 TB");
         QTest::newRow("10^15") << qint64(1000000000000000) << QStringLiteral("1 PB");
         QTest::newRow("int64 max") << std::numeric_limits<qint64>::max() << QStringLiteral("9.22 EB");
@@ -58,50 +56,41 @@ private slots:
         QCOMPARE(Fmt::bytes(3000), QStringLiteral("3 kB"));
     }
 
-    void duration_data()
+    // Durations and percentages, the number as given.
+    void numbers_data()
     {
-        QTest::addColumn<double>("seconds");
+        QTest::addColumn<bool>("isPercent");
+        QTest::addColumn<double>("value");
         QTest::addColumn<QString>("text");
-        QTest::newRow("0") << 0.0 << QStringLiteral("0.0s");
-        QTest::newRow("0.4") << 0.4 << QStringLiteral("0.4s");
-        QTest::newRow("0.25 tie to even down") << 0.25 << QStringLiteral("0.2s");
-        QTest::newRow("0.35 tie to even up") << 0.35 << QStringLiteral("0.4s");
-        QTest::newRow("0.0999 truncated to ms") << 0.0999 << QStringLiteral("0.1s");
-        QTest::newRow("0.9996 stays below a second") << 0.9996 << QStringLiteral("1.0s");
-        QTest::newRow("1.0") << 1.0 << QStringLiteral("1s");
-        QTest::newRow("1.5 rounds away") << 1.5 << QStringLiteral("2s");
-        QTest::newRow("45") << 45.0 << QStringLiteral("45s");
-        QTest::newRow("59.6 rounds first") << 59.6 << QStringLiteral("1m");
-        QTest::newRow("125") << 125.0 << QStringLiteral("2m 5s");
-        QTest::newRow("180") << 180.0 << QStringLiteral("3m");
-        QTest::newRow("hour in minutes") << 3725.0 << QStringLiteral("62m 5s");
+        const auto row = [](bool isPercent, double value, const char *text) {
+            QTest::addRow("%s %g", isPercent ? "percent" : "duration", value)
+                << isPercent << value << QString::fromUtf8(text);
+        };
+        row(false, 0.0, "0.0s");
+        row(false, 0.25, "0.2s"); // ties to even
+        row(false, 0.35, "0.4s");
+        row(false, 0.0999, "0.1s"); // truncated to milliseconds first
+        row(false, 0.9996, "1.0s"); // stays below a second
+        row(false, 1.0, "1s");
+        row(false, 1.5, "2s");  // rounds away from zero
+        row(false, 59.6, "1m"); // rounds first
+        row(false, 125.0, "2m 5s");
+        row(false, 180.0, "3m");
+        row(false, 3725.0, "62m 5s");
+        row(true, 0.0, "0%");
+        row(true, 0.0001, "0.0%");
+        row(true, 0.034, "3.4%");
+        row(true, 0.0999, "10.0%");
+        row(true, 0.1, "10%");
+        row(true, 1.0, "100%");
     }
 
-    void duration()
+    void numbers()
     {
-        QFETCH(double, seconds);
+        QFETCH(bool, isPercent);
+        QFETCH(double, value);
         QFETCH(QString, text);
-        QCOMPARE(Fmt::duration(seconds), text);
-    }
-
-    void percent_data()
-    {
-        QTest::addColumn<double>("fraction");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("0") << 0.0 << QStringLiteral("0%");
-        QTest::newRow("0.034") << 0.034 << QStringLiteral("3.4%");
-        QTest::newRow("0.0999") << 0.0999 << QStringLiteral("10.0%");
-        QTest::newRow("0.1") << 0.1 << QStringLiteral("10%");
-        QTest::newRow("0.25") << 0.25 << QStringLiteral("25%");
-        QTest::newRow("1") << 1.0 << QStringLiteral("100%");
-        QTest::newRow("tiny") << 0.0001 << QStringLiteral("0.0%");
-    }
-
-    void percent()
-    {
-        QFETCH(double, fraction);
-        QFETCH(QString, text);
-        QCOMPARE(Fmt::percent(fraction), text);
+        QCOMPARE(isPercent ? Fmt::percent(value) : Fmt::duration(value), text);
     }
 
     void displayName()
@@ -128,13 +117,11 @@ private slots:
         QTest::newRow("1 s") << qint64(-1) << QStringLiteral("1 second ago");
         QTest::newRow("30 s") << qint64(-30) << QStringLiteral("30 seconds ago");
         QTest::newRow("1 min") << qint64(-61) << QStringLiteral("1 minute ago");
-        QTest::newRow("5 h") << qint64(-5 * 3600) << QStringLiteral("5 hours ago");
         QTest::newRow("yesterday") << -day << QStringLiteral("yesterday");
         QTest::newRow("2 days") << -2 * day << QStringLiteral("2 days ago");
         QTest::newRow("last week") << -8 * day << QStringLiteral("last week");
         QTest::newRow("2 weeks") << -15 * day << QStringLiteral("2 weeks ago");
         QTest::newRow("last month") << -40 * day << QStringLiteral("last month");
-        QTest::newRow("5 months") << -160 * day << QStringLiteral("5 months ago");
         QTest::newRow("last year") << -400 * day << QStringLiteral("last year");
         QTest::newRow("3 years") << -3 * 366 * day << QStringLiteral("3 years ago");
         QTest::newRow("in 1 hour") << qint64(3600) << QStringLiteral("in 1 hour");

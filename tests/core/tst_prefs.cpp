@@ -47,10 +47,7 @@ private slots:
     {
         QCOMPARE(Prefs::integer(Prefs::minTrackedSize), 1000000);
         QCOMPARE(Prefs::boolean(Prefs::treatPackagesAsFiles), true);
-        QCOMPARE(Prefs::boolean(Prefs::skipHiddenFiles), false);
-        QCOMPARE(Prefs::boolean(Prefs::showMenuBarExtra), true);
         QCOMPARE(Prefs::list(Prefs::excludedPaths), QStringList());
-        QCOMPARE(Prefs::list(Prefs::recentTargets), QStringList());
         QVERIFY(!Prefs::value(Prefs::spaceLayout).isValid()); // the explorer has its own default
         Prefs::registerDefaults();                            // again: harmless
         Prefs::useFile({});
@@ -141,15 +138,9 @@ private slots:
 
     void sizeThreshold()
     {
-        QCOMPARE(SizeThreshold::allCases.size(), size_t(6));
-        const qint64 raw[] = {0, 10000000, 100000000, 500000000, 1000000000, 5000000000};
-        for (size_t i = 0; i < SizeThreshold::allCases.size(); ++i) {
-            QCOMPARE(SizeThreshold::allCases[i].rawValue(), raw[i]);
-            QCOMPARE(SizeThreshold::fromRawValue(raw[i]), std::optional(SizeThreshold::allCases[i]));
-        }
-        QCOMPARE(SizeThreshold::fromRawValue(1), std::nullopt);
-        QCOMPARE(SizeThreshold::fromRawValue(-10000000), std::nullopt);
-        QCOMPARE(SizeThreshold::fromRawValue(1000000), std::nullopt);
+        QCOMPARE(SizeThreshold::fromRawValue(100000000), std::optional(SizeThreshold::allCases[2]));
+        for (qint64 raw : {qint64(1), qint64(-10000000), qint64(1000000)})
+            QCOMPARE(SizeThreshold::fromRawValue(raw), std::nullopt);
     }
 };
 

@@ -1,9 +1,6 @@
 #include "TestMain.h"
 
-#include "core/CancelToken.h"
 #include "core/ScanResult.h"
-
-#include <thread>
 
 namespace {
 
@@ -55,38 +52,20 @@ private slots:
         QCOMPARE(deep->path(), QByteArray("/Users/a/Docs/Deep"));
     }
 
-    void nodeAtUnderSlashRoot()
+    void nodeAtUnderSlashRootAndCanonically()
     {
         ScanResult r;
         r.root = std::make_shared<DirNode>("/");
         const auto usr = addDir(r.root, "usr");
         const auto lib = addDir(usr, "lib");
         QCOMPARE(r.node("/"), r.root);
-        QCOMPARE(r.node("/usr"), usr);
         QCOMPARE(r.node("/usr/lib/"), lib);
-        QCOMPARE(usr->path(), QByteArray("/usr"));
         QCOMPARE(lib->path(), QByteArray("/usr/lib"));
-    }
-
-    void nodeAtComparesCanonically()
-    {
-        ScanResult r;
-        r.root = std::make_shared<DirNode>("/Users/ren\xc3\xa9");
-        const auto cafe = addDir(r.root, "Caf\xc3\xa9");
-        const auto raw = addDir(r.root, "raw\xff");
-        QCOMPARE(r.node("/Users/rene\xcc\x81/Cafe\xcc\x81"), cafe);
-        QCOMPARE(r.node("/Users/ren\xc3\xa9/raw\xff"), raw);
-        QCOMPARE(r.node("/Users/ren\xc3\xa9/raw\xfe"), DirNodePtr());
-    }
-
-    void categoryTotals()
-    {
-        ScanResult r;
-        QVERIFY(r.categoryTotals.empty());
-        QCOMPARE(r.total(FileCategory::video), CategoryTotal{});
-        r.categoryTotals[FileCategory::audio] = {100, 2};
-        QCOMPARE(r.total(FileCategory::audio), (CategoryTotal{100, 2}));
-        QVERIFY(!r.categoryTotals.contains(FileCategory::video));
+        const auto cafe = addDir(usr, "Caf\xc3\xa9");
+        const auto raw = addDir(usr, "raw\xff");
+        QCOMPARE(r.node("/usr/Cafe\xcc\x81"), cafe);
+        QCOMPARE(r.node("/usr/raw\xff"), raw);
+        QCOMPARE(r.node("/usr/raw\xfe"), DirNodePtr());
     }
 
     void sortIsStableAndBySize()
@@ -100,9 +79,7 @@ private slots:
         a->files = {fileIn(a, 4, "p", 1), fileIn(a, 5, "q", 2)};
         root->sortRecursively();
         QCOMPARE(root->children, (std::vector<DirNodePtr>{b, d, a, c}));
-        QCOMPARE(root->files[0].id, 2);
-        QCOMPARE(root->files[1].id, 1);
-        QCOMPARE(root->files[2].id, 3);
+        QCOMPARE((QList<qint64>{root->files[0].id, root->files[1].id, root->files[2].id}), (QList<qint64>{2, 1, 3}));
         QCOMPARE(a->files[0].id, 5);
     }
 
@@ -166,36 +143,6 @@ private slots:
         QVERIFY(!keptNode->parentNode());
         QCOMPARE(keptNode->path(), QByteArray("subsub"));
         QCOMPARE(kept.path, QByteArray("/r/sub/big.bin"));
-    }
-
-    void fileItemIdentity()
-    {
-        FileItem a;
-        a.id = 4;
-        a.path = "/a";
-        FileItem b = a;
-        b.path = "/b";
-        QVERIFY(a == b);
-        QCOMPARE(qHash(a), qHash(b));
-        b.id = 5;
-        QVERIFY(!(a == b));
-    }
-
-    void cancelTokenAcrossThreads()
-    {
-        auto token = makeCancelToken();
-        QVERIFY(!token->isCancelled());
-        std::atomic<bool> seen{false};
-        std::thread worker([&] {
-            while (!token->isCancelled())
-                std::this_thread::yield();
-            seen = true;
-        });
-        token->cancel();
-        worker.join();
-        QVERIFY(seen);
-        token->cancel();
-        QVERIFY(token->isCancelled());
     }
 };
 

@@ -1,4 +1,5 @@
 #include "TestMain.h"
+#include "Unprivileged.h"
 
 #include "core/FileActions.h"
 #include "core/Paths.h"
@@ -12,7 +13,6 @@
 #include <QTemporaryDir>
 
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -44,22 +44,6 @@ bool makeFile(const QByteArray &path, mode_t mode)
         return false;
     file.close();
     return ::chmod(path.constData(), mode) == 0;
-}
-
-// Runs the probe as the unprivileged user "nobody" in a child process, so that
-// file modes count even when the tests run as root. 1: granted, 0: refused.
-int probeAsNobody(const QByteArray &home)
-{
-    const pid_t pid = ::fork();
-    if (pid == 0) {
-        if (::getuid() == 0 && (::setgid(65534) != 0 || ::setuid(65534) != 0))
-            ::_exit(3);
-        ::_exit(FullDiskAccess::probe(home) ? 1 : 0);
-    }
-    int status = 0;
-    if (pid < 0 || ::waitpid(pid, &status, 0) != pid || !WIFEXITED(status))
-        return -1;
-    return WEXITSTATUS(status);
 }
 
 FileActions::RunResult runAndWait(const QString &program, const QStringList &args, bool *returnedFirst = nullptr)
@@ -144,13 +128,10 @@ private slots:
         for (int i = 0; i < 3; ++i)
             if (modes[i] >= 0)
                 QVERIFY(makeFile(probes[i], mode_t(modes[i])));
-        // Let "nobody" reach the files: every folder on the way searchable.
-        for (QByteArray d = Paths::parentOf(probes[0]); Paths::isWithin(d, home); d = Paths::parentOf(d))
-            ::chmod(d.constData(), 0755);
-        for (QByteArray d = Paths::parentOf(probes[1]); Paths::isWithin(d, home); d = Paths::parentOf(d))
-            ::chmod(d.constData(), 0755);
-        ::chmod(home.constData(), 0755);
-        QCOMPARE(probeAsNobody(home), granted ? 1 : 0);
+        for (const QByteArray &probe : probes)
+            openPathForOthers(Paths::parentOf(probe));
+        const ChildOutcome outcome = runUnprivileged([&] { return QByteArray::number(FullDiskAccess::probe(home)); });
+        QCOMPARE(outcome.output, QByteArray::number(granted));
     }
 
     void runMergesOutputWithoutBlocking()

@@ -46,13 +46,13 @@ private slots:
         QCOMPARE(byId(mac, "archives").risk, JunkLocation::Risk(JunkLocation::Risk::caution));
         QCOMPARE(byId(mac, "pkgcaches").kind, JunkLocation::Kind(JunkLocation::Kind::item));
 
-        const auto lin = JunkLocation::all(Platform::linux, "/home/sample");
+        const auto lin = JunkLocation::all(Platform::linux, "/homes/sample");
         ids.clear();
         for (const auto &l : lin)
             ids << l.id;
         QCOMPARE(ids, (QStringList{"caches", "thumbnails", "browsers", "flatpak", "pkgcaches", "installers"}));
-        QCOMPARE(byId(lin, "caches").paths, QByteArrayList{"/home/sample/.cache"});
-        QCOMPARE(byId(lin, "installers").paths, QByteArrayList{"/home/sample/Downloads"});
+        QCOMPARE(byId(lin, "caches").paths, QByteArrayList{"/homes/sample/.cache"});
+        QCOMPARE(byId(lin, "installers").paths, QByteArrayList{"/homes/sample/Downloads"});
         QCOMPARE(byId(lin, "pkgcaches").paths.size(), 9);
         QVERIFY(byId(lin, "caches").detail.contains(QLatin1String("offline music")));
     }

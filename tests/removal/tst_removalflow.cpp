@@ -123,6 +123,16 @@ private slots:
         QVERIFY(!f.state.toast());
         QVERIFY(!f.state.isDeleting());
         QCOMPARE(f.state.queue()->count(), 1);
+
+        // An empty contents-only folder leaves nothing to do, and says so.
+        const QByteArray cache = TestMain::home() + "/.cache";
+        QVERIFY(makeDirs(cache));
+        f.state.queue()->add(pathItem(cache, 0, CleanItem::Kind::folder));
+        f.state.sorvelise({cache}, false);
+        QCOMPARE(toastText(f.state), QStringLiteral("Nothing left to sorvelise"));
+        QCOMPARE(f.state.toast()->symbol, QStringLiteral("info.circle.fill"));
+        QCOMPARE(f.state.queue()->count(), 2);
+        QVERIFY(f.operations->calls().isEmpty());
     }
 
     // Junk locations, a contents-only folder and plain items expand into one
@@ -169,19 +179,6 @@ private slots:
         QVERIFY(QDir().rmpath(QFile::decodeName(cache + "/app")));
         QVERIFY(QDir().rmpath(QFile::decodeName(cache + "/thumbnails/large")));
         QVERIFY(QFile::remove(QFile::decodeName(cache + "/com.apple.kept")));
-    }
-
-    void nothingLeft()
-    {
-        const QByteArray cache = TestMain::home() + "/.cache";
-        QVERIFY(makeDirs(cache));
-        Fixture f;
-        f.state.queue()->add(pathItem(cache, 0, CleanItem::Kind::folder));
-        f.state.sorvelise({cache}, false);
-        QCOMPARE(toastText(f.state), QStringLiteral("Nothing left to sorvelise"));
-        QCOMPARE(f.state.toast()->symbol, QStringLiteral("info.circle.fill"));
-        QCOMPARE(f.state.queue()->count(), 1);
-        QVERIFY(f.operations->calls().isEmpty());
     }
 
     // A protected path never reaches a file operation, whatever put it in the

@@ -1,3 +1,4 @@
+#include "RemovalFixtures.h"
 #include "TestMain.h"
 #include "Unprivileged.h"
 
@@ -16,9 +17,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace {
+using RemovalFixtures::bytes;
+using RemovalFixtures::exists;
 
-QByteArray bytes(const QTemporaryDir &dir) { return QFile::encodeName(dir.path()); }
+namespace {
 
 bool touch(const QByteArray &path, const QByteArray &content = "data")
 {
@@ -28,12 +30,6 @@ bool touch(const QByteArray &path, const QByteArray &content = "data")
     const bool ok = ::write(fd, content.constData(), size_t(content.size())) == content.size();
     ::close(fd);
     return ok;
-}
-
-bool exists(const QByteArray &path)
-{
-    struct stat st {};
-    return ::lstat(path.constData(), &st) == 0;
 }
 
 // By bytes: the names under test need not decode.

@@ -101,21 +101,6 @@ private slots:
         dirs.write("XDG_DOWNLOAD_DIR=\"$HOME/Telechargements\"\nXDG_DESKTOP_DIR=\"$HOME/Bureau\"\n");
     }
 
-    void levels()
-    {
-        QVERIFY(Risk::Level::safe < Risk::Level::normal && Risk::Level::danger < Risk::Level::locked);
-        for (Risk::Level level : Risk::Level::allCases) {
-            QCOMPARE(Risk::Level::fromName(level.name()), level);
-            QCOMPARE(Risk::Level::fromRawValue(level.rawValue()), level);
-        }
-        QCOMPARE(Risk::Level(Risk::Level::caution).rawValue(), 2);
-        QCOMPARE(Risk::Level(Risk::Level::locked).name(), QStringLiteral("locked"));
-        QVERIFY(!Risk::Level::fromName(u"Locked"));
-        QVERIFY(!Risk::Level::fromRawValue(5));
-        QCOMPARE(Risk(), (Risk{Risk::Level::normal, {}, {}}));
-        QVERIFY(!Risk().hasBadge());
-    }
-
     void macProfile_data()
     {
         addColumns();
@@ -123,11 +108,9 @@ private slots:
         // 1-2: the guard, and the folders whose contents may go.
         row("~/Library/Caches", "~/Library/Caches", L::safe, "Cache",
             "Everything inside is rebuilt by apps; the folder itself stays", true);
-        row("~/Library/Logs", "~/Library/Logs/", L::safe, "Cache", "", true);
-        row("~/Library", "~/Library", L::locked, "Kept",
-            "macOS and your apps expect this folder to exist. Open it to clean inside", true);
-        row("/usr/bin/ls", "/usr/bin/ls", L::locked, "Kept", "Part of macOS, never touched");
-        row("~/.ssh/id_rsa", "~/.ssh/id_rsa", L::locked, "Kept", "Your SSH and encryption keys are never touched");
+        row("~/Library", "~/Library", L::locked, "Kept", "", true);
+        row("/usr/bin/ls", "/usr/bin/ls", L::locked, "Kept");
+        row("~/.ssh/id_rsa", "~/.ssh/id_rsa", L::locked, "Kept");
         row("/Volumes/Backup", "/Volumes/Backup", L::locked, "Kept", "", true);
         row("/usr/bin is no item of the guard", "/usr/bin", L::normal, "", "", true);
         // 3: build output beats the secret tests.
@@ -138,11 +121,8 @@ private slots:
         // 4: keys and passwords.
         row("~/project/.ENV", "~/project/.ENV", L::danger, "Keys & passwords",
             "Passwords, keys or certificates. Losing them can lock you out of accounts and servers");
-        row("~/backup/id_ed25519", "~/backup/id_ed25519", L::danger, "Keys & passwords");
-        row("credentials", "/Volumes/X/credentials", L::danger, "Keys & passwords");
         row(".pem in Caches", "~/Library/Caches/com.example/cert.pem", L::danger, "Keys & passwords");
         row(".kdbx", "~/Vault.KDBX", L::danger, "Keys & passwords");
-        row("keychain-db", "~/old/login.keychain-db", L::danger, "Keys & passwords");
         row("Keynote folder", "~/Deck.key", L::normal, "", "", true);
         row("key of 512,000 bytes", "~/Deck.key", L::danger, "Keys & passwords", "", false, false, 512000);
         row("key of 512,001 bytes", "~/Deck.key", L::normal, "", "", false, false, 512001);
@@ -152,7 +132,6 @@ private slots:
         // 5-6: libraries and virtual machines, also inside ~/Library.
         row("photos library", "~/Pictures/Photos Library.photoslibrary", L::danger, "Photos library",
             "A whole library or project in one item. Everything in it goes with it", true);
-        row("garageband", "~/Music/Song.band", L::danger, "GarageBand project", "", true);
         row("lightroom", "~/Pictures/Cat.LRCAT", L::danger, "Lightroom catalog");
         row("vmdk in Containers", "~/Library/Containers/com.vm/Data/disk.vmdk", L::danger, "Virtual machine",
             "A whole virtual computer. Its system, apps and files go with it");
@@ -160,15 +139,11 @@ private slots:
         // 7: the Library table.
         row("Apple cache", "~/Library/Caches/com.apple.Safari/x", L::caution, "Apple cache",
             "macOS's own cache. It's rebuilt, but some hold state, so it's left out of bulk cleaning");
-        row("Apple cache folder", "~/Library/Caches/com.apple.Safari", L::caution, "Apple cache", "", true);
         row("app cache", "~/Library/Caches/com.example.app/x", L::safe, "Cache",
             "Temporary data the app rebuilds. Quit the app first");
         row("com.applex is no Apple cache", "~/Library/Caches/com.applex", L::safe, "Cache");
-        row("logs", "~/Library/Logs/DiagnosticReports/a.ips", L::safe, "Logs");
         row("derived data", "~/Library/Developer/Xcode/DerivedData/App-abc", L::safe, "Xcode build data", "", true);
-        row("simulator caches", "~/Library/Developer/CoreSimulator/Caches/dyld", L::safe, "Xcode build data");
         row("archives", "~/Library/Developer/Xcode/Archives/2024-01-01", L::caution, "Xcode archive");
-        row("device support", "~/Library/Developer/Xcode/iOS DeviceSupport/17.0", L::caution, "Device support");
         row("simulator devices", "~/Library/Developer/CoreSimulator/Devices/ABC", L::danger, "Simulator data");
         row("device backup", "~/Library/Application Support/MobileSync/Backup/123", L::danger, "Device backup",
             "May be the only backup of an iPhone or iPad");
@@ -184,14 +159,8 @@ private slots:
             "A sandboxed app's whole data store (documents, settings, databases). Removing it is like resetting "
             "the app",
             true);
-        row("group container", "~/Library/Group Containers/group.x/a", L::danger, "App data");
         row("application support", "~/Library/Application Support/App", L::danger, "App data",
             "Apps keep documents, settings and databases here. It may not be rebuildable", true);
-        row("mail", "~/Library/Mail/V10", L::danger, "Mail");
-        row("messages", "~/Library/Messages/chat.db", L::danger, "Messages",
-            "Your messages and attachments. Removing them here can lose them for good");
-        row("icloud", "~/Library/Mobile Documents/com~apple~CloudDocs/a", L::danger, "iCloud Drive");
-        row("cloud storage", "~/Library/CloudStorage/Dropbox/a", L::danger, "Synced files");
         row("preferences", "~/Library/Preferences/com.x.plist", L::danger, "Settings");
         row("anything else", "~/Library/Saved Application State/x", L::caution, "System library",
             "Part of your account's Library. Check what it is first");
@@ -200,15 +169,12 @@ private slots:
         row("~/.docker/x", "~/.docker/x", L::danger, "Container data",
             "Container images and volumes. Volumes may hold databases");
         row("~/.docker itself goes on", "~/.docker", L::normal, "", "", true);
-        row("~/.colima", "~/.colima/default/disk", L::danger, "Container data");
-        row("~/.orbstack", "~/.orbstack/data", L::danger, "Container data");
         row("Docker.raw", "/Volumes/Data/Docker.raw", L::danger, "Docker disk");
         row("docker.qcow2", "~/vm/Docker.qcow2", L::danger, "Virtual machine");
         // 11: installers in Downloads.
         row("~/Downloads/App.DMG", "~/Downloads/App.DMG", L::caution, "Installer",
             "Usually not needed after installing, unless it's your only copy");
         row("~/Downloads/Sub/App.dmg", "~/Downloads/Sub/App.dmg", L::caution, "Installer");
-        row("~/Downloads/x.xip", "~/Downloads/x.xip", L::caution, "Installer");
         row("~/Desktop/App.dmg", "~/Desktop/App.dmg", L::normal, "");
         row("~/Downloads/app.deb on macOS", "~/Downloads/app.deb", L::normal, "");
         // 12: nothing known.
@@ -222,38 +188,23 @@ private slots:
     {
         addColumns();
         using L = Risk::Level;
-        row("~/.cache", "~/.cache", L::safe, "Cache", "Everything inside is rebuilt by apps; the folder itself stays",
-            true);
-        row("~/.cache/thumbnails", "~/.cache/thumbnails/large/a.png", L::safe, "Cache",
-            "Temporary data the app rebuilds. Quit the app first");
+        row("~/.cache", "~/.cache", L::safe, "Cache", "", true);
+        row("~/.cache/thumbnails", "~/.cache/thumbnails/large/a.png", L::safe, "Cache");
         row("secret in .cache", "~/.cache/app/token.pem", L::danger, "Keys & passwords");
         row("trash contents", "~/.local/share/Trash/files/old.txt", L::caution, "Trash",
             "Already in the Trash. Empty the Trash to free it");
-        row("podman", "~/.local/share/containers/storage", L::danger, "Container data",
-            "Container images and volumes. Volumes may hold databases", true);
-        row("rootless docker", "~/.local/share/docker/volumes", L::danger, "Container data", "", true);
-        row("app data", "~/.local/share/gnome-shell/extensions", L::danger, "App data",
-            "Apps keep documents, settings and databases here. It may not be rebuildable", true);
-        row("state", "~/.local/state/wireplumber", L::danger, "App data", "", true);
-        row("flatpak cache", "~/.var/app/org.gimp.GIMP/cache/gegl", L::safe, "Cache",
-            "An app's own cache inside its container, rebuilt by the app", true);
-        row("flatpak data", "~/.var/app/org.gimp.GIMP/data", L::danger, "App data",
-            "A sandboxed app's whole data store (documents, settings, databases). Removing it is like resetting "
-            "the app",
-            true);
+        row("podman", "~/.local/share/containers/storage", L::danger, "Container data", "", true);
+        row("app data", "~/.local/share/gnome-shell/extensions", L::danger, "App data", "", true);
+        row("flatpak cache", "~/.var/app/org.gimp.GIMP/cache/gegl", L::safe, "Cache", "", true);
+        row("flatpak data", "~/.var/app/org.gimp.GIMP/data", L::danger, "App data", "", true);
         row("settings", "~/.config/app/settings.ini", L::danger, "Settings",
             "App settings. The app forgets how you set it up");
-        row("firefox", "~/.mozilla/firefox/abc.default", L::danger, "App data", "", true);
-        row("thunderbird", "~/.thunderbird/abc/Mail", L::danger, "App data", "", true);
         row("~/.docker/x", "~/.docker/x", L::danger, "Container data");
-        row("keyring", "~/.local/share/keyrings/login.keyring", L::locked, "Kept",
-            "Your saved passwords and certificates are never touched");
-        row("~/.config itself", "~/.config", L::locked, "Kept",
-            "macOS and your apps expect this folder to exist. Open it to clean inside", true);
-        row("/boot", "/boot/vmlinuz", L::locked, "Kept", "Part of macOS, never touched");
+        row("keyring", "~/.local/share/keyrings/login.keyring", L::locked, "Kept");
+        row("~/.config itself", "~/.config", L::locked, "Kept", "", true);
+        row("/boot", "/boot/vmlinuz", L::locked, "Kept");
         row("xdg downloads deb", "~/Telechargements/app.deb", L::caution, "Installer");
         row("downloads iso", "~/Downloads/x.iso", L::caution, "Installer");
-        row("downloads rpm", "~/Downloads/x.rpm", L::caution, "Installer");
         row("downloads flatpakref", "~/Downloads/x.flatpakref", L::caution, "Installer");
         row("desktop iso", "~/Bureau/x.iso", L::normal, "");
         row("mount point", "/media/alice/USB", L::locked, "Kept", "", true);
@@ -398,21 +349,11 @@ private slots:
             QVERIFY(!rows[i].lines.isEmpty());
         }
         QCOMPARE(rows[0].heading, QStringLiteral("Safe: rebuilt automatically"));
-        const QString all = [&] {
-            QString text;
-            for (const RiskCatalog::SummaryRow &row : rows)
-                text += row.lines.join(u'\n') + u'\n';
-            return text;
-        }();
+        QString all;
+        for (const RiskCatalog::SummaryRow &row : rows)
+            all += row.lines.join(u'\n') + u'\n';
         QCOMPARE(all.contains(QLatin1String("Xcode")), !linux);
-        QCOMPARE(all.contains(QLatin1String("iCloud")), !linux);
         QCOMPARE(all.contains(QLatin1String("Flatpak")), linux);
-        if (!linux) {
-            QCOMPARE(rows[0].lines.size(), 5);
-            QCOMPARE(rows[1].lines.size(), 4);
-            QCOMPARE(rows[2].lines.size(), 6);
-            QCOMPARE(rows[3].lines.size(), 3);
-        }
     }
 };
 

@@ -52,6 +52,12 @@ class TestSafetyGuard : public QObject
         return profile;
     }
 
+    static void protectedRows(bool isProtected, std::initializer_list<const char *> paths)
+    {
+        for (const char *path : paths)
+            QTest::addRow("%s %s", isProtected ? "protected" : "free", path) << QByteArray(path) << isProtected;
+    }
+
 private slots:
     void initTestCase()
     {
@@ -90,97 +96,30 @@ private slots:
     {
         QTest::addColumn<QByteArray>("path");
         QTest::addColumn<bool>("isProtected");
-
-        // Fixed system folders: protected as folders only.
-        for (const char *path :
-             {"/", "/Applications", "/Library", "/System", "/Users", "/Volumes", "/bin", "/sbin", "/usr", "/usr/local",
-              "/private", "/etc", "/var", "/tmp", "/opt", "/cores", "/Library/Caches"})
-            QTest::addRow("exact %s", path) << QByteArray(path) << true;
-        QTest::newRow("empty is the root") << QByteArray() << true;
-        QTest::newRow("/usr/local/bin/tool") << QByteArray("/usr/local/bin/tool") << false;
-        QTest::newRow("/tmp/x") << QByteArray("/tmp/x") << false;
-        QTest::newRow("/private/tmp/x") << QByteArray("/private/tmp/x") << false;
-        QTest::newRow("/var/log/x") << QByteArray("/var/log/x") << false;
-        QTest::newRow("/Library/Caches/x") << QByteArray("/Library/Caches/x") << false;
-        QTest::newRow("/opt/homebrew/bin/x") << QByteArray("/opt/homebrew/bin/x") << false;
-
-        // Literal prefixes protect what is below them, not the folder itself.
-        for (const char *folder : {"/usr/bin", "/usr/lib", "/usr/libexec", "/usr/sbin", "/usr/share", "/private/etc",
-                                   "/private/var/db", "/var/db", "/Library/Apple"}) {
-            QTest::addRow("folder %s", folder) << QByteArray(folder) << false;
-            QTest::addRow("below %s", folder) << QByteArray(folder) + "/x" << true;
-        }
-        QTest::newRow("/usr/bin/ls") << QByteArray("/usr/bin/ls") << true;
-        QTest::newRow("/System/Library/Kernels") << QByteArray("/System/Library/Kernels") << true;
-        QTest::newRow("/etc/hosts") << QByteArray("/etc/hosts") << true;
-        QTest::newRow("/bin/sh") << QByteArray("/bin/sh") << true;
-        QTest::newRow("sibling /Systemx") << QByteArray("/Systemx/a") << false;
-        QTest::newRow("sibling /usr/binx") << QByteArray("/usr/binx/a") << false;
-
+        // System folders protect themselves only; literal prefixes what is
+        // below them, not the folder itself nor a longer sibling name.
+        protectedRows(true, {"", "/", "/Applications", "/usr", "/usr/local", "/private", "/tmp", "/Library/Caches",
+                             "/usr/bin/ls", "/System/Library/Kernels", "/etc/hosts", "/private/var/db/x",
+                             "/Library/Apple/x"});
+        protectedRows(false, {"/usr/local/bin/tool", "/private/tmp/x", "/Library/Caches/x", "/opt/homebrew/bin/x",
+                              "/usr/bin", "/private/var/db", "/Library/Apple", "/Systemx/a", "/usr/binx/a"});
         // Volumes: the mount point by its shape, not what lies on it.
-        QTest::newRow("/Volumes/Backup") << QByteArray("/Volumes/Backup") << true;
-        QTest::newRow("/Volumes/Backup/old.zip") << QByteArray("/Volumes/Backup/old.zip") << false;
-        QTest::newRow("/Volumes/Backup/Library") << QByteArray("/Volumes/Backup/Library") << false;
-        QTest::newRow("/Volumes/Backup/System/x") << QByteArray("/Volumes/Backup/System/x") << false;
-
-        // Home and the folders in it.
-        QTest::newRow("home") << sampleHome << true;
-        QTest::newRow("tilde") << QByteArray("~") << true;
-        QTest::newRow("home with slash") << sampleHome + "/" << true;
-        for (const char *suffix : {"/Library",
-                                   "/Desktop",
-                                   "/Documents",
-                                   "/Downloads",
-                                   "/Pictures",
-                                   "/Movies",
-                                   "/Music",
-                                   "/Applications",
-                                   "/Public",
-                                   "/Library/Caches",
-                                   "/Library/Logs",
-                                   "/Library/Application Support",
-                                   "/Library/Containers",
-                                   "/Library/Group Containers",
-                                   "/Library/Preferences",
-                                   "/Library/Developer",
-                                   "/Library/Mail",
-                                   "/Library/Messages",
-                                   "/Library/Mobile Documents",
-                                   "/Library/CloudStorage",
-                                   "/Library/Safari",
-                                   "/Library/Accounts",
-                                   "/Library/Calendars",
-                                   "/Library/HomeKit",
-                                   "/Library/Application Scripts",
-                                   "/Library/Fonts",
-                                   "/.Trash"})
-            QTest::addRow("home %s", suffix) << QByteArray("~") + suffix << true;
-        QTest::newRow("~/Library/Caches/com.example.app") << QByteArray("~/Library/Caches/com.example.app") << false;
-        QTest::newRow("~/Documents/report.pdf") << QByteArray("~/Documents/report.pdf") << false;
-        QTest::newRow("~/Library/Application Support/App") << QByteArray("~/Library/Application Support/App") << false;
-        QTest::newRow("another user") << QByteArray("/Users/other") << false;
-        QTest::newRow("a longer home name") << QByteArray("/Users/sample2/Documents") << false;
-
-        // Key stores: the folder and all below it, but not a longer name.
-        QTest::newRow("~/.ssh") << QByteArray("~/.ssh") << true;
-        QTest::newRow("~/.ssh/id_rsa") << QByteArray("~/.ssh/id_rsa") << true;
-        QTest::newRow("~/.ssh/") << QByteArray("~/.ssh/") << true;
-        QTest::newRow("~/.sshfoo") << QByteArray("~/.sshfoo") << false;
-        QTest::newRow("~/.gnupg/pubring.kbx") << QByteArray("~/.gnupg/pubring.kbx") << true;
-        QTest::newRow("~/Library/Keychains") << QByteArray("~/Library/Keychains") << true;
-        QTest::newRow("~/Library/Keychains/login.keychain-db")
-            << QByteArray("~/Library/Keychains/login.keychain-db") << true;
-
+        protectedRows(true, {"/Volumes/Backup"});
+        protectedRows(false, {"/Volumes/Backup/old.zip", "/Volumes/Backup/Library", "/Volumes/Backup/System/x"});
+        // Home and the folders in it; key stores and all below them.
+        protectedRows(true,
+                      {"/Users/sample", "~", "/Users/sample/", "~/Library", "~/Documents", "~/Public",
+                       "~/Library/Caches", "~/Library/Application Support", "~/Library/Fonts", "~/.Trash", "~/.ssh",
+                       "~/.ssh/", "~/.ssh/id_rsa", "~/.gnupg/pubring.kbx", "~/Library/Keychains/login.keychain-db"});
+        protectedRows(false,
+                      {"~/Library/Caches/com.example.app", "~/Documents/report.pdf",
+                       "~/Library/Application Support/App", "/Users/other", "/Users/sample2/Documents", "~/.sshfoo"});
         // Paths are normalised first.
-        QTest::newRow("/usr/../usr/bin/./ls/") << QByteArray("/usr/../usr/bin/./ls/") << true;
-        QTest::newRow("//usr///bin//ls") << QByteArray("//usr///bin//ls") << true;
-        QTest::newRow("climbing out of home") << QByteArray("~/Documents/../../sample/Documents") << true;
-        QTest::newRow("relative") << QByteArray("usr/bin/ls") << true;
-
+        protectedRows(true,
+                      {"/usr/../usr/bin/./ls/", "//usr///bin//ls", "~/Documents/../../sample/Documents", "usr/bin/ls"});
         // Linux rows are not part of the macOS profile.
-        for (const char *path : {"/boot", "/proc/1", "/media/u/disk", "/mnt/usb", "/home", "~/.config", "~/.cache",
-                                 "~/.aws/credentials", "/run/x"})
-            QTest::addRow("not on macOS: %s", path) << QByteArray(path) << false;
+        protectedRows(false, {"/boot", "/proc/1", "/media/u/disk", "/mnt/usb", "/home", "~/.config", "~/.cache",
+                              "~/.aws/credentials", "/run/x"});
     }
 
     void macProfile()
@@ -194,52 +133,26 @@ private slots:
     {
         QTest::addColumn<QByteArray>("path");
         QTest::addColumn<bool>("isProtected");
-
-        for (const char *path :
-             {"/boot", "/dev", "/proc", "/sys", "/run", "/lib", "/lib32", "/lib64", "/libx32", "/root", "/srv", "/snap",
-              "/mnt", "/media", "/home", "/var/lib", "/var/log", "/var/cache"})
-            QTest::addRow("exact %s", path) << QByteArray(path) << true;
-        for (const char *path : {"/boot/vmlinuz", "/proc/1/status", "/sys/class/net", "/dev/sda", "/run/user/0/bus",
-                                 "/lib/x86_64-linux-gnu/libc.so.6", "/lib32/x", "/lib64/ld-linux-x86-64.so.2",
-                                 "/var/lib/dpkg/status", "/snap/core/1"})
-            QTest::addRow("below %s", path) << QByteArray(path) << true;
-        for (const char *path : {"/var/log/syslog", "/var/cache/apt/archives/x.deb", "/srv/www/index.html",
-                                 "/home/other", "/root2", "/libx32/x", "/snapshot"})
-            QTest::addRow("not %s", path) << QByteArray(path) << false;
+        protectedRows(true, {"/boot", "/proc", "/lib64", "/var/log", "/home", "/boot/vmlinuz", "/run/user/0/bus",
+                             "/lib/x86_64-linux-gnu/libc.so.6", "/var/lib/dpkg/status", "/snap/core/1"});
+        protectedRows(false, {"/var/log/syslog", "/var/cache/apt/archives/x.deb", "/srv/www/index.html", "/home/other",
+                              "/root2", "/libx32/x", "/snapshot"});
         // The macOS lists still hold.
-        QTest::newRow("/usr/bin/ls") << QByteArray("/usr/bin/ls") << true;
-        QTest::newRow("/usr/bin") << QByteArray("/usr/bin") << false;
-        QTest::newRow("/Volumes/X") << QByteArray("/Volumes/X") << true;
-
+        protectedRows(true, {"/usr/bin/ls", "/Volumes/X"});
+        protectedRows(false, {"/usr/bin"});
         // Mount points by shape; what lies on a volume is not protected, not even
         // below "/run/".
-        QTest::newRow("/media/alice") << QByteArray("/media/alice") << true;
-        QTest::newRow("/media/alice/USB") << QByteArray("/media/alice/USB") << true;
-        QTest::newRow("/media/alice/USB/photo.jpg") << QByteArray("/media/alice/USB/photo.jpg") << false;
-        QTest::newRow("/media/alice/USB/a/b") << QByteArray("/media/alice/USB/a/b") << false;
-        QTest::newRow("/run/media") << QByteArray("/run/media") << true;
-        QTest::newRow("/run/media/alice") << QByteArray("/run/media/alice") << true;
-        QTest::newRow("/run/media/alice/USB") << QByteArray("/run/media/alice/USB") << true;
-        QTest::newRow("/run/media/alice/USB/") << QByteArray("/run/media/alice/USB/") << true;
-        QTest::newRow("/run/media/alice/USB/photo.jpg") << QByteArray("/run/media/alice/USB/photo.jpg") << false;
-        QTest::newRow("/run/media/alice/USB/run/x") << QByteArray("/run/media/alice/USB/run/x") << false;
-        QTest::newRow("/run/mediax/a/b/c") << QByteArray("/run/mediax/a/b/c") << true;
-        QTest::newRow("/mnt/usb") << QByteArray("/mnt/usb") << true;
-        QTest::newRow("/mnt/usb/file") << QByteArray("/mnt/usb/file") << false;
+        protectedRows(true, {"/media/alice", "/media/alice/USB", "/run/media", "/run/media/alice",
+                             "/run/media/alice/USB/", "/run/mediax/a/b/c", "/mnt/usb"});
+        protectedRows(false, {"/media/alice/USB/photo.jpg", "/media/alice/USB/a/b", "/run/media/alice/USB/photo.jpg",
+                              "/run/media/alice/USB/run/x", "/mnt/usb/file"});
 
         // Home: XDG base folders, contents-only cache, key and credential stores.
-        for (const char *suffix : {"", "/.config", "/.local", "/.local/share", "/.local/state", "/.cache",
-                                   "/.local/share/Trash", "/Videos", "/Templates", "/Library/Caches", "/Documents"})
-            QTest::addRow("home %s", suffix) << QByteArray("~") + suffix << true;
-        for (const char *suffix : {"/.config/app/settings.ini", "/.cache/thumbnails", "/.local/share/Trash/files/x",
-                                   "/.local/share/app", "/Videos/film.mkv", "/.cachex"})
-            QTest::addRow("home %s", suffix) << QByteArray("~") + suffix << false;
-        for (const char *suffix :
-             {"/.local/share/keyrings", "/.local/share/keyrings/login.keyring", "/.pki/nssdb",
-              "/.password-store/mail.gpg", "/.aws/credentials", "/.kube/config", "/.git-credentials"})
-            QTest::addRow("home %s", suffix) << QByteArray("~") + suffix << true;
-        QTest::newRow("~/.git-credentialsx") << QByteArray("~/.git-credentialsx") << false;
-        QTest::newRow("~/.awsome") << QByteArray("~/.awsome") << false;
+        protectedRows(true, {"~", "~/.config", "~/.local/share", "~/.local/state", "~/.cache", "~/.local/share/Trash",
+                             "~/Library/Caches", "~/Documents", "~/.local/share/keyrings/login.keyring", "~/.pki/nssdb",
+                             "~/.password-store/mail.gpg", "~/.aws/credentials", "~/.git-credentials"});
+        protectedRows(false, {"~/.config/app/settings.ini", "~/.cache/thumbnails", "~/.local/share/Trash/files/x",
+                              "~/.local/share/app", "~/.cachex", "~/.git-credentialsx", "~/.awsome"});
 
         // The user folders of user-dirs.dirs, under canonical equivalence.
         QTest::newRow("xdg desktop") << QByteArray("~/Bureau") << true;

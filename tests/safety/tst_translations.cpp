@@ -56,25 +56,20 @@ private slots:
     void noAppleWordsOnLinux()
     {
         const SafetyProfile profile(Platform::linux, "/home/sample");
-        const QList<QByteArray> paths = {
-            "/",
-            "/usr",
-            "/usr/bin/ls",
-            "/etc/hosts",
-            "/boot",
-            "/media/a/b",
-            "~",
-            "~/Documents",
-            "~/.config",
-            "~/.cache",
-            "~/.ssh/x",
-            "~/.local/share/keyrings",
-            "~/x/node_modules",
-            "~/Downloads/a.deb",
-            "~/.cache/x",
-            "~/.var/app/a/cache/b",
-            "/var/lib/x",
-        };
+        const QList<QByteArray> paths = {"/",
+                                         "/usr/bin/ls",
+                                         "/boot",
+                                         "/media/a/b",
+                                         "~",
+                                         "~/Documents",
+                                         "~/.config",
+                                         "~/.cache",
+                                         "~/.ssh/x",
+                                         "~/x/node_modules",
+                                         "~/Downloads/a.deb",
+                                         "~/.cache/x",
+                                         "~/.var/app/a/cache/b",
+                                         "/var/lib/x"};
         for (const QByteArray &path : paths) {
             for (bool isBuildOutput : {false, true}) {
                 const Risk risk = RiskCatalog::assess(path, true, isBuildOutput, std::nullopt, profile);

@@ -78,31 +78,11 @@ Events viaTreeWalk(const QByteArray &root, bool followRoot, QByteArrayView skipN
     TreeWalk walk(root, followRoot);
     TreeWalk::Entry e;
     while (walk.next(e)) {
-        const char *kind = "other";
-        switch (e.kind) {
-        case TreeWalk::Kind::directory:
-            kind = "directory";
-            if (e.level > 0 && e.name == skipName)
-                walk.skip();
-            break;
-        case TreeWalk::Kind::directoryDone:
-            kind = "done";
-            break;
-        case TreeWalk::Kind::unreadable:
-            kind = "unreadable";
-            break;
-        case TreeWalk::Kind::noStat:
-            kind = "nostat";
-            break;
-        case TreeWalk::Kind::file:
-            kind = "file";
-            break;
-        case TreeWalk::Kind::symlink:
-            kind = "symlink";
-            break;
-        case TreeWalk::Kind::other:
-            break;
-        }
+        // In the order of TreeWalk::Kind.
+        static const char *const names[] = {"directory", "done", "unreadable", "nostat", "file", "symlink", "other"};
+        const char *kind = names[int(e.kind)];
+        if (e.kind == TreeWalk::Kind::directory && e.level > 0 && e.name == skipName)
+            walk.skip();
         if (e.kind != TreeWalk::Kind::noStat && !e.st)
             kind = "missing-stat";
         out.append(event(kind, e.level, e.path));

@@ -12,20 +12,22 @@ using Fixtures::folder;
 
 namespace {
 
-// What a scan in the unprivileged child found, as lines of "key=value".
-QByteArray describe(const ScanResultPtr &r)
+// What a scan in the unprivileged child found, as lines of "prefix.key=value".
+QByteArray describe(const QByteArray &prefix, const ScanResultPtr &r)
 {
     if (!r)
-        return "result=none\n";
-    QByteArray out = "result=some\n";
-    out += "unreadable=" + QByteArray::number(r->unreadableCount) + '\n';
-    out += "samples=" + QByteArray::number(r->unreadableSamples.size()) + '\n';
-    for (const QByteArray &s : r->unreadableSamples)
-        out += "sample=" + s + '\n';
-    out += "rootSize=" + QByteArray::number(r->root->size) + '\n';
-    out += "dirs=" + QByteArray::number(r->totalDirs) + '\n';
-    out += "files=" + QByteArray::number(r->totalFiles) + '\n';
-    out += "fault=" + Fixtures::invariantFault(*r, 0).toUtf8() + '\n';
+        return prefix + ".result=none\n";
+    QByteArray out;
+    const auto add = [&](const char *key, const QByteArray &value) { out += prefix + '.' + key + '=' + value + '\n'; };
+    add("unreadable", QByteArray::number(r->unreadableCount));
+    add("samples", QByteArray::number(r->unreadableSamples.size()));
+    QByteArrayList sorted = r->unreadableSamples;
+    std::sort(sorted.begin(), sorted.end());
+    add("sampleList", sorted.join(','));
+    add("rootSize", QByteArray::number(r->root->size));
+    add("dirs", QByteArray::number(r->totalDirs));
+    add("files", QByteArray::number(r->totalFiles));
+    add("fault", Fixtures::invariantFault(*r, 0).toUtf8());
     return out;
 }
 
@@ -37,147 +39,80 @@ QByteArray value(const QByteArray &report, const QByteArray &key)
     return "(missing " + key + ") in: " + report;
 }
 
-QByteArrayList samples(const QByteArray &report)
-{
-    QByteArrayList out;
-    for (const QByteArray &line : report.split('\n'))
-        if (line.startsWith("sample="))
-            out.append(line.mid(7));
-    return out;
-}
-
-QByteArray scanAsNobody(const QByteArray &root)
-{
-    return Fixtures::asNobody([root] {
-        ScanOptions options;
-        options.minTrackedSize = 1;
-        return describe(DiskScanner::scan(root, options, 0, makeCancelToken(), {}));
-    });
-}
-
-// A tree the unprivileged user can reach, with folders it can't read. Their
-// modes are restored at the end so the temporary folder can always be removed.
-class Tree
-{
-public:
-    Tree() : root(QFile::encodeName(m_tmp.path())) { ::chmod(root.constData(), 0755); }
-
-    ~Tree()
-    {
-        for (const QByteArray &path : m_locked)
-            ::chmod(path.constData(), 0755);
-    }
-    void lock(const QByteArray &path, mode_t mode = 0)
-    {
-        folder(path);
-        m_locked.append(path);
-        ::chmod(path.constData(), mode);
-    }
-
-private:
-    QTemporaryDir m_tmp; // first, so it exists before `root` is read from it
-
-public:
-    const QByteArray root;
-
-private:
-    QByteArrayList m_locked;
-};
-
 } // namespace
 
 // Folders the scanning user may not read. CI runs as root, who reads everything,
-// so these scans run as "nobody" in a forked child.
+// so the scans run as "nobody" in one forked child.
 class TestUnreadable : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void unreadableFoldersAreCountedAndKept()
+    void unreadableFolders()
     {
-        Tree tree;
-        const QByteArray root = tree.root;
-        file(root + "/ok/a.bin", 5000);
-        file(root + "/locked/inner.bin", 5000);
-        tree.lock(root + "/locked");
-        tree.lock(root + "/listless", 0311); // may be entered, not listed
-
-        const QByteArray report = scanAsNobody(root);
-        QCOMPARE(value(report, "result"), QByteArray("some"));
-        QCOMPARE(value(report, "fault"), QByteArray());
-        QCOMPARE(value(report, "unreadable"), QByteArray("2"));
-        QByteArrayList found = samples(report);
-        std::sort(found.begin(), found.end());
-        QCOMPARE(found, (QByteArrayList{root + "/listless", root + "/locked"}));
-        // Entered and counted as folders, simply empty.
-        QCOMPARE(value(report, "dirs"), QByteArray("4"));
-        QCOMPARE(value(report, "files"), QByteArray("1"));
-        QCOMPARE(value(report, "rootSize").toLongLong(), Fixtures::allocatedBelow(root + "/ok"));
-    }
-
-    void entriesThatCannotBeExaminedAreCounted()
-    {
-        Tree tree;
-        const QByteArray root = tree.root;
-        file(root + "/blind/one", 100);
-        file(root + "/blind/two", 100);
-        file(root + "/blind/three", 100);
-        tree.lock(root + "/blind", 0444); // listed, but nothing in it can be examined
-
-        const QByteArray report = scanAsNobody(root);
-        QCOMPARE(value(report, "fault"), QByteArray());
-        QCOMPARE(value(report, "unreadable"), QByteArray("3"));
-        QCOMPARE(value(report, "files"), QByteArray("0"));
-        for (const QByteArray &sample : samples(report))
-            QVERIFY(sample.startsWith(root + "/blind/"));
-    }
-
-    void anUnreadableRootGivesAnEmptyResult()
-    {
-        Tree tree;
-        const QByteArray root = tree.root + "/closed";
-        file(root + "/x", 100);
-        tree.lock(root);
-
-        const QByteArray report = scanAsNobody(root);
-        QCOMPARE(value(report, "result"), QByteArray("some"));
-        QCOMPARE(value(report, "rootSize"), QByteArray("0"));
-        QCOMPARE(value(report, "unreadable"), QByteArray("1"));
-        QCOMPARE(value(report, "dirs"), QByteArray("1"));
-        QCOMPARE(samples(report), QByteArrayList{root});
-    }
-
-    void samplesStopAt200()
-    {
-        Tree tree;
+        QTemporaryDir tmp;
+        const QByteArray root = QFile::encodeName(tmp.path());
+        ::chmod(root.constData(), 0755);
+        QByteArrayList locked;
+        const auto lock = [&locked](const QByteArray &path, mode_t mode = 0) {
+            folder(path);
+            locked.append(path);
+            ::chmod(path.constData(), mode);
+        };
+        const QByteArray mixed = root + "/mixed";
+        file(mixed + "/ok/a.bin", 5000);
+        file(mixed + "/locked/inner.bin", 5000);
+        lock(mixed + "/locked");
+        lock(mixed + "/listless", 0311); // may be entered, not listed
+        for (const char *name : {"/one", "/two", "/three"})
+            file(mixed + "/blind" + name, 100);
+        lock(mixed + "/blind", 0444); // listed, but nothing in it can be examined
+        file(root + "/closed/x", 100);
+        lock(root + "/closed");
         for (int i = 0; i < 205; ++i)
-            tree.lock(tree.root + "/d" + QByteArray::number(i));
-        const QByteArray report = scanAsNobody(tree.root);
-        QCOMPARE(value(report, "unreadable"), QByteArray("205"));
-        QCOMPARE(value(report, "samples"), QByteArray("200"));
-        QCOMPARE(value(report, "dirs"), QByteArray("206"));
-    }
-
-    void usageOfUnreadableFolders()
-    {
-        Tree tree;
-        const QByteArray root = tree.root;
+            lock(root + "/many/d" + QByteArray::number(i));
         file(root + "/a/reachable", 5000);
-        file(root + "/a/locked/hidden-away", 5000);
-        tree.lock(root + "/a/locked");
-        tree.lock(root + "/closed");
+        lock(root + "/a/locked");
 
-        const QByteArray report = Fixtures::asNobody([root] {
+        const QByteArray report = Fixtures::asNobody([root, mixed] {
+            ScanOptions options;
+            options.minTrackedSize = 1;
+            const auto scan = [&](const QByteArray &at) {
+                return DiskScanner::scan(at, options, 0, makeCancelToken(), {});
+            };
             const DiskUsage below = DiskScanner::usage(root + "/a");
             const DiskUsage closed = DiskScanner::usage(root + "/closed");
-            return QByteArray::number(below.size) + ' ' + QByteArray::number(below.items) + ' ' +
-                   QByteArray::number(below.readable) + ' ' + QByteArray::number(closed.exists) + ' ' +
-                   QByteArray::number(closed.readable);
+            return describe("mixed", scan(mixed)) + describe("closed", scan(root + "/closed")) +
+                   describe("many", scan(root + "/many")) + "usage=" + QByteArray::number(below.size) + ' ' +
+                   QByteArray::number(below.items) + ' ' + QByteArray::number(below.readable) + ' ' +
+                   QByteArray::number(closed.exists) + ' ' + QByteArray::number(closed.readable) + '\n';
         });
+        for (const QByteArray &path : locked)
+            ::chmod(path.constData(), 0755);
+
+        // Unreadable folders are entered and counted as folders, simply empty;
+        // entries that cannot be examined are counted too.
+        QCOMPARE(value(report, "mixed.fault"), QByteArray());
+        QCOMPARE(value(report, "mixed.unreadable"), QByteArray("5"));
+        QCOMPARE(value(report, "mixed.sampleList"),
+                 QByteArrayList({mixed + "/blind/one", mixed + "/blind/three", mixed + "/blind/two",
+                                 mixed + "/listless", mixed + "/locked"})
+                     .join(','));
+        QCOMPARE(value(report, "mixed.dirs"), QByteArray("5"));
+        QCOMPARE(value(report, "mixed.files"), QByteArray("1"));
+        QCOMPARE(value(report, "mixed.rootSize").toLongLong(), Fixtures::allocatedBelow(mixed + "/ok"));
+        // An unreadable root gives an empty result, not none.
+        QCOMPARE(value(report, "closed.rootSize"), QByteArray("0"));
+        QCOMPARE(value(report, "closed.unreadable"), QByteArray("1"));
+        QCOMPARE(value(report, "closed.dirs"), QByteArray("1"));
+        QCOMPARE(value(report, "closed.sampleList"), root + "/closed");
+        // Samples stop at 200.
+        QCOMPARE(value(report, "many.unreadable"), QByteArray("205"));
+        QCOMPARE(value(report, "many.samples"), QByteArray("200"));
+        QCOMPARE(value(report, "many.dirs"), QByteArray("206"));
         struct stat st;
         QCOMPARE(::lstat((root + "/a/reachable").constData(), &st), 0);
-        const qint64 reachable = qint64(st.st_blocks) * 512;
-        QCOMPARE(report, QByteArray::number(reachable) + " 1 1 1 0");
+        QCOMPARE(value(report, "usage"), QByteArray::number(qint64(st.st_blocks) * 512) + " 1 1 1 0");
     }
 };
 

@@ -1,0 +1,116 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import Sorvel.Ui
+
+// What the scan holds by category: one bar of segments by size, and a legend of
+// as many categories as fit. A click leads to the Biggest shelf, filtered.
+Column {
+    id: strip
+
+    required property SpaceModel space
+    property string hovered: ""
+    readonly property var parts: space.composition
+    readonly property var widths: parts.length > 0 && width > 0 ? space.segmentWidths(width) : []
+
+    function colorOf(hue: real): color {
+        return Qt.hsva(hue, 0.5, 0.86, 1);
+    }
+
+    spacing: 8
+
+    Row {
+        spacing: 2
+        height: 10
+        Repeater {
+            model: strip.parts
+            delegate: Rectangle {
+                id: segment
+
+                required property var modelData
+                required property int index
+
+                width: strip.widths[index] ?? 2
+                height: 10
+                radius: 3
+                color: strip.colorOf(modelData.hue)
+                opacity: strip.hovered === "" || strip.hovered === modelData.category ? 1 : 0.35
+                Behavior on opacity { Movement { curve: Look.hover } }
+                Accessible.role: Accessible.Button
+                Accessible.name: modelData.help
+
+                HoverHandler {
+                    id: hover
+                    onHoveredChanged: {
+                        if (hovered)
+                            strip.hovered = segment.modelData.category;
+                        else if (strip.hovered === segment.modelData.category)
+                            strip.hovered = "";
+                    }
+                }
+                TapHandler {
+                    onTapped: strip.space.chooseCategory(segment.modelData.category)
+                }
+                SorvelToolTip {
+                    visible: hover.hovered
+                    text: segment.modelData.help
+                }
+            }
+        }
+    }
+
+    // The legend: measured in full, then cut to what fits.
+    Row {
+        id: measure
+        visible: false
+        spacing: 14
+        Repeater {
+            id: measures
+            model: strip.parts
+            delegate: Row {
+                required property var modelData
+                spacing: 6
+                Item { width: 6; height: 6 }
+                Text { text: parent.modelData.title; font.pixelSize: 12 }
+            }
+        }
+    }
+    Row {
+        spacing: 14
+        readonly property int fitting: {
+            const widths = [];
+            for (let i = 0; i < measures.count; ++i) {
+                const item = measures.itemAt(i);
+                widths.push(item ? item.implicitWidth : 0);
+            }
+            return strip.space.legendCount(widths, strip.width, 14);
+        }
+        Repeater {
+            model: strip.parts.slice(0, parent.fitting)
+            delegate: Row {
+                id: legendEntry
+                required property var modelData
+                spacing: 6
+                Accessible.role: Accessible.Button
+                Accessible.name: modelData.help
+                Rectangle {
+                    width: 6
+                    height: 6
+                    radius: 3
+                    anchors.verticalCenter: parent.verticalCenter
+                    color: strip.colorOf(legendEntry.modelData.hue)
+                }
+                Text {
+                    text: legendEntry.modelData.title
+                    font.pixelSize: 12
+                    color: legendHover.hovered ? Look.ink : Look.ink2
+                }
+                HoverHandler {
+                    id: legendHover
+                }
+                TapHandler {
+                    onTapped: strip.space.chooseCategory(legendEntry.modelData.category)
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,403 @@
+import QtQuick
+import Sorvel.Ui
+
+// The linter of Qt 6.4 knows neither the model's base class, MouseArea's properties,
+// Qt's cursor and button enumerations nor grouped easing; this file is checked
+// by running it instead.
+// qmllint disable
+
+// One tile of the Space explorer, as an icon tile or a list row. It shows what
+// the model's row says and hands every click, hover and key to the model.
+Item {
+    id: tile
+
+    required property int index
+    required property string tileId
+    required property string name
+    required property bool isPlaceholder
+    required property string iconPath
+    required property string condition
+    required property int seed
+    required property string sizeText
+    required property string kindLine
+    required property string help
+    required property bool isDirectory
+    required property bool measuring
+    required property bool canOpen
+    required property bool canPreview
+    required property bool includes
+    required property bool inherited
+    required property bool locked
+    required property string riskLevel
+    required property string riskTitle
+    required property string riskHelp
+    required property string artifactKind
+    required property real weight
+    required property bool waiting
+    required property real barFactor
+    required property string selectAction
+    required property bool vanishing
+
+    required property SpaceModel space
+    property bool listLayout: false
+    readonly property bool hovering: pointer.containsMouse
+    readonly property bool stained: condition === "stained"
+    readonly property bool bloated: condition === "bloated"
+
+    width: GridView.view ? GridView.view.cellWidth - 8 : (ListView.view ? ListView.view.width : 140)
+    height: listLayout ? 48 : 132
+
+    Accessible.role: Accessible.Button
+    Accessible.name: isPlaceholder ? "" : name + ", " + sizeText
+    Accessible.description: canOpen ? qsTr("Opens the folder.") : qsTr("Shows a preview.")
+
+    // While a removal takes it: blur-free fallback of the evaporation, rising
+    // and fading.
+    opacity: vanishing ? 0 : 1
+    transform: Translate {
+        y: tile.vanishing ? -18 : 0
+        Behavior on y { Movement { curve: Look.evaporate; essential: true } }
+    }
+    Behavior on opacity { Movement { curve: Look.evaporate; essential: true } }
+
+    Rectangle {
+        id: back
+
+        anchors.fill: parent
+        radius: tile.listLayout ? 14 : 26
+        color: tile.includes ? Look.sorvelSubtle : tile.hovering ? Look.glass : "transparent"
+        border.width: tile.includes ? 1 : 0
+        border.color: Look.withAlpha(Look.accent, 0.6)
+        Behavior on color { ColorMovement { curve: Look.standard(180) } }
+
+        Rectangle {
+            visible: tile.includes
+            x: 0
+            anchors.verticalCenter: parent.verticalCenter
+            width: 3
+            height: 22
+            radius: 1.5
+            color: Look.accent
+        }
+    }
+
+    // The icon with its condition: grime wears a stain of sparkles, the
+    // heaviest swell and glow in honey.
+    component ConditionedIcon: Item {
+        id: conditioned
+
+        property real size: 64
+        property string path
+        property string condition
+        property bool dim: false
+
+        width: size
+        height: size
+
+        Rectangle {
+            anchors.centerIn: parent
+            visible: conditioned.condition === "bloated"
+            width: conditioned.size * 1.05
+            height: width
+            radius: width / 2
+            color: Look.withAlpha(Look.honey, 0.16)
+        }
+        FileIconView {
+            anchors.centerIn: parent
+            path: conditioned.path
+            size: conditioned.condition === "bloated" ? conditioned.size * 1.08 : conditioned.size
+            opacity: conditioned.dim ? 0.5 : 1
+        }
+        SymbolIcon {
+            visible: conditioned.condition === "stained"
+            anchors.right: parent.right
+            anchors.bottom: parent.bottom
+            name: "sparkles"
+            size: Math.max(10, conditioned.size * 0.28)
+            color: Look.accent
+        }
+    }
+
+    component SizeLine: Row {
+        spacing: 4
+        SorvelLoader {
+            visible: tile.measuring
+            size: 9
+            anchors.verticalCenter: parent.verticalCenter
+        }
+        SymbolIcon {
+            visible: !tile.measuring && tile.stained
+            name: "sparkles"
+            size: 9
+            color: Look.accent
+            anchors.verticalCenter: parent.verticalCenter
+        }
+        Text {
+            text: tile.sizeText
+            font.pixelSize: 11
+            color: Look.ink3
+        }
+    }
+
+    component Bar: Rectangle {
+        height: 8
+        radius: 4
+        color: Look.line
+        opacity: tile.waiting ? 0.6 + 0.4 * pulse.value : 1
+    }
+
+    QtObject {
+        id: pulse
+        property real value: 0
+        SequentialAnimation on value {
+            running: tile.waiting && tile.isPlaceholder && !Look.reducedMotion
+            loops: Animation.Infinite
+            NumberAnimation { to: 1; duration: 900; easing.type: Easing.InOutSine }
+            NumberAnimation { to: 0; duration: 900; easing.type: Easing.InOutSine }
+        }
+    }
+
+    // -- Icons ----------------------------------------------------------------
+    Item {
+        anchors.fill: parent
+        visible: !tile.listLayout
+
+        ConditionedIcon {
+            y: 12
+            anchors.horizontalCenter: parent.horizontalCenter
+            path: tile.iconPath
+            condition: tile.condition
+            dim: tile.isPlaceholder && tile.waiting
+        }
+        Column {
+            visible: !tile.isPlaceholder
+            y: 84
+            width: parent.width - 16
+            anchors.horizontalCenter: parent.horizontalCenter
+            spacing: 2
+            Text {
+                width: parent.width
+                horizontalAlignment: Text.AlignHCenter
+                text: tile.name
+                elide: Text.ElideMiddle
+                font.pixelSize: 12
+                font.weight: Font.Medium
+                color: Look.ink
+            }
+            SizeLine {
+                anchors.horizontalCenter: parent.horizontalCenter
+            }
+        }
+        Column {
+            visible: tile.isPlaceholder
+            y: 90
+            anchors.horizontalCenter: parent.horizontalCenter
+            spacing: 6
+            Bar {
+                width: 80 * tile.barFactor
+                anchors.horizontalCenter: parent.horizontalCenter
+            }
+            Bar {
+                width: 34
+                height: 6
+                anchors.horizontalCenter: parent.horizontalCenter
+            }
+        }
+        Loader {
+            active: !tile.isPlaceholder
+            x: parent.width - width - 10
+            y: 10
+            sourceComponent: tile.locked ? lockMark : selectCircle
+        }
+        RiskMark {
+            visible: !tile.isPlaceholder && (tile.riskLevel === "caution" || tile.riskLevel === "danger")
+            x: 12
+            y: 11
+            level: tile.riskLevel
+            help: tile.riskHelp
+        }
+    }
+
+    // -- List -----------------------------------------------------------------
+    Item {
+        anchors.fill: parent
+        anchors.leftMargin: 12
+        anchors.rightMargin: 12
+        visible: tile.listLayout
+
+        Loader {
+            id: listMark
+            active: !tile.isPlaceholder
+            width: 20
+            anchors.verticalCenter: parent.verticalCenter
+            sourceComponent: tile.locked ? lockMark : selectCircle
+        }
+        ConditionedIcon {
+            id: listIcon
+            x: 30
+            size: 28
+            anchors.verticalCenter: parent.verticalCenter
+            path: tile.iconPath
+            condition: tile.condition
+            dim: tile.isPlaceholder && tile.waiting
+        }
+        Column {
+            anchors.left: listIcon.right
+            anchors.leftMargin: 10
+            anchors.right: listBar.left
+            anchors.rightMargin: 12
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 2
+            visible: !tile.isPlaceholder
+            Row {
+                spacing: 6
+                width: parent.width
+                Text {
+                    width: Math.min(implicitWidth, parent.width - 120)
+                    text: tile.name
+                    elide: Text.ElideMiddle
+                    font.pixelSize: 13
+                    font.weight: Font.Medium
+                    color: Look.ink
+                }
+                RiskBadge {
+                    visible: tile.artifactKind.length === 0 && tile.riskTitle.length > 0
+                             && tile.riskLevel !== "normal"
+                    anchors.verticalCenter: parent.verticalCenter
+                    level: ["safe", "normal", "caution", "danger", "locked"].indexOf(tile.riskLevel)
+                    title: tile.riskTitle
+                }
+                Badge {
+                    visible: tile.artifactKind.length > 0
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: tile.artifactKind
+                    tint: Look.accent
+                }
+            }
+            Text {
+                width: parent.width
+                text: tile.kindLine
+                elide: Text.ElideRight
+                font.pixelSize: 11
+                color: Look.ink3
+            }
+        }
+        Column {
+            visible: tile.isPlaceholder
+            anchors.left: listIcon.right
+            anchors.leftMargin: 10
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 6
+            Bar { width: 220 * tile.barFactor }
+            Bar { width: 70; height: 6 }
+        }
+        MoltenBar {
+            id: listBar
+            visible: !tile.isPlaceholder
+            anchors.right: sizeColumn.left
+            anchors.rightMargin: 12
+            anchors.verticalCenter: parent.verticalCenter
+            width: 110
+            fraction: tile.weight
+            tint: tile.bloated ? Look.honey : Look.withAlpha(Look.ink2, 0.45)
+        }
+        SizeLine {
+            id: sizeColumn
+            visible: !tile.isPlaceholder
+            anchors.right: chevron.left
+            anchors.rightMargin: 8
+            anchors.verticalCenter: parent.verticalCenter
+            width: 80
+            layoutDirection: Qt.RightToLeft
+        }
+        SymbolIcon {
+            id: chevron
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            name: "chevron.right"
+            size: 12
+            color: Look.ink3
+            opacity: tile.canOpen ? 1 : 0
+        }
+    }
+
+    Component {
+        id: selectCircle
+        SelectCircle {
+            isOn: tile.includes
+            inherited: tile.inherited
+            hovering: tile.hovering
+            size: 20
+            enabled: !tile.measuring
+            onClicked: tile.space.toggle(tile.index, 1, true)
+        }
+    }
+    Component {
+        id: lockMark
+        LockMark {}
+    }
+
+    MouseArea {
+        id: pointer
+
+        anchors.fill: parent
+        z: -1
+        enabled: !tile.isPlaceholder
+        hoverEnabled: true
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
+        cursorShape: tile.canOpen ? Qt.PointingHandCursor : Qt.ArrowCursor
+        onContainsMouseChanged: tile.space.hover(tile.index, containsMouse)
+        onClicked: mouse => {
+            if (mouse.button === Qt.RightButton) {
+                menu.popupAt(mouse.x, mouse.y);
+                return;
+            }
+            tile.forceActiveFocus();
+            tile.space.tap(tile.index, mouse.modifiers, 1, true);
+        }
+        // The second click of a double-click: the model drops it.
+        onDoubleClicked: mouse => tile.space.tap(tile.index, mouse.modifiers, 2, true)
+    }
+
+    SorvelToolTip {
+        visible: tile.hovering && !tile.isPlaceholder && !menu.visible
+        text: tile.help
+        delay: 900
+    }
+
+    TileMenu {
+        id: menu
+        entries: {
+            const list = [{ text: tile.selectAction, action: "toggle" }];
+            if (tile.canOpen)
+                list.push({ text: qsTr("Open"), action: "open" });
+            if (tile.canPreview)
+                list.push({ text: qsTr("Quick Look"), action: "preview" });
+            list.push({ text: qsTr("Show in Finder"), action: "reveal" });
+            list.push({ text: qsTr("Copy Path"), action: "copy" });
+            return list;
+        }
+        onChosen: action => {
+            switch (action) {
+            case "toggle":
+                tile.space.toggle(tile.index, 1, false);
+                break;
+            case "open":
+                tile.space.tap(tile.index, 0, 1, false);
+                break;
+            case "preview":
+                tile.space.preview(tile.index);
+                break;
+            case "reveal":
+                tile.space.reveal(tile.index);
+                break;
+            case "copy":
+                tile.space.copyPath(tile.index);
+                break;
+            }
+        }
+    }
+
+    Accessible.onPressAction: tile.space.tap(tile.index, 0, 1, false)
+    Accessible.onToggleAction: tile.space.toggle(tile.index, 1, false)
+}

@@ -1,0 +1,28 @@
+import QtQuick
+import Sorvel.Ui
+
+// Shown instead of the selection tick on what the safety guard keeps.
+Rectangle {
+    id: mark
+
+    implicitWidth: 20
+    implicitHeight: 20
+    radius: 10
+    color: Look.raised
+    border.width: 1
+    border.color: Look.line
+
+    SymbolIcon {
+        anchors.centerIn: parent
+        name: "lock.fill"
+        size: 9
+        color: Look.ink2
+    }
+    HoverHandler {
+        id: hover
+    }
+    SorvelToolTip {
+        visible: hover.hovered
+        text: qsTr("Kept by the safety guard. Open it to clean inside")
+    }
+}

@@ -1,0 +1,19 @@
+import QtQuick
+import Sorvel.Ui
+
+// The selection tick of a tile: on when the tile is selected (itself or through
+// a folder), fainter when inherited, with its help text.
+SorvelCheck {
+    id: circle
+
+    property bool isOn: false
+    property bool hovering: false
+
+    checked: isOn && !inherited
+    opacity: inherited ? 0.55 : (isOn || hovering || hovered ? 1 : 0.7)
+    SorvelToolTip {
+        visible: circle.hovered
+        text: circle.isOn ? qsTr("Deselect") : qsTr("Select for cleaning")
+    }
+    Behavior on opacity { Movement { curve: Look.standard(150) } }
+}

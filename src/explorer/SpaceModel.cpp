@@ -1,0 +1,1032 @@
+#include "SpaceModel.h"
+
+#include "core/AppState.h"
+#include "core/Desktop.h"
+#include "core/FileActions.h"
+#include "core/Fmt.h"
+#include "core/Paths.h"
+#include "core/Prefs.h"
+#include "safety/SafetyGuard.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QLocale>
+#include <QMimeDatabase>
+#include <QThreadPool>
+#include <QUrl>
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+
+namespace {
+
+QString explorerText(const char *text) { return QCoreApplication::translate("Explorer", text); }
+
+bool keptByGuard(const QByteArray &id) { return SafetyGuard::isProtected(id) && !SafetyGuard::isContentsOnly(id); }
+
+struct SmallFile {
+    QByteArray path;
+    qint64 size = 0;
+};
+
+// Lists the plain files of `folder` that the scan did not keep, by name.
+// Symbolic links count as themselves. A folder that can't be read gives
+// nothing.
+QList<SmallFile> readLooseFiles(const QByteArray &folder, const QSet<QByteArray> &known, bool skipHidden)
+{
+    QList<SmallFile> out;
+    DIR *dir = ::opendir(folder.constData());
+    if (!dir)
+        return out;
+    const QByteArray prefix = folder.endsWith('/') ? folder : folder + '/';
+    while (const dirent *ent = ::readdir(dir)) {
+        const QByteArray name(ent->d_name);
+        if (name == "." || name == ".." || known.contains(name))
+            continue;
+        if (skipHidden && name.startsWith('.'))
+            continue;
+        const QByteArray path = prefix + name;
+        struct stat st;
+        if (::lstat(path.constData(), &st) != 0 || S_ISDIR(st.st_mode))
+            continue;
+        out.append({path, qint64(st.st_blocks) * 512});
+    }
+    ::closedir(dir);
+    return out;
+}
+
+// The hue of each category in the composition strip, in turns (0...1); the
+// strip gives all the same saturation and brightness.
+double categoryHue(FileCategory category)
+{
+    switch (category) {
+    case FileCategory::video:
+        return 0.78;
+    case FileCategory::audio:
+        return 0.90;
+    case FileCategory::image:
+        return 0.55;
+    case FileCategory::document:
+        return 0.12;
+    case FileCategory::archive:
+        return 0.06;
+    case FileCategory::diskImage:
+        return 0.98;
+    case FileCategory::application:
+        return 0.40;
+    case FileCategory::code:
+        return 0.25;
+    case FileCategory::developer:
+        return 0.47;
+    case FileCategory::other:
+        break;
+    }
+    return 0.62;
+}
+
+} // namespace
+
+namespace {
+
+// What a row shows that can change without its id changing.
+size_t signature(const ExplorerTile &tile)
+{
+    const ExplorerEntry *e = tile.entry();
+    return qHashMulti(0, tile.id(), int(tile.condition), e ? e->size : -1, e && e->measuring,
+                      e ? e->risk.title : QString());
+}
+
+} // namespace
+
+SpaceModel::SpaceModel(QObject *parent) : QAbstractListModel(parent)
+{
+    static QElapsedTimer started;
+    if (!started.isValid())
+        started.start();
+    m_clock = [] { return double(started.nsecsElapsed()) / 1e9; };
+    m_layout = ExplorerLayout::fromRawValue(Prefs::text(Prefs::spaceLayout)).value_or(ExplorerLayout::icons);
+    m_otherTiles = SpaceView::welcomeTiles();
+    for (const ExplorerTile &tile : m_otherTiles) {
+        m_rowIds.append(tile.id());
+        m_rowSigs.append(signature(tile));
+    }
+    m_progressTimer.setSingleShot(true);
+    m_progressTimer.setInterval(100);
+    connect(&m_progressTimer, &QTimer::timeout, this, [this] {
+        if (m_mode == SpaceView::Mode::discovering)
+            refresh();
+    });
+}
+
+SpaceModel::~SpaceModel() = default;
+
+void SpaceModel::setState(AppState *state)
+{
+    if (m_state == state)
+        return;
+    for (const auto &c : std::as_const(m_connections))
+        disconnect(c);
+    m_connections.clear();
+    m_state = state;
+    if (state) {
+        // A scan that ends clears isScanning just before its result arrives:
+        // queued, so the view goes from discovering straight to results.
+        m_connections << connect(
+            state, &AppState::isScanningChanged, this,
+            [this] {
+                refresh();
+                emit progressChanged();
+            },
+            Qt::QueuedConnection);
+        // Progress comes in bursts (one report per new child of the root):
+        // the tiles follow at most every 100 ms.
+        m_connections << connect(state, &AppState::progressChanged, this, [this] {
+            if (m_mode == SpaceView::Mode::discovering && !m_progressTimer.isActive())
+                m_progressTimer.start();
+            emit progressChanged();
+        });
+        m_connections << connect(state, &AppState::scanTargetChanged, this, &SpaceModel::progressChanged);
+        m_connections << connect(state, &AppState::resultChanged, this, &SpaceModel::onResultChanged);
+        m_connections << connect(state, &AppState::revisionChanged, this, &SpaceModel::onRevisionChanged);
+        m_connections << connect(state->queue(), &CleanQueue::itemsChanged, this, &SpaceModel::onQueueChanged);
+        m_connections << connect(state, &AppState::recentsChanged, this, &SpaceModel::recentsChanged);
+        // Until the steamer passes over them, what a removal takes fades out
+        // where it stands.
+        const auto followRemoval = [this] { setVanishing(m_state->vanishingPaths() + m_state->sorvelisingIDs()); };
+        m_connections << connect(state, &AppState::vanishingPathsChanged, this, followRemoval);
+        m_connections << connect(state, &AppState::sorvelisingIDsChanged, this, followRemoval);
+        m_connections << connect(state, &AppState::folderFocusChanged, this, [this] {
+            if (m_state && !m_state->folderFocus().isEmpty() && m_state->result())
+                focus(QByteArray(m_state->folderFocus()));
+        });
+    }
+    m_stack.clear();
+    refresh();
+    emit stateChanged();
+    emit folderChanged();
+    emit compositionChanged();
+    emit selectionChanged();
+    emit recentsChanged();
+    emit progressChanged();
+}
+
+// -- The list ----------------------------------------------------------------
+
+DirNodePtr SpaceModel::currentNode() const
+{
+    if (!m_state || !m_state->result())
+        return {};
+    if (!m_stack.empty())
+        return m_stack.back();
+    return m_state->result()->root;
+}
+
+QList<ExplorerEntry> SpaceModel::smallFor(const DirNodePtr &node) const
+{
+    return node ? m_smallFiles.value(node->path()) : QList<ExplorerEntry>{};
+}
+
+const QList<ExplorerTile> &SpaceModel::allTiles() const
+{
+    if (m_mode != SpaceView::Mode::results)
+        return m_otherTiles;
+    return m_memo.tiles;
+}
+
+void SpaceModel::refresh()
+{
+    const SpaceView::Mode mode =
+        m_state ? SpaceView::mode(m_state->isScanning(), m_state->result()) : SpaceView::Mode::welcome;
+    const bool modeChanged = mode != m_mode;
+    m_mode = mode;
+    switch (mode) {
+    case SpaceView::Mode::welcome:
+        if (modeChanged)
+            m_otherTiles = SpaceView::welcomeTiles();
+        break;
+    case SpaceView::Mode::discovering:
+        if (modeChanged)
+            m_discoveredRisks.clear();
+        m_otherTiles = SpaceView::discoveringTiles(m_state->progress(), &m_discoveredRisks);
+        break;
+    case SpaceView::Mode::results: {
+        const DirNodePtr node = currentNode();
+        if (node)
+            SpaceView::resultTiles(node, m_state->revision(), smallFor(node), m_query, *m_state->queue(), m_memo);
+        else
+            m_memo.tiles.clear(), m_memo.key.reset();
+        break;
+    }
+    }
+    const QString key = folderKey();
+    const bool folderMoved = key != m_lastFolderKey;
+    if (folderMoved) {
+        m_lastFolderKey = key;
+        resetShown();
+    }
+    syncRows(modeChanged || folderMoved);
+    if (modeChanged)
+        emit this->modeChanged();
+    if (folderMoved)
+        emit folderChanged();
+    emit tilesChanged();
+}
+
+void SpaceModel::syncRows(bool resetAll)
+{
+    const QList<ExplorerTile> &all = allTiles();
+    const qsizetype count = std::min<qsizetype>(all.size(), m_shown);
+    QList<QByteArray> ids;
+    QList<size_t> sigs;
+    ids.reserve(count);
+    sigs.reserve(count);
+    qint64 heaviest = 1;
+    for (qsizetype i = 0; i < count; ++i) {
+        ids.append(all[i].id());
+        sigs.append(signature(all[i]));
+        heaviest = std::max(heaviest, all[i].size());
+    }
+    const bool weightsMoved = heaviest != m_heaviest;
+    m_heaviest = heaviest;
+    if (resetAll) {
+        beginResetModel();
+        m_rowIds = std::move(ids);
+        m_rowSigs = std::move(sigs);
+        endResetModel();
+        return;
+    }
+    // Keep the rows that stay in place, so the view keeps their delegates and
+    // its scroll position. A placeholder that gives way to an entry (or the
+    // other way round) changes in place; what follows the first real change
+    // is replaced.
+    qsizetype same = 0;
+    const auto isPlaceholderId = [](const QByteArray &id) { return id.startsWith("placeholder-"); };
+    while (same < ids.size() && same < m_rowIds.size() &&
+           (ids[same] == m_rowIds[same] || isPlaceholderId(ids[same]) || isPlaceholderId(m_rowIds[same])))
+        ++same;
+    QList<int> changed;
+    for (qsizetype i = 0; i < same; ++i)
+        if (weightsMoved || sigs[i] != m_rowSigs[i])
+            changed.append(int(i));
+    if (same < m_rowIds.size()) {
+        beginRemoveRows({}, int(same), int(m_rowIds.size() - 1));
+        m_rowIds.resize(same);
+        m_rowSigs.resize(same);
+        endRemoveRows();
+    }
+    for (qsizetype i = 0; i < same; ++i)
+        m_rowIds[i] = ids[i];
+    m_rowSigs = sigs.mid(0, same);
+    if (same < ids.size()) {
+        beginInsertRows({}, int(same), int(ids.size() - 1));
+        m_rowIds = ids;
+        m_rowSigs = sigs;
+        endInsertRows();
+    }
+    // Neighbouring rows in one signal each.
+    for (qsizetype i = 0; i < changed.size();) {
+        qsizetype j = i;
+        while (j + 1 < changed.size() && changed[j + 1] == changed[j] + 1)
+            ++j;
+        emit dataChanged(index(changed[i]), index(changed[j]));
+        i = j + 1;
+    }
+}
+
+void SpaceModel::setShown(int shown)
+{
+    if (shown == m_shown)
+        return;
+    m_shown = shown;
+    syncRows(false);
+    emit tilesChanged();
+}
+
+const ExplorerTile *SpaceModel::tileAt(int row) const
+{
+    const QList<ExplorerTile> &all = allTiles();
+    if (row < 0 || row >= m_rowIds.size() || row >= all.size())
+        return nullptr;
+    return &all[row];
+}
+
+int SpaceModel::rowOf(const QByteArray &id) const { return int(m_rowIds.indexOf(id)); }
+
+int SpaceModel::rowCount(const QModelIndex &parent) const { return parent.isValid() ? 0 : int(m_rowIds.size()); }
+
+QHash<int, QByteArray> SpaceModel::roleNames() const
+{
+    return {
+        {TileIdRole, "tileId"},
+        {NameRole, "name"},
+        {IsPlaceholderRole, "isPlaceholder"},
+        {IconPathRole, "iconPath"},
+        {ConditionRole, "condition"},
+        {SeedRole, "seed"},
+        {SizeTextRole, "sizeText"},
+        {KindLineRole, "kindLine"},
+        {HelpRole, "help"},
+        {IsDirectoryRole, "isDirectory"},
+        {MeasuringRole, "measuring"},
+        {CanOpenRole, "canOpen"},
+        {CanPreviewRole, "canPreview"},
+        {IncludesRole, "includes"},
+        {InheritedRole, "inherited"},
+        {LockedRole, "locked"},
+        {RiskLevelRole, "riskLevel"},
+        {RiskTitleRole, "riskTitle"},
+        {RiskHelpRole, "riskHelp"},
+        {ArtifactKindRole, "artifactKind"},
+        {WeightRole, "weight"},
+        {WaitingRole, "waiting"},
+        {BarFactorRole, "barFactor"},
+        {SelectActionRole, "selectAction"},
+        {VanishingRole, "vanishing"},
+    };
+}
+
+QVariant SpaceModel::data(const QModelIndex &index, int role) const
+{
+    const ExplorerTile *tile = tileAt(index.row());
+    if (!tile)
+        return {};
+    const ExplorerEntry *e = tile->entry();
+    const CleanQueue *queue = m_state ? m_state->queue() : nullptr;
+    switch (role) {
+    case TileIdRole:
+        return Paths::toText(tile->id());
+    case NameRole:
+        return e ? e->name : QString();
+    case IsPlaceholderRole:
+        return !e;
+    case IconPathRole: {
+        // A trailing "/" tells the icon provider a folder that is not on disk.
+        const QByteArray path = e ? e->id : tile->placeholder().path();
+        const bool folder = e ? e->isDirectory : tile->placeholder() == PlaceholderKind::folder;
+        return Paths::toText(folder && !path.endsWith('/') ? path + '/' : path);
+    }
+    case ConditionRole:
+        return ExplorerTile::conditionName(tile->condition);
+    case SeedRole:
+        return tile->seed;
+    case SizeTextRole:
+        if (!e)
+            return QString();
+        if (e->measuring && e->size == 0)
+            return explorerText(QT_TRANSLATE_NOOP("Explorer", "Measuring…"));
+        return Fmt::bytes(e->size);
+    case KindLineRole:
+        return e ? TileText::kindLine(*e) : QString();
+    case HelpRole: {
+        if (!e)
+            return QString();
+        TileText::HelpFacts facts;
+        facts.condition = tile->condition;
+        facts.layout = m_layout;
+        facts.isProtected = SafetyGuard::isProtected(e->id);
+        facts.isContentsOnly = SafetyGuard::isContentsOnly(e->id);
+        if (facts.isProtected)
+            facts.protectedReason = SafetyGuard::reason(e->id);
+        if (queue) {
+            facts.inQueue = queue->contains(e->id);
+            facts.includes = queue->includes(e->id);
+            if (const auto covering = queue->covering(e->id))
+                facts.coveringName = covering->name;
+        }
+        return TileText::helpLines(*e, facts).join(QLatin1Char('\n'));
+    }
+    case IsDirectoryRole:
+        return e && e->isDirectory;
+    case MeasuringRole:
+        return e && e->measuring;
+    case CanOpenRole:
+        return e && e->node != nullptr;
+    case CanPreviewRole:
+        return e && !e->isDirectory;
+    case IncludesRole:
+        return e && queue && queue->includes(e->id);
+    case InheritedRole:
+        return e && queue && !queue->contains(e->id) && queue->covering(e->id).has_value();
+    case LockedRole:
+        return e && keptByGuard(e->id);
+    case RiskLevelRole:
+        return e ? e->risk.level.name() : QString();
+    case RiskTitleRole:
+        return e ? e->risk.title : QString();
+    case RiskHelpRole:
+        return e && e->risk.hasBadge() ? QStringLiteral("%1: %2").arg(e->risk.title, e->risk.why) : QString();
+    case ArtifactKindRole:
+        return e ? e->artifactKind : QString();
+    case WeightRole:
+        return e ? double(e->size) / double(m_heaviest) : 0.0;
+    case WaitingRole:
+        return m_state && m_state->isScanning();
+    case BarFactorRole:
+        return 0.45 + double((tile->seed * 37) % 40) / 100.0;
+    case SelectActionRole:
+        return e && queue && queue->includes(e->id)
+                   ? explorerText(QT_TRANSLATE_NOOP("Explorer", "Deselect"))
+                   : explorerText(QT_TRANSLATE_NOOP("Explorer", "Select for Cleaning"));
+    case VanishingRole:
+        return e && m_vanishing.contains(e->id);
+    default:
+        return {};
+    }
+}
+
+void SpaceModel::setVanishing(const QSet<QByteArray> &paths)
+{
+    if (paths == m_vanishing)
+        return;
+    m_vanishing = paths;
+    if (!m_rowIds.isEmpty())
+        emit dataChanged(index(0), index(int(m_rowIds.size() - 1)), {VanishingRole});
+}
+
+// -- Search, filter, sort, layout --------------------------------------------
+
+void SpaceModel::setSearch(const QString &search)
+{
+    if (search == m_query.search)
+        return;
+    m_query.search = search;
+    resetShown();
+    emit searchChanged();
+    refresh();
+}
+
+void SpaceModel::setFilter(ExplorerFilter filter)
+{
+    if (filter == m_query.filter)
+        return;
+    m_query.filter = filter;
+    resetShown();
+    emit filterChanged();
+    refresh();
+}
+
+void SpaceModel::setFilterText(const QString &raw)
+{
+    if (const auto f = ExplorerFilter::fromRawValue(raw))
+        setFilter(*f);
+}
+
+void SpaceModel::chooseFilter(const QString &raw)
+{
+    const auto f = ExplorerFilter::fromRawValue(raw);
+    if (!f)
+        return;
+    setFilter(*f == m_query.filter ? ExplorerFilter(ExplorerFilter::all) : *f);
+}
+
+void SpaceModel::showEverything()
+{
+    setSearch(QString());
+    setFilter(ExplorerFilter::all);
+}
+
+void SpaceModel::setSort(ExplorerSort sort)
+{
+    if (sort == m_query.sort)
+        return;
+    m_query.sort = sort;
+    resetShown();
+    emit sortChanged();
+    refresh();
+}
+
+void SpaceModel::setSortText(const QString &raw)
+{
+    if (const auto s = ExplorerSort::fromRawValue(raw))
+        setSort(*s);
+}
+
+void SpaceModel::setLayoutText(const QString &raw)
+{
+    const auto layout = ExplorerLayout::fromRawValue(raw);
+    if (!layout || *layout == m_layout)
+        return;
+    m_layout = *layout;
+    Prefs::setValue(Prefs::spaceLayout, m_layout.rawValue());
+    emit layoutChanged();
+    if (!m_rowIds.isEmpty())
+        emit dataChanged(index(0), index(int(m_rowIds.size() - 1)), {HelpRole});
+}
+
+QVariantList SpaceModel::filters() const
+{
+    QVariantList out;
+    for (const ExplorerFilter f : ExplorerFilter::allCases)
+        out << QVariantMap{{QStringLiteral("value"), f.rawValue()}, {QStringLiteral("title"), f.title()}};
+    return out;
+}
+
+QVariantList SpaceModel::sorts() const
+{
+    QVariantList out;
+    for (const ExplorerSort s : ExplorerSort::allCases)
+        out << QVariantMap{{QStringLiteral("value"), s.rawValue()}, {QStringLiteral("title"), s.title()}};
+    return out;
+}
+
+// -- Lines under and instead of the grid -------------------------------------
+
+QString SpaceModel::showingText() const
+{
+    const qsizetype all = allTiles().size();
+    if (m_rowIds.size() >= all)
+        return {};
+    return TileText::showingLine(m_rowIds.size(), all);
+}
+
+bool SpaceModel::emptyVisible() const
+{
+    // Loose small files still to be listed are something to show: their row
+    // stands in the grid instead.
+    return m_mode == SpaceView::Mode::results && allTiles().isEmpty() && !smallRowVisible();
+}
+
+QString SpaceModel::emptyText() const
+{
+    if (!m_query.search.isEmpty())
+        return explorerText(QT_TRANSLATE_NOOP("Explorer", "Nothing here is named like “%1”.")).arg(m_query.search);
+    if (m_query.filter == ExplorerFilter::all)
+        return explorerText(QT_TRANSLATE_NOOP("Explorer", "This folder is empty."));
+    return explorerText(QT_TRANSLATE_NOOP("Explorer", "No %1 in this folder.")).arg(m_query.filter.title().toLower());
+}
+
+bool SpaceModel::smallRowVisible() const
+{
+    if (m_mode != SpaceView::Mode::results || m_query.filter == ExplorerFilter::folders)
+        return false;
+    if (m_rowIds.size() < allTiles().size())
+        return false;
+    const DirNodePtr node = currentNode();
+    return node && node->smallFilesSize > 0 && !m_smallFiles.contains(node->path());
+}
+
+bool SpaceModel::smallLoading() const
+{
+    const DirNodePtr node = currentNode();
+    return node && m_loadingSmall.contains(node->path());
+}
+
+QString SpaceModel::smallRowText() const
+{
+    const DirNodePtr node = currentNode();
+    if (!node)
+        return {};
+    const QString size = Fmt::bytes(node->smallFilesSize);
+    if (smallLoading())
+        return explorerText(QT_TRANSLATE_NOOP("Explorer", "Loading %1 in smaller files…")).arg(size);
+    return explorerText(QT_TRANSLATE_NOOP("Explorer", "Scroll to load %1 in smaller files")).arg(size);
+}
+
+// -- Folder, header ----------------------------------------------------------
+
+QString SpaceModel::folderKey() const
+{
+    switch (m_mode) {
+    case SpaceView::Mode::discovering:
+        return QStringLiteral("discovering");
+    case SpaceView::Mode::welcome:
+        return QStringLiteral("welcome");
+    case SpaceView::Mode::results:
+        break;
+    }
+    const DirNodePtr node = currentNode();
+    if (!node)
+        return QStringLiteral("none");
+    return QString::number(quintptr(node.get()));
+}
+
+QStringList SpaceModel::crumbs() const
+{
+    QStringList out;
+    if (!m_state || !m_state->result() || !m_state->result()->root)
+        return out;
+    out << Fmt::displayName(m_state->result()->root->path());
+    for (const DirNodePtr &node : m_stack)
+        out << Paths::toDisplay(node->name);
+    return out;
+}
+
+QString SpaceModel::subtitle() const
+{
+    const DirNodePtr node = currentNode();
+    if (!node)
+        return {};
+    if (!m_stack.empty())
+        return TileText::abbreviateWithTilde(node->path());
+    const double duration = m_state && m_state->result() ? m_state->result()->duration : 0;
+    return explorerText(QT_TRANSLATE_NOOP("Explorer", "Scanned %1 in %2"))
+        .arg(TileText::abbreviateWithTilde(node->path()), Fmt::duration(duration));
+}
+
+QString SpaceModel::currentSizeText() const
+{
+    const DirNodePtr node = currentNode();
+    return node ? Fmt::bytes(node->size) : QString();
+}
+
+QString SpaceModel::currentFilesText() const
+{
+    const DirNodePtr node = currentNode();
+    return node ? explorerText(QT_TRANSLATE_NOOP("Explorer", "%1 files")).arg(QLocale().toString(node->fileCount))
+                : QString();
+}
+
+QString SpaceModel::discoveringTitle() const
+{
+    if (!m_state || m_state->scanTarget().isEmpty())
+        return explorerText(QT_TRANSLATE_NOOP("Explorer", "Reading your disk"));
+    return explorerText(QT_TRANSLATE_NOOP("Explorer", "Reading %1")).arg(Fmt::displayName(m_state->scanTarget()));
+}
+
+QString SpaceModel::scanPath() const { return m_state ? Paths::toDisplay(m_state->progress().currentPath) : QString(); }
+
+QString SpaceModel::scanBytesText() const { return Fmt::bytes(m_state ? m_state->progress().bytesScanned : 0); }
+
+QString SpaceModel::scanCountsText() const
+{
+    if (!m_state)
+        return {};
+    const ScanProgress &p = m_state->progress();
+    return explorerText(QT_TRANSLATE_NOOP("Explorer", "%1 files · %2 found"))
+        .arg(QLocale().toString(p.filesScanned), QLocale().toString(qint64(p.discovered.size())));
+}
+
+QVariantList SpaceModel::composition() const
+{
+    QVariantList out;
+    if (!m_state || !m_state->result())
+        return out;
+    struct Part {
+        FileCategory category;
+        qint64 size;
+    };
+    QList<Part> parts;
+    for (const FileCategory c : FileCategory::allCases) {
+        const CategoryTotal t = m_state->result()->total(c);
+        if (t.size > 0)
+            parts.append({c, t.size});
+    }
+    std::stable_sort(parts.begin(), parts.end(), [](const Part &a, const Part &b) { return a.size > b.size; });
+    for (const Part &p : parts)
+        out << QVariantMap{
+            {QStringLiteral("category"), p.category.id()},
+            {QStringLiteral("title"), p.category.title()},
+            {QStringLiteral("size"), double(p.size)},
+            {QStringLiteral("hue"), categoryHue(p.category)},
+            {QStringLiteral("help"), QStringLiteral("%1: %2").arg(p.category.title(), Fmt::bytes(p.size))},
+        };
+    return out;
+}
+
+QVariantList SpaceModel::recents() const
+{
+    QVariantList out;
+    if (!m_state)
+        return out;
+    const QByteArrayList &recents = m_state->recents();
+    for (qsizetype i = 0; i < recents.size() && i < 3; ++i)
+        out << QVariantMap{{QStringLiteral("path"), Paths::toText(recents[i])},
+                           {QStringLiteral("title"), Fmt::displayName(recents[i])},
+                           {QStringLiteral("help"), Paths::toDisplay(recents[i])}};
+    return out;
+}
+
+void SpaceModel::chooseCategory(const QString &category)
+{
+    if (!m_state)
+        return;
+    m_state->setLargestCategoryText(category);
+    m_state->setSection(SidebarItem::largest);
+}
+
+void SpaceModel::openFullDiskAccessSettings()
+{
+    if (m_state && m_state->desktop())
+        m_state->desktop()->openFullDiskAccessSettings();
+    else
+        FileActions::openFullDiskAccessSettings();
+}
+
+QVariantList SpaceModel::segmentWidths(double width) const
+{
+    QList<qint64> sizes;
+    for (const QVariant &part : composition())
+        sizes << qint64(part.toMap().value(QStringLiteral("size")).toDouble());
+    QVariantList out;
+    for (const double w : TileText::segmentWidths(sizes, width))
+        out << w;
+    return out;
+}
+
+int SpaceModel::legendCount(const QVariantList &entryWidths, double width, double gap) const
+{
+    QList<double> widths;
+    for (const QVariant &w : entryWidths)
+        widths << w.toDouble();
+    return TileText::legendCount(widths, width, gap);
+}
+
+// -- Navigation --------------------------------------------------------------
+
+void SpaceModel::openNode(const DirNodePtr &node, int clickCount, bool isMouse)
+{
+    if (!m_clicks.acceptNavigation(now(), isMouse, clickCount))
+        return;
+    m_stack.push_back(node);
+    if (!m_query.search.isEmpty()) {
+        m_query.search.clear();
+        emit searchChanged();
+    }
+    refresh();
+}
+
+void SpaceModel::goBack(int clickCount, bool isMouse)
+{
+    if (m_stack.empty() || !m_clicks.acceptNavigation(now(), isMouse, clickCount))
+        return;
+    m_stack.pop_back();
+    if (!m_query.search.isEmpty()) {
+        m_query.search.clear();
+        emit searchChanged();
+    }
+    refresh();
+}
+
+void SpaceModel::goToCrumb(int index)
+{
+    const size_t keep = index < 0 ? 0 : size_t(index) + 1;
+    if (keep >= m_stack.size())
+        return;
+    m_stack.resize(keep);
+    if (!m_query.search.isEmpty()) {
+        m_query.search.clear();
+        emit searchChanged();
+    }
+    refresh();
+}
+
+void SpaceModel::focusOn(const QString &path) { focus(Paths::fromText(path)); }
+
+void SpaceModel::focus(const QByteArray &asked)
+{
+    // A copy: clearing the state's field below may free what `asked` refers to.
+    const QByteArray path = asked;
+    if (m_state && !m_state->folderFocus().isEmpty())
+        m_state->setFolderFocus({});
+    if (path.isEmpty() || !m_state || !m_state->result())
+        return;
+    const ScanResultPtr result = m_state->result();
+    const DirNodePtr node = result->node(path);
+    if (!node)
+        return;
+    std::vector<DirNodePtr> chain;
+    for (DirNodePtr n = node; n && n != result->root; n = n->parentNode())
+        chain.push_back(n);
+    std::reverse(chain.begin(), chain.end());
+    const bool countChanged = chain.size() != m_stack.size();
+    m_stack = std::move(chain);
+    if (countChanged && !m_query.search.isEmpty()) {
+        m_query.search.clear();
+        emit searchChanged();
+    }
+    refresh();
+}
+
+void SpaceModel::onResultChanged()
+{
+    m_stack.clear();
+    m_smallFiles.clear();
+    refresh();
+    emit compositionChanged();
+    emit folderChanged();
+    if (m_state && !m_state->folderFocus().isEmpty() && m_state->result())
+        focus(QByteArray(m_state->folderFocus()));
+}
+
+void SpaceModel::onRevisionChanged()
+{
+    m_smallFiles.clear();
+    refresh();
+    emit compositionChanged();
+    emit folderChanged();
+}
+
+void SpaceModel::onQueueChanged()
+{
+    if (m_mode == SpaceView::Mode::results && m_query.filter == ExplorerFilter::selected)
+        refresh();
+    if (!m_rowIds.isEmpty())
+        emit dataChanged(index(0), index(int(m_rowIds.size() - 1)),
+                         {IncludesRole, InheritedRole, HelpRole, SelectActionRole});
+    emit selectionChanged();
+}
+
+// -- Clicks, keys, hover -----------------------------------------------------
+
+void SpaceModel::tap(int row, int modifiers, int clickCount, bool isMouse)
+{
+    if (ClickRules::isRepeat(isMouse, clickCount))
+        return;
+    const ExplorerTile *tile = tileAt(row);
+    if (!tile || !tile->entry())
+        return;
+    setGridFocused(true);
+    if (modifiers & (Qt::ControlModifier | Qt::ShiftModifier | Qt::MetaModifier)) {
+        toggle(row, clickCount, isMouse);
+        return;
+    }
+    const ExplorerEntry entry = *tile->entry();
+    if (entry.node)
+        openNode(entry.node, clickCount, isMouse);
+    else if (!entry.isDirectory)
+        preview(row);
+}
+
+void SpaceModel::toggle(int row, int clickCount, bool isMouse)
+{
+    const ExplorerTile *tile = tileAt(row);
+    if (!tile || !tile->entry() || !m_state)
+        return;
+    const ExplorerEntry entry = *tile->entry();
+    if (entry.measuring || ClickRules::isRepeat(isMouse, clickCount))
+        return;
+    if (keptByGuard(entry.id)) {
+        m_state->showToast(TileText::protectedToast(entry.name, SafetyGuard::reason(entry.id)),
+                           QStringLiteral("lock.fill"));
+        return;
+    }
+    if (entry.risk.level == Risk::Level::danger && !m_state->queue()->includes(entry.id))
+        m_state->showToast(TileText::dangerToast(entry.name, entry.risk.why),
+                           QStringLiteral("exclamationmark.triangle.fill"));
+    toggleInQueue(entry);
+}
+
+// Selects or deselects; inside a selected folder it leaves this one thing out.
+void SpaceModel::toggleInQueue(const ExplorerEntry &entry) { m_state->toggleSelection(entry.cleanItem()); }
+
+bool SpaceModel::spaceKey()
+{
+    if (m_hovered.isEmpty() || !m_state)
+        return false;
+    const int row = rowOf(m_hovered);
+    const ExplorerTile *tile = tileAt(row);
+    if (!tile || !tile->entry())
+        return false;
+    const CleanItem item = tile->entry()->cleanItem();
+    if (m_state->queue()->contains(item.id))
+        m_state->queue()->remove(item.id);
+    else
+        m_state->queue()->add(item);
+    return true;
+}
+
+void SpaceModel::hover(int row, bool inside)
+{
+    const ExplorerTile *tile = tileAt(row);
+    if (!tile)
+        return;
+    const QByteArray id = tile->id();
+    if (inside) {
+        if (m_hovered == id)
+            return;
+        m_hovered = id;
+    } else {
+        if (m_hovered != id)
+            return;
+        m_hovered.clear();
+    }
+    emit hoveredChanged();
+}
+
+QString SpaceModel::hoveredText() const { return Paths::toText(m_hovered); }
+
+void SpaceModel::setGridFocused(bool focused)
+{
+    if (focused == m_gridFocused)
+        return;
+    m_gridFocused = focused;
+    emit gridFocusedChanged();
+}
+
+double SpaceModel::waterLevel() const { return TileText::waterLevel(m_state ? m_state->queue()->totalSize() : 0); }
+
+// -- Paging and small files ----------------------------------------------------
+
+void SpaceModel::loadMore()
+{
+    if (m_shown < allTiles().size())
+        setShown(m_shown + pageSize);
+}
+
+void SpaceModel::loadSmallFiles()
+{
+    const DirNodePtr node = currentNode();
+    if (!node || !m_state)
+        return;
+    const QByteArray path = node->path();
+    if (m_smallFiles.contains(path) || m_loadingSmall.contains(path))
+        return;
+    m_loadingSmall.insert(path);
+    emit tilesChanged();
+
+    QSet<QByteArray> known;
+    for (const DirNodePtr &child : node->children)
+        known.insert(child->name);
+    for (const FileItem &file : node->files)
+        known.insert(file.name);
+    const bool skipHidden = Prefs::boolean(Prefs::skipHiddenFiles);
+    const int revision = m_state->revision();
+    QPointer<SpaceModel> self(this);
+    QThreadPool::globalInstance()->start([self, path, known, skipHidden, revision] {
+        const QList<SmallFile> found = readLooseFiles(path, known, skipHidden);
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(),
+            [self, path, found, revision] {
+                if (!self)
+                    return;
+                self->m_loadingSmall.remove(path);
+                // A removal in the meantime made the listing stale.
+                if (self->m_state && self->m_state->revision() == revision) {
+                    QList<ExplorerEntry> entries;
+                    entries.reserve(found.size());
+                    for (const SmallFile &f : found)
+                        entries.append(ExplorerEntry::smallFile(f.path, f.size));
+                    self->m_smallFiles.insert(path, entries);
+                }
+                self->refresh();
+                emit self->smallFilesLoaded(path);
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+// -- Context actions -----------------------------------------------------------
+
+void SpaceModel::reveal(int row)
+{
+    const ExplorerTile *tile = tileAt(row);
+    if (!tile || !tile->entry())
+        return;
+    if (m_state && m_state->desktop())
+        m_state->desktop()->reveal({tile->entry()->id});
+    else
+        FileActions::reveal({tile->entry()->id});
+}
+
+void SpaceModel::copyPath(int row)
+{
+    const ExplorerTile *tile = tileAt(row);
+    if (tile && tile->entry() && m_state)
+        m_state->copyPaths({tile->entry()->id});
+}
+
+void SpaceModel::preview(int row)
+{
+    const ExplorerTile *tile = tileAt(row);
+    if (!tile || !tile->entry() || tile->entry()->isDirectory)
+        return;
+    emit previewRequested(previewDetails(tile->entry()->id));
+}
+
+QVariantMap SpaceModel::previewDetails(const QByteArray &path)
+{
+    const QString text = Paths::toText(path);
+    const QMimeDatabase mimes;
+    const QMimeType mime = mimes.mimeTypeForFile(text);
+    QString kind = QStringLiteral("other");
+    QString content;
+    if (mime.name().startsWith(QLatin1String("image/")))
+        kind = QStringLiteral("image");
+    else if (mime.inherits(QStringLiteral("text/plain"))) {
+        QFile file(text);
+        if (file.open(QIODevice::ReadOnly)) {
+            kind = QStringLiteral("text");
+            content = QString::fromUtf8(file.read(64 * 1024));
+        }
+    }
+    struct stat st;
+    const bool exists = ::lstat(path.constData(), &st) == 0;
+    const QFileInfo info(text);
+    return {
+        {QStringLiteral("path"), text},
+        {QStringLiteral("url"), QUrl::fromLocalFile(text)},
+        {QStringLiteral("name"), Paths::toDisplay(Paths::lastComponent(path))},
+        {QStringLiteral("location"), TileText::abbreviateWithTilde(path)},
+        {QStringLiteral("kind"), kind},
+        {QStringLiteral("type"), mime.comment()},
+        {QStringLiteral("text"), content},
+        {QStringLiteral("exists"), exists},
+        {QStringLiteral("size"), exists ? Fmt::bytes(qint64(st.st_blocks) * 512) : QString()},
+        {QStringLiteral("modified"), exists ? QLocale().toString(info.lastModified(), QLocale::LongFormat) : QString()},
+    };
+}

@@ -1,0 +1,258 @@
+#pragma once
+
+#include "ExplorerTypes.h"
+#include "SpaceView.h"
+#include "TileText.h"
+
+#include <QAbstractListModel>
+#include <QHash>
+#include <QPointer>
+#include <QSet>
+#include <QStringList>
+#include <QTimer>
+#include <QVariantList>
+#include <QVariantMap>
+
+#include <functional>
+#include <vector>
+
+class AppState;
+
+// The state and the actions of the Space explorer: which folder is shown, the
+// search, filter, sort and layout, paging, the loose small files, clicks, keys
+// and hover. The rows are the first `shown` tiles of the current list, so the
+// view never holds more than it draws; the whole list is built once per change
+// of its key (see SpaceView::resultTiles) and not for hover, scroll or paging.
+//
+// Lives on the main thread. Reads AppState and follows its signals.
+class SpaceModel : public QAbstractListModel
+{
+    Q_OBJECT
+    Q_PROPERTY(AppState *state READ state WRITE setState NOTIFY stateChanged)
+    Q_PROPERTY(QString mode READ modeText NOTIFY modeChanged)
+    Q_PROPERTY(QString search READ search WRITE setSearch NOTIFY searchChanged)
+    Q_PROPERTY(QString filter READ filterText WRITE setFilterText NOTIFY filterChanged)
+    Q_PROPERTY(QString sort READ sortText WRITE setSortText NOTIFY sortChanged)
+    Q_PROPERTY(QString layout READ layoutText WRITE setLayoutText NOTIFY layoutChanged)
+    Q_PROPERTY(QVariantList filters READ filters CONSTANT)
+    Q_PROPERTY(QVariantList sorts READ sorts CONSTANT)
+    Q_PROPERTY(int shown READ shown NOTIFY tilesChanged)
+    Q_PROPERTY(int totalCount READ totalCount NOTIFY tilesChanged)
+    Q_PROPERTY(QString showingText READ showingText NOTIFY tilesChanged)
+    Q_PROPERTY(bool emptyVisible READ emptyVisible NOTIFY tilesChanged)
+    Q_PROPERTY(QString emptyText READ emptyText NOTIFY tilesChanged)
+    Q_PROPERTY(bool smallRowVisible READ smallRowVisible NOTIFY tilesChanged)
+    Q_PROPERTY(bool smallLoading READ smallLoading NOTIFY tilesChanged)
+    Q_PROPERTY(QString smallRowText READ smallRowText NOTIFY tilesChanged)
+    Q_PROPERTY(QString folderKey READ folderKey NOTIFY folderChanged)
+    Q_PROPERTY(bool canGoBack READ canGoBack NOTIFY folderChanged)
+    Q_PROPERTY(QStringList crumbs READ crumbs NOTIFY folderChanged)
+    Q_PROPERTY(QString subtitle READ subtitle NOTIFY folderChanged)
+    Q_PROPERTY(QString currentSizeText READ currentSizeText NOTIFY folderChanged)
+    Q_PROPERTY(QString currentFilesText READ currentFilesText NOTIFY folderChanged)
+    Q_PROPERTY(QString hovered READ hoveredText NOTIFY hoveredChanged)
+    Q_PROPERTY(bool gridFocused READ gridFocused WRITE setGridFocused NOTIFY gridFocusedChanged)
+    Q_PROPERTY(double waterLevel READ waterLevel NOTIFY selectionChanged)
+    Q_PROPERTY(QString discoveringTitle READ discoveringTitle NOTIFY progressChanged)
+    Q_PROPERTY(QString scanPath READ scanPath NOTIFY progressChanged)
+    Q_PROPERTY(QString scanBytesText READ scanBytesText NOTIFY progressChanged)
+    Q_PROPERTY(QString scanCountsText READ scanCountsText NOTIFY progressChanged)
+    Q_PROPERTY(QVariantList composition READ composition NOTIFY compositionChanged)
+    Q_PROPERTY(QVariantList recents READ recents NOTIFY recentsChanged)
+
+public:
+    enum Role {
+        TileIdRole = Qt::UserRole + 1,
+        NameRole,
+        IsPlaceholderRole,
+        IconPathRole, // lossless text of the path whose icon stands for the tile
+        ConditionRole,
+        SeedRole,
+        SizeTextRole,
+        KindLineRole,
+        HelpRole,
+        IsDirectoryRole,
+        MeasuringRole,
+        CanOpenRole,
+        CanPreviewRole,
+        IncludesRole,
+        InheritedRole,
+        LockedRole,
+        RiskLevelRole,
+        RiskTitleRole,
+        RiskHelpRole,
+        ArtifactKindRole,
+        WeightRole,
+        WaitingRole,
+        BarFactorRole,
+        SelectActionRole, // "Deselect" or "Select for Cleaning"
+        VanishingRole,    // being taken by a removal right now
+    };
+    Q_ENUM(Role)
+
+    static constexpr int pageSize = 120;
+
+    explicit SpaceModel(QObject *parent = nullptr);
+    ~SpaceModel() override;
+
+    AppState *state() const { return m_state; }
+    void setState(AppState *state);
+
+    // Seconds on a monotonic clock; replaceable for tests.
+    void setClock(std::function<double()> clock) { m_clock = std::move(clock); }
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+    SpaceView::Mode mode() const { return m_mode; }
+    QString modeText() const { return SpaceView::modeName(m_mode); }
+    QString search() const { return m_query.search; }
+    void setSearch(const QString &search);
+    ExplorerFilter filter() const { return m_query.filter; }
+    void setFilter(ExplorerFilter filter);
+    QString filterText() const { return m_query.filter.rawValue(); }
+    void setFilterText(const QString &raw);
+    ExplorerSort sort() const { return m_query.sort; }
+    void setSort(ExplorerSort sort);
+    QString sortText() const { return m_query.sort.rawValue(); }
+    void setSortText(const QString &raw);
+    ExplorerLayout layout() const { return m_layout; }
+    QString layoutText() const { return m_layout.rawValue(); }
+    void setLayoutText(const QString &raw); // stored under "spaceLayout"
+    QVariantList filters() const;
+    QVariantList sorts() const;
+
+    int shown() const { return m_shown; }
+    int totalCount() const { return int(allTiles().size()); }
+    QString showingText() const;
+    bool emptyVisible() const;
+    QString emptyText() const;
+    bool smallRowVisible() const;
+    bool smallLoading() const;
+    QString smallRowText() const;
+
+    DirNodePtr currentNode() const;
+    const std::vector<DirNodePtr> &stack() const { return m_stack; }
+    QString folderKey() const;
+    bool canGoBack() const { return !m_stack.empty(); }
+    QStringList crumbs() const;
+    QString subtitle() const;
+    QString currentSizeText() const;
+    QString currentFilesText() const;
+
+    QString hoveredText() const;
+    bool gridFocused() const { return m_gridFocused; }
+    void setGridFocused(bool focused);
+    double waterLevel() const;
+
+    QString discoveringTitle() const;
+    QString scanPath() const;
+    QString scanBytesText() const;
+    QString scanCountsText() const;
+    QVariantList composition() const;
+    QVariantList recents() const;
+
+    // The whole current list (welcome, discovering or results).
+    const QList<ExplorerTile> &allTiles() const;
+    const TileMemo &memo() const { return m_memo; }
+    const QHash<QByteArray, QList<ExplorerEntry>> &smallFiles() const { return m_smallFiles; }
+
+    // -- Actions from the view -------------------------------------------------
+    // A tap on row `row`: `modifiers` as Qt::KeyboardModifiers, `clickCount` 2
+    // or more for the later clicks of a multi-click, `isMouse` false for keys.
+    Q_INVOKABLE void tap(int row, int modifiers, int clickCount = 1, bool isMouse = true);
+    // Select or deselect row `row` (circle, checkbox, menu, modified click).
+    Q_INVOKABLE void toggle(int row, int clickCount = 1, bool isMouse = true);
+    // Space while the grid has focus: toggles the hovered tile. False when
+    // nothing was hovered, so the key goes on.
+    Q_INVOKABLE bool spaceKey();
+    Q_INVOKABLE void hover(int row, bool inside);
+    Q_INVOKABLE void goBack(int clickCount = 1, bool isMouse = true);
+    // -1 for the root, else the position in the stack.
+    Q_INVOKABLE void goToCrumb(int index);
+    Q_INVOKABLE void loadMore();
+    Q_INVOKABLE void loadSmallFiles();
+    Q_INVOKABLE void chooseFilter(const QString &raw); // the chip that is on turns back to "all"
+    Q_INVOKABLE void showEverything();
+    Q_INVOKABLE void reveal(int row);
+    Q_INVOKABLE void copyPath(int row);
+    Q_INVOKABLE void preview(int row);
+    // Opens the folder at `path` (lossless text) if the result has it.
+    Q_INVOKABLE void focusOn(const QString &path);
+    Q_INVOKABLE void chooseCategory(const QString &category);
+    Q_INVOKABLE void openFullDiskAccessSettings();
+    // Widths of the composition strip's segments for a bar `width` wide: each
+    // its share of the width less the gaps, and at least 2.
+    Q_INVOKABLE QVariantList segmentWidths(double width) const;
+    // How many legend entries fit in `width`: 6, else 4, 3 or 2 (or all, when
+    // fewer), given the width of each entry in order and the gap between them.
+    Q_INVOKABLE int legendCount(const QVariantList &entryWidths, double width, double gap) const;
+
+    // The paths a running removal is taking; their tiles fade out. Empty when
+    // none runs.
+    void setVanishing(const QSet<QByteArray> &paths);
+
+    // -- Conveniences for tests and C++ callers --------------------------------
+    int rowOf(const QByteArray &id) const;
+    void focus(const QByteArray &asked);
+    // The details the preview window shows for a file.
+    static QVariantMap previewDetails(const QByteArray &path);
+
+signals:
+    void stateChanged();
+    void modeChanged();
+    void searchChanged();
+    void filterChanged();
+    void sortChanged();
+    void layoutChanged();
+    void tilesChanged();
+    void folderChanged();
+    void hoveredChanged();
+    void gridFocusedChanged();
+    void selectionChanged();
+    void progressChanged();
+    void compositionChanged();
+    void recentsChanged();
+    void smallFilesLoaded(const QByteArray &path);
+    // The preview window should show this file (see previewDetails).
+    void previewRequested(const QVariantMap &details);
+
+private:
+    const ExplorerTile *tileAt(int row) const;
+    // Rebuilds (or reuses) the list and brings the rows in line with it.
+    void refresh();
+    void syncRows(bool resetAll);
+    void setShown(int shown);
+    void resetShown() { m_shown = pageSize; }
+    void openNode(const DirNodePtr &node, int clickCount, bool isMouse);
+    void toggleInQueue(const ExplorerEntry &entry);
+    void onResultChanged();
+    void onRevisionChanged();
+    void onQueueChanged();
+    QList<ExplorerEntry> smallFor(const DirNodePtr &node) const;
+    double now() const { return m_clock(); }
+
+    QPointer<AppState> m_state;
+    SpaceView::Mode m_mode = SpaceView::Mode::welcome;
+    SpaceView::Query m_query;
+    ExplorerLayout m_layout;
+    std::vector<DirNodePtr> m_stack;
+    TileMemo m_memo;
+    QList<ExplorerTile> m_otherTiles; // welcome or discovering
+    QList<QByteArray> m_rowIds;       // ids of the rows as the view has them
+    QList<size_t> m_rowSigs;          // and what they showed
+    qint64 m_heaviest = 1;            // largest size among the rows, at least 1
+    QTimer m_progressTimer;
+    QHash<QByteArray, Risk> m_discoveredRisks; // verdicts of the running scan's entries
+    int m_shown = pageSize;
+    QByteArray m_hovered;
+    bool m_gridFocused = false;
+    ClickRules m_clicks;
+    QHash<QByteArray, QList<ExplorerEntry>> m_smallFiles;
+    QSet<QByteArray> m_loadingSmall;
+    QSet<QByteArray> m_vanishing;
+    QString m_lastFolderKey;
+    std::function<double()> m_clock;
+    QList<QMetaObject::Connection> m_connections;
+};

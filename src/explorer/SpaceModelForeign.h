@@ -1,0 +1,21 @@
+#pragma once
+
+#include "explorer/SpaceModel.h"
+
+#include <QAbstractItemModel>
+#include <QQmlEngine>
+
+// Names the base of every list model for the QML tools (qmllint of Qt 6.4
+// finds no declaration of it otherwise).
+struct AbstractItemModelForeign {
+    Q_GADGET
+    QML_FOREIGN(QAbstractItemModel)
+    QML_ANONYMOUS
+};
+
+// Makes the explorer's model, which lives in the engine library, a QML type.
+struct SpaceModelForeign {
+    Q_GADGET
+    QML_FOREIGN(SpaceModel)
+    QML_NAMED_ELEMENT(SpaceModel)
+};

@@ -1,0 +1,172 @@
+#include "TileText.h"
+
+#include "core/Fmt.h"
+#include "core/Paths.h"
+#include "core/Platform.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+QString explorerText(const char *text) { return QCoreApplication::translate("Explorer", text); }
+
+QByteArray extensionOf(const QByteArray &path)
+{
+    const QByteArray last = Paths::lastComponent(path);
+    return Paths::extension(last).toByteArray().toLower();
+}
+
+bool hasPackageExtension(const QByteArray &path)
+{
+    const QByteArray ext = extensionOf(path);
+    return !ext.isEmpty() && FileCategory::isPackageExtension(ext);
+}
+
+QString safeToSorvelise(const QString &kind)
+{
+    return kind + explorerText(QT_TRANSLATE_NOOP("Explorer", " · safe to sorvelise"));
+}
+
+} // namespace
+
+namespace TileText {
+
+QString kindLine(const ExplorerEntry &entry)
+{
+    if (entry.measuring)
+        return explorerText(QT_TRANSLATE_NOOP("Explorer", "Measuring…"));
+    if (entry.risk.level >= Risk::Level::caution)
+        return entry.risk.title;
+    if (entry.hasArtifactKind())
+        return safeToSorvelise(entry.artifactKind);
+    if (entry.isDirectory && !hasPackageExtension(entry.id)) {
+        if (entry.fileCount)
+            return explorerText(QT_TRANSLATE_NOOP("Explorer", "Folder · %1 files"))
+                .arg(QLocale().toString(*entry.fileCount));
+        return explorerText(QT_TRANSLATE_NOOP("Explorer", "Folder"));
+    }
+    if (entry.category)
+        return entry.category->title();
+    if (hasPackageExtension(entry.id))
+        return explorerText(QT_TRANSLATE_NOOP("Explorer", "App or bundle"));
+    return explorerText(QT_TRANSLATE_NOOP("Explorer", "File"));
+}
+
+QString abbreviateWithTilde(const QByteArray &path)
+{
+    const QByteArray home = Platform::homeDirectory();
+    if (!home.isEmpty() && home != "/") {
+        if (Paths::equal(path, home))
+            return QStringLiteral("~");
+        if (Paths::isBelow(path, home))
+            return QStringLiteral("~") + Paths::toDisplay(path.mid(home.size()));
+    }
+    return Paths::toDisplay(path);
+}
+
+QStringList helpLines(const ExplorerEntry &entry, const HelpFacts &facts)
+{
+    QStringList lines;
+    lines << abbreviateWithTilde(entry.id);
+    const bool kept = facts.isProtected && !facts.isContentsOnly;
+    if (kept)
+        lines << QStringLiteral("🔒 ") + facts.protectedReason;
+    if (entry.risk.level == Risk::Level::danger)
+        lines << QStringLiteral("⚠️ %1: %2").arg(entry.risk.title, entry.risk.why);
+    else if (entry.risk.level == Risk::Level::caution)
+        lines << QStringLiteral("%1: %2").arg(entry.risk.title, entry.risk.why);
+    if (facts.isContentsOnly)
+        lines << explorerText(
+            QT_TRANSLATE_NOOP("Explorer", "Selecting it sorvelises everything inside; the folder itself stays"));
+    if (entry.hasArtifactKind())
+        lines << safeToSorvelise(entry.artifactKind);
+    if (facts.condition == ExplorerTile::Condition::bloated)
+        lines << explorerText(QT_TRANSLATE_NOOP("Explorer", "One of the heaviest things here"));
+    if (entry.node)
+        lines << explorerText(QT_TRANSLATE_NOOP("Explorer", "Click to open"));
+    else if (entry.isDirectory)
+        lines << explorerText(QT_TRANSLATE_NOOP("Explorer", "Opens once the scan finishes"));
+    else
+        lines << explorerText(QT_TRANSLATE_NOOP("Explorer", "Click to preview"));
+    if (!facts.coveringName.isEmpty() && !facts.inQueue)
+        lines << explorerText(
+                     QT_TRANSLATE_NOOP("Explorer", "Included because “%1” is selected. Untick to leave just this out"))
+                     .arg(facts.coveringName);
+    if (!kept) {
+        const QString mark = facts.layout == ExplorerLayout::list
+                                 ? explorerText(QT_TRANSLATE_NOOP("Explorer", "Checkbox"))
+                                 : explorerText(QT_TRANSLATE_NOOP("Explorer", "Circle"));
+        lines << mark +
+                     (facts.includes
+                          ? explorerText(QT_TRANSLATE_NOOP("Explorer", ", ⌘-click or Space to deselect"))
+                          : explorerText(QT_TRANSLATE_NOOP("Explorer", ", ⌘-click or Space to select for cleaning")));
+    }
+    return lines;
+}
+
+QString protectedToast(const QString &name, const QString &reason)
+{
+    return explorerText(QT_TRANSLATE_NOOP("Explorer", "“%1” stays: %2")).arg(name, reason.toLower());
+}
+
+QString dangerToast(const QString &name, const QString &why)
+{
+    return explorerText(QT_TRANSLATE_NOOP("Explorer", "Careful: “%1”: %2. You'll confirm before anything is removed."))
+        .arg(name, why.toLower());
+}
+
+double waterLevel(qint64 bytes)
+{
+    if (bytes <= 0)
+        return 0.12;
+    const double g = double(bytes) / 1'000'000'000.0;
+    const double l = std::log10(1.0 + 8.0 * g) / std::log10(801.0);
+    return std::min(0.95, 0.3 + 0.65 * l);
+}
+
+QString showingLine(qint64 visible, qint64 all)
+{
+    return explorerText(QT_TRANSLATE_NOOP("Explorer", "Showing %1 of %2 · more load as you scroll"))
+        .arg(QLocale().toString(visible), QLocale().toString(all));
+}
+
+QList<double> segmentWidths(const QList<qint64> &sizes, double width)
+{
+    double total = 0;
+    for (const qint64 size : sizes)
+        total += double(size);
+    QList<double> out;
+    const double room = width - 2.0 * double(sizes.size());
+    for (const qint64 size : sizes)
+        out << std::max(2.0, total > 0 ? double(size) * room / total : 0.0);
+    return out;
+}
+
+int legendCount(const QList<double> &entryWidths, double width, double gap)
+{
+    for (const int tried : {6, 4, 3, 2}) {
+        const int n = std::min<int>(tried, int(entryWidths.size()));
+        double needed = 0;
+        for (int i = 0; i < n; ++i)
+            needed += entryWidths[i] + (i > 0 ? gap : 0);
+        if (needed <= width)
+            return n;
+    }
+    return std::min<int>(2, int(entryWidths.size()));
+}
+
+} // namespace TileText
+
+bool ClickRules::acceptNavigation(double now, bool isMouse, int clickCount)
+{
+    if (isRepeat(isMouse, clickCount))
+        return false;
+    if (isMouse && now - m_last < navigationGuard)
+        return false;
+    m_last = now;
+    return true;
+}

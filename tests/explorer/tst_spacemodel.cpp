@@ -1,0 +1,336 @@
+#include "TestMain.h"
+#include "Trees.h"
+
+#include "core/AppState.h"
+#include "core/Prefs.h"
+#include "explorer/SpaceModel.h"
+
+#include <QAbstractItemModelTester>
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include <memory>
+
+namespace {
+
+constexpr qint64 GB = 1'000'000'000;
+
+// The state holding `result` as a finished scan of `root`, and the model over
+// it with a clock the test moves.
+struct Fixture {
+    AppState state;
+    SpaceModel model;
+    double clock = 100.0;
+    std::unique_ptr<QAbstractItemModelTester> tester;
+
+    explicit Fixture(const ScanResultPtr &result)
+    {
+        state.setScanFunction([result](const QByteArray &, const ScanOptions &, qint64, const CancelTokenPtr &,
+                                       const std::function<void(const ScanProgress &)> &) { return result; });
+        model.setClock([this] { return clock; });
+        tester =
+            std::make_unique<QAbstractItemModelTester>(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        model.setState(&state);
+        QSignalSpy done(&state, &AppState::resultChanged);
+        state.scan(result->root->path());
+        done.wait(5000);
+    }
+
+    QString name(int row) const { return model.data(model.index(row), SpaceModel::NameRole).toString(); }
+    QStringList names() const
+    {
+        QStringList out;
+        for (int i = 0; i < model.rowCount(); ++i)
+            out << name(i);
+        return out;
+    }
+    int row(const QString &name) const { return int(names().indexOf(name)); }
+};
+
+ScanResultPtr sampleTree()
+{
+    auto root = std::make_shared<DirNode>("/sample");
+    auto photos = Trees::folder(root, "photos", 0);
+    Trees::file(photos, "a.jpg", 3 * GB);
+    auto deeper = Trees::folder(photos, "deeper", 0);
+    Trees::file(deeper, "b.jpg", 10);
+    Trees::folder(root, "music", 2 * GB);
+    Trees::file(root, "notes.txt", 100);
+    Trees::settle(root);
+    return Trees::result(root);
+}
+
+} // namespace
+
+class TestSpaceModel : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_prefsDir;
+
+private slots:
+    void initTestCase() { Prefs::registerDefaults(); }
+    void init()
+    {
+        Prefs::useFile(
+            m_prefsDir.filePath(QStringLiteral("prefs-%1.ini").arg(QString::fromLatin1(QTest::currentTestFunction()))));
+    }
+    void cleanupTestCase() { Prefs::useFile({}); }
+
+    void welcomeBeforeAnyScan()
+    {
+        AppState state;
+        SpaceModel model;
+        model.setState(&state);
+        QCOMPARE(model.mode(), SpaceView::Mode::welcome);
+        QCOMPARE(model.rowCount(), 24);
+        QVERIFY(model.data(model.index(2), SpaceModel::IsPlaceholderRole).toBool());
+        QCOMPARE(model.data(model.index(2), SpaceModel::ConditionRole).toString(), u"bloated"_qs);
+        QVERIFY(!model.emptyVisible());
+        QVERIFY(!model.smallRowVisible());
+    }
+
+    void plainClickEntersDoubleClickOnlyOnce()
+    {
+        Fixture f(sampleTree());
+        QCOMPARE(f.model.mode(), SpaceView::Mode::results);
+        QCOMPARE(f.names(), (QStringList{"photos", "music", "notes.txt"}));
+        QCOMPARE(f.model.subtitle(), u"Scanned /sample in 3s"_qs);
+
+        QSignalSpy reset(&f.model, &QAbstractItemModel::modelReset);
+        f.model.tap(f.row(u"photos"_qs), Qt::NoModifier, 1, true);
+        QCOMPARE(f.model.crumbs(), (QStringList{"sample", "photos"}));
+        QCOMPARE(reset.size(), 1); // a new folder starts at the top
+        // The second click of the double-click lands on "a.jpg" or "deeper":
+        // dropped.
+        f.clock += 0.5;
+        f.model.tap(f.row(u"deeper"_qs), Qt::NoModifier, 2, true);
+        QCOMPARE(f.model.stack().size(), size_t(1));
+
+        // Two single clicks 0.2 s apart: only the first goes in.
+        f.model.goBack(1, false);
+        QVERIFY(f.model.stack().empty());
+        f.clock += 0.05;
+        f.model.tap(f.row(u"photos"_qs), Qt::NoModifier, 1, true); // a key counts as navigation too
+        QVERIFY(f.model.stack().empty());
+        f.clock += 0.4;
+        f.model.tap(f.row(u"photos"_qs), Qt::NoModifier, 1, true);
+        QCOMPARE(f.model.stack().size(), size_t(1));
+        f.clock += 0.2;
+        f.model.tap(f.row(u"deeper"_qs), Qt::NoModifier, 1, true);
+        QCOMPARE(f.model.stack().size(), size_t(1));
+        f.clock += 0.2;
+        f.model.tap(f.row(u"deeper"_qs), Qt::NoModifier, 1, true);
+        QCOMPARE(f.model.stack().size(), size_t(2));
+
+        // Back by mouse is held back too; the breadcrumb is not.
+        f.model.goBack(1, true);
+        QCOMPARE(f.model.stack().size(), size_t(2));
+        f.model.goToCrumb(-1);
+        QVERIFY(f.model.stack().empty());
+        QVERIFY(!f.model.canGoBack());
+    }
+
+    void modifiedClickSelectsWithoutEntering()
+    {
+        Fixture f(sampleTree());
+        f.model.tap(f.row(u"photos"_qs), Qt::ControlModifier, 1, true);
+        QVERIFY(f.model.stack().empty());
+        QVERIFY(f.state.queue()->contains("/sample/photos"));
+        QCOMPARE(f.state.queue()->items().first().kind, CleanItem::Kind::folder);
+        QVERIFY(f.model.data(f.model.index(f.row(u"photos"_qs)), SpaceModel::IncludesRole).toBool());
+        QVERIFY(f.model.waterLevel() > 0.5);
+        // A repeat does not toggle back.
+        f.model.tap(f.row(u"photos"_qs), Qt::ShiftModifier, 2, true);
+        QVERIFY(f.state.queue()->contains("/sample/photos"));
+        f.model.tap(f.row(u"photos"_qs), Qt::ShiftModifier, 1, true);
+        QVERIFY(f.state.queue()->isEmpty());
+        QCOMPARE(f.model.waterLevel(), 0.12);
+
+        // Inside a selected folder the tiles read as inherited.
+        f.model.toggle(f.row(u"photos"_qs));
+        f.model.tap(f.row(u"photos"_qs), Qt::NoModifier);
+        QVERIFY(f.model.data(f.model.index(0), SpaceModel::InheritedRole).toBool());
+        QVERIFY(f.model.data(f.model.index(0), SpaceModel::HelpRole).toString().contains(u"“photos” is selected"_qs));
+    }
+
+    void plainClickOnAFilePreviews()
+    {
+        Fixture f(sampleTree());
+        QSignalSpy previews(&f.model, &SpaceModel::previewRequested);
+        f.model.tap(f.row(u"notes.txt"_qs), Qt::NoModifier, 1, true);
+        QCOMPARE(previews.size(), 1);
+        QCOMPARE(previews.first().first().toMap().value(u"name"_qs).toString(), u"notes.txt"_qs);
+    }
+
+    void protectedItemsStay()
+    {
+        auto root = std::make_shared<DirNode>("/");
+        Trees::folder(root, "usr", 10);
+        Trees::settle(root);
+        Fixture f(Trees::result(root));
+        QSignalSpy toasts(&f.state, &AppState::toastChanged);
+        f.model.toggle(0);
+        QCOMPARE(toasts.size(), 1);
+        QVERIFY(f.state.toast()->message.startsWith(u"“usr” stays: "_qs));
+        QCOMPARE(f.state.toast()->symbol, u"lock.fill"_qs);
+        QVERIFY(f.state.queue()->isEmpty());
+        QVERIFY(f.model.data(f.model.index(0), SpaceModel::LockedRole).toBool());
+        // Space on the hovered tile goes to the queue directly.
+        QVERIFY(!f.model.spaceKey());
+        f.model.hover(0, true);
+        QVERIFY(f.model.spaceKey());
+        QCOMPARE(toasts.size(), 1);
+    }
+
+    void hoverBookkeeping()
+    {
+        Fixture f(sampleTree());
+        const int builds = f.model.memo().builds;
+        f.model.hover(0, true);
+        f.model.hover(1, true); // entered the next before leaving the last
+        f.model.hover(0, false);
+        QCOMPARE(f.model.hoveredText(), u"/sample/music"_qs);
+        f.model.hover(1, false);
+        QVERIFY(f.model.hoveredText().isEmpty());
+        QCOMPARE(f.model.memo().builds, builds); // hover never rebuilds
+    }
+
+    void pagingAndFilters()
+    {
+        auto root = std::make_shared<DirNode>("/big");
+        for (int i = 0; i < 1000; ++i)
+            Trees::file(root, "f" + QByteArray::number(i) + ".txt", 1000 + i);
+        Trees::settle(root);
+        Fixture f(Trees::result(root));
+        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+        const int builds = f.model.memo().builds;
+        QCOMPARE(f.model.rowCount(), 120);
+        QCOMPARE(f.model.showingText(), u"Showing 120 of 1,000 · more load as you scroll"_qs);
+        f.model.loadMore();
+        f.model.loadMore();
+        QCOMPARE(f.model.rowCount(), 360);
+        QCOMPARE(f.model.memo().builds, builds); // paging never rebuilds
+        f.model.setFilterText(u"files"_qs);
+        QCOMPARE(f.model.shown(), 120);
+        QCOMPARE(f.model.rowCount(), 120);
+        for (int i = 0; i < 9; ++i)
+            f.model.loadMore();
+        QCOMPARE(f.model.rowCount(), 1000);
+        QVERIFY(f.model.showingText().isEmpty());
+        f.model.chooseFilter(u"files"_qs); // the chip that is on: back to all
+        QCOMPARE(f.model.filter(), ExplorerFilter(ExplorerFilter::all));
+
+        f.model.setFilterText(u"selected"_qs);
+        QVERIFY(f.model.emptyVisible());
+        QCOMPARE(f.model.emptyText(), u"No selected in this folder."_qs);
+        f.model.setSearch(u"zzz"_qs);
+        QCOMPARE(f.model.emptyText(), u"Nothing here is named like “zzz”."_qs);
+        f.model.showEverything();
+        QCOMPARE(f.model.rowCount(), 120);
+        QVERIFY(f.model.search().isEmpty());
+    }
+
+    void layoutPersists()
+    {
+        {
+            SpaceModel model;
+            QCOMPARE(model.layout(), ExplorerLayout(ExplorerLayout::icons));
+            model.setLayoutText(u"list"_qs);
+        }
+        QCOMPARE(Prefs::text(Prefs::spaceLayout), u"list"_qs);
+        SpaceModel again;
+        QCOMPARE(again.layout(), ExplorerLayout(ExplorerLayout::list));
+        Prefs::setValue(Prefs::spaceLayout, u"garbage"_qs);
+        SpaceModel fallback;
+        QCOMPARE(fallback.layout(), ExplorerLayout(ExplorerLayout::icons));
+    }
+
+    void looseSmallFiles()
+    {
+        QTemporaryDir dir;
+        const QByteArray path = QFile::encodeName(dir.path());
+        auto write = [&](const char *name, int bytes) {
+            QFile file(dir.filePath(QString::fromLatin1(name)));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(QByteArray(bytes, 'x'));
+        };
+        write("big.bin", 9000);
+        write("tiny.txt", 10);
+        write(".hidden", 10);
+        QVERIFY(QFile::link(dir.filePath(u"tiny.txt"_qs), dir.filePath(u"link"_qs)));
+        QVERIFY(QDir(dir.path()).mkdir(u"sub"_qs));
+
+        auto root = std::make_shared<DirNode>(path);
+        Trees::folder(root, "sub", 4096);
+        Trees::file(root, "big.bin", 12288);
+        root->smallFilesSize = 12288;
+        Trees::settle(root);
+        Fixture f(Trees::result(root));
+        QVERIFY(f.model.smallRowVisible());
+        QVERIFY(f.model.smallRowText().startsWith(u"Scroll to load "_qs));
+
+        // Not under the folders filter.
+        f.model.setFilterText(u"folders"_qs);
+        QVERIFY(!f.model.smallRowVisible());
+        f.model.setFilterText(u"all"_qs);
+
+        Prefs::setValue(Prefs::skipHiddenFiles, true);
+        QSignalSpy loaded(&f.model, &SpaceModel::smallFilesLoaded);
+        f.model.loadSmallFiles();
+        QVERIFY(f.model.smallLoading());
+        QVERIFY(f.model.smallRowText().startsWith(u"Loading "_qs));
+        f.model.loadSmallFiles(); // already under way
+        QVERIFY(loaded.wait(5000));
+        QCOMPARE(loaded.size(), 1);
+        QVERIFY(!f.model.smallRowVisible());
+        QStringList names = f.names();
+        names.sort();
+        QCOMPARE(names, (QStringList{"big.bin", "link", "sub", "tiny.txt"}));
+        const int tiny = f.row(u"tiny.txt"_qs);
+        QVERIFY(!f.model.data(f.model.index(tiny), SpaceModel::CanOpenRole).toBool());
+        QVERIFY(f.model.data(f.model.index(tiny), SpaceModel::CanPreviewRole).toBool());
+        f.model.toggle(tiny);
+        QCOMPARE(f.state.queue()->items().first().kind, CleanItem::Kind::file);
+
+        // A folder whose loose files are gone: the row goes away for good.
+        auto sub = f.state.result()->root->children.front();
+        sub->smallFilesSize = 4096;
+        f.model.tap(f.row(u"sub"_qs), Qt::NoModifier, 1, false);
+        QVERIFY(f.model.smallRowVisible());
+        f.model.loadSmallFiles();
+        QVERIFY(loaded.wait(5000));
+        QVERIFY(f.model.smallFiles().contains(sub->path()));
+        QVERIFY(f.model.smallFiles().value(sub->path()).isEmpty());
+        QVERIFY(!f.model.smallRowVisible());
+        QVERIFY(f.model.emptyVisible());
+    }
+
+    void folderFocusOpensThePath()
+    {
+        Fixture f(sampleTree());
+        f.state.setFolderFocus("/sample/photos/deeper");
+        QVERIFY(f.state.folderFocus().isEmpty());
+        QCOMPARE(f.model.crumbs(), (QStringList{"sample", "photos", "deeper"}));
+        f.state.setFolderFocus("/sample/nowhere");
+        QCOMPARE(f.model.stack().size(), size_t(2));
+        f.state.setFolderFocus("/sample");
+        QVERIFY(f.model.stack().empty());
+    }
+
+    void searchClearsWhenTheDepthChanges()
+    {
+        Fixture f(sampleTree());
+        f.model.setFilterText(u"folders"_qs);
+        f.model.setSearch(u"ph"_qs);
+        QCOMPARE(f.names(), (QStringList{"photos"}));
+        f.model.tap(0, Qt::NoModifier, 1, false);
+        QVERIFY(f.model.search().isEmpty());
+        QCOMPARE(f.model.filter(), ExplorerFilter(ExplorerFilter::folders));
+        QCOMPARE(f.names(), (QStringList{"deeper"}));
+    }
+};
+
+SORVEL_TEST(TestSpaceModel);
+#include "tst_spacemodel.moc"

@@ -1,0 +1,406 @@
+#include "TestMain.h"
+#include "Trees.h"
+
+#include "explorer/SpaceView.h"
+#include "removal/CleanQueue.h"
+
+#include <QStandardPaths>
+
+#include <limits>
+
+namespace {
+
+using Condition = ExplorerTile::Condition;
+
+ExplorerEntry entry(const QString &name, qint64 size, Risk::Level level = Risk::Level::normal,
+                    const QString &artifact = {}, std::optional<FileCategory> category = std::nullopt,
+                    bool isDirectory = false)
+{
+    ExplorerEntry e;
+    e.id = "/t/" + name.toUtf8();
+    e.name = name;
+    e.size = size;
+    e.isDirectory = isDirectory;
+    e.artifactKind = artifact;
+    e.category = category;
+    e.risk.level = level;
+    return e;
+}
+
+QList<Condition> conditions(const QList<ExplorerTile> &tiles)
+{
+    QList<Condition> out;
+    for (const ExplorerTile &t : tiles)
+        out << t.condition;
+    return out;
+}
+
+QStringList names(const QList<ExplorerTile> &tiles)
+{
+    QStringList out;
+    for (const ExplorerTile &t : tiles)
+        out << (t.entry() ? t.entry()->name : QString::fromLatin1(t.id()));
+    return out;
+}
+
+constexpr qint64 GB = 1'000'000'000;
+
+} // namespace
+
+Q_DECLARE_METATYPE(Risk::Level)
+Q_DECLARE_METATYPE(ExplorerTile::Condition)
+Q_DECLARE_METATYPE(std::optional<FileCategory>)
+
+class TestTiles : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void welcomePicture()
+    {
+        const QList<ExplorerTile> tiles = SpaceView::welcomeTiles();
+        QCOMPARE(tiles.size(), 24);
+        QList<int> stained, bloated;
+        int clean = 0;
+        for (const ExplorerTile &t : tiles) {
+            QVERIFY(t.isPlaceholder());
+            QCOMPARE(t.placeholder(), Placeholders::pattern[size_t(t.seed)]);
+            if (t.condition == Condition::stained)
+                stained << t.seed;
+            else if (t.condition == Condition::bloated)
+                bloated << t.seed;
+            else
+                ++clean;
+        }
+        QCOMPARE(stained, (QList<int>{1, 5, 11, 14, 19}));
+        QCOMPARE(bloated, (QList<int>{2, 12}));
+        QCOMPARE(clean, 17);
+        QCOMPARE(tiles[3].id(), QByteArray("placeholder-3"));
+    }
+
+    void discoveringTail_data()
+    {
+        QTest::addColumn<int>("found");
+        QTest::addColumn<int>("placeholders");
+        QTest::newRow("none") << 0 << 24;
+        QTest::newRow("19") << 19 << 5;
+        QTest::newRow("20") << 20 << 4;
+        QTest::newRow("1000") << 1000 << 4;
+    }
+
+    void discoveringTail()
+    {
+        QFETCH(int, found);
+        QFETCH(int, placeholders);
+        ScanProgress progress;
+        for (int i = 0; i < found; ++i)
+            progress.discovered.append(
+                {"/scan/e" + QByteArray::number(i), "e" + QByteArray::number(i), 10, i % 2 == 0, {}, false});
+        progress.bytesScanned = 10 * found;
+        const QList<ExplorerTile> tiles = SpaceView::discoveringTiles(progress);
+        QCOMPARE(tiles.size(), found + placeholders);
+        QSet<QByteArray> ids;
+        for (int i = 0; i < tiles.size(); ++i) {
+            ids.insert(tiles[i].id());
+            QCOMPARE(tiles[i].isPlaceholder(), i >= found);
+            if (i >= found) {
+                QCOMPARE(tiles[i].seed, i);
+                QCOMPARE(tiles[i].condition, Condition::clean);
+                QCOMPARE(tiles[i].placeholder(), Placeholders::pattern[size_t(i % 24)]);
+            } else {
+                QCOMPARE(tiles[i].entry()->id, progress.discovered[i].path); // order of discovery
+            }
+        }
+        QCOMPARE(ids.size(), tiles.size());
+    }
+
+    void discoveredEntriesTakeOverFields()
+    {
+        ScanProgress progress;
+        progress.discovered.append({"/s/Movie.MKV", "Movie.MKV", 5, false, {}, true});
+        progress.discovered.append({"/s/node_modules", "node_modules", 7, true, QStringLiteral("node_modules"), false});
+        const QList<ExplorerTile> tiles = SpaceView::discoveringTiles(progress);
+        const ExplorerEntry &movie = *tiles[0].entry();
+        QCOMPARE(movie.category, std::optional<FileCategory>(FileCategory::video));
+        QVERIFY(movie.measuring);
+        QVERIFY(!movie.node);
+        const ExplorerEntry &modules = *tiles[1].entry();
+        QVERIFY(!modules.category);
+        QCOMPARE(modules.risk.level, Risk::Level::safe); // build output
+        QCOMPARE(tiles[1].condition, Condition::stained);
+    }
+
+    void grimeAndHeavy_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<qint64>("size");
+        QTest::addColumn<Risk::Level>("level");
+        QTest::addColumn<QString>("artifact");
+        QTest::addColumn<std::optional<FileCategory>>("category");
+        QTest::addColumn<bool>("measuring");
+        QTest::addColumn<qint64>("total");
+        QTest::addColumn<Condition>("expected");
+
+        const std::optional<FileCategory> none;
+        const auto disk = std::optional<FileCategory>(FileCategory::diskImage);
+        QTest::newRow("safe is grime") << "x" << 10ll << Risk::Level(Risk::Level::safe) << QString() << none << false
+                                       << 100ll << Condition::stained;
+        QTest::newRow("normal artefact") << "target" << 2 * GB << Risk::Level(Risk::Level::normal) << "Rust" << none
+                                         << false << 2 * GB << Condition::stained;
+        QTest::newRow("caution artefact is not") << "target" << 10ll << Risk::Level(Risk::Level::caution) << "Rust"
+                                                 << none << false << 100ll << Condition::clean;
+        QTest::newRow("Caches 2 GB is stained, not heavy")
+            << "Caches" << 2 * GB << Risk::Level(Risk::Level::normal) << QString() << none << false << 2 * GB
+            << Condition::stained;
+        QTest::newRow("Logs any case") << "LoGs" << 10ll << Risk::Level(Risk::Level::normal) << QString() << none
+                                       << false << 100ll << Condition::stained;
+        QTest::newRow("logs at caution") << "logs" << 10ll << Risk::Level(Risk::Level::caution) << QString() << none
+                                         << false << 100ll << Condition::clean;
+        QTest::newRow("disk image caution") << "a.dmg" << 10ll << Risk::Level(Risk::Level::caution) << QString() << disk
+                                            << false << 100ll << Condition::stained;
+        QTest::newRow("disk image danger can be heavy") << "a.dmg" << 2 * GB << Risk::Level(Risk::Level::danger)
+                                                        << QString() << disk << false << 2 * GB << Condition::bloated;
+        QTest::newRow("locked cache name") << "cache" << 10ll << Risk::Level(Risk::Level::locked) << QString() << none
+                                           << false << 100ll << Condition::clean;
+        QTest::newRow("1 GB below 15 % as floats") << "big" << GB << Risk::Level(Risk::Level::normal) << QString()
+                                                   << none << false << 6'666'666'667ll << Condition::clean;
+        QTest::newRow("1 GB at 15 % as floats") << "big" << GB << Risk::Level(Risk::Level::normal) << QString() << none
+                                                << false << 6'666'666'666ll << Condition::bloated;
+        QTest::newRow("total 0: the floor decides") << "big" << GB << Risk::Level(Risk::Level::normal) << QString()
+                                                    << none << false << 0ll << Condition::bloated;
+        QTest::newRow("total 0: below the floor") << "big" << GB - 1 << Risk::Level(Risk::Level::normal) << QString()
+                                                  << none << false << 0ll << Condition::clean;
+        QTest::newRow("measuring is never heavy") << "big" << 5 * GB << Risk::Level(Risk::Level::normal) << QString()
+                                                  << none << true << 5 * GB << Condition::clean;
+        QTest::newRow("small files never heavy")
+            << "big" << 5 * GB << Risk::Level(Risk::Level::normal) << QString() << none << false
+            << std::numeric_limits<qint64>::max() << Condition::clean;
+    }
+
+    void grimeAndHeavy()
+    {
+        QFETCH(QString, name);
+        QFETCH(qint64, size);
+        QFETCH(Risk::Level, level);
+        QFETCH(QString, artifact);
+        QFETCH(std::optional<FileCategory>, category);
+        QFETCH(bool, measuring);
+        QFETCH(qint64, total);
+        QFETCH(Condition, expected);
+        ExplorerEntry e = entry(name, size, level, artifact, category);
+        e.measuring = measuring;
+        const QList<ExplorerTile> tiles = SpaceView::mark({e}, total);
+        QCOMPARE(tiles.size(), 1);
+        QCOMPARE(tiles[0].condition, expected);
+        QVERIFY(tiles[0].seed >= 0 && tiles[0].seed < 997);
+    }
+
+    void atMostThreeHeavy()
+    {
+        // Four of 20 % each plus grime larger than all of them: grime takes no
+        // place among the three, and the first three in size order win.
+        QList<ExplorerEntry> entries{entry("a", 5 * GB), entry("b", 5 * GB), entry("cache", 9 * GB), entry("c", 5 * GB),
+                                     entry("d", 5 * GB)};
+        const QList<ExplorerTile> tiles = SpaceView::mark(entries, 25 * GB);
+        QCOMPARE(conditions(tiles), (QList<Condition>{Condition::bloated, Condition::bloated, Condition::stained,
+                                                      Condition::bloated, Condition::clean}));
+        QCOMPARE(names(tiles), (QStringList{"a", "b", "cache", "c", "d"})); // input order kept
+    }
+
+    void resultsJoinFoldersAndFiles()
+    {
+        auto root = std::make_shared<DirNode>("/r");
+        Trees::folder(root, "empty", 0, 0);
+        Trees::folder(root, "same", 100);
+        Trees::file(root, "same.txt", 100);
+        Trees::folder(root, "big", 300);
+        Trees::file(root, "huge.mov", 500);
+        Trees::settle(root);
+        CleanQueue queue;
+        TileMemo memo;
+        const QList<ExplorerTile> &tiles = SpaceView::resultTiles(root, 0, {}, {}, queue, memo);
+        // Size descending, folders before files at equal size; empty folder left out.
+        QCOMPARE(names(tiles), (QStringList{"huge.mov", "big", "same", "same.txt"}));
+        QVERIFY(tiles[1].entry()->node);
+        QVERIFY(tiles[0].entry()->file);
+        QCOMPARE(tiles[1].entry()->fileCount, std::optional<qint64>(1));
+    }
+
+    void filtersAndSorts_data()
+    {
+        QTest::addColumn<QString>("search");
+        QTest::addColumn<QString>("filter");
+        QTest::addColumn<QString>("sort");
+        QTest::addColumn<QStringList>("expected");
+        QTest::newRow("all by size") << ""
+                                     << "all"
+                                     << "size" << QStringList{"Backup 10.dmg", "photos", "node_modules", "a2.txt",
+                                                              "A10.txt",       "cache",  "notes.md"};
+        QTest::newRow("folders") << ""
+                                 << "folders"
+                                 << "size" << QStringList{"photos", "node_modules", "cache"};
+        QTest::newRow("files") << ""
+                               << "files"
+                               << "size" << QStringList{"Backup 10.dmg", "a2.txt", "A10.txt", "notes.md"};
+        QTest::newRow("grime") << ""
+                               << "stained"
+                               << "size" << QStringList{"Backup 10.dmg", "node_modules", "cache"};
+        QTest::newRow("heavy") << ""
+                               << "bloated"
+                               << "size" << QStringList{"photos"};
+        QTest::newRow("selected, exactly") << ""
+                                           << "selected"
+                                           << "size" << QStringList{"photos"};
+        QTest::newRow("name, numbers by value")
+            << ""
+            << "all"
+            << "name"
+            << QStringList{"a2.txt", "A10.txt", "Backup 10.dmg", "cache", "node_modules", "notes.md", "photos"};
+        QTest::newRow("kind: folders first, then categories, ties by size")
+            << ""
+            << "all"
+            << "kind"
+            << QStringList{"photos", "node_modules", "cache", "Backup 10.dmg", "a2.txt", "A10.txt", "notes.md"};
+        QTest::newRow("search a, kind") << "a"
+                                        << "all"
+                                        << "kind" << QStringList{"cache", "Backup 10.dmg", "a2.txt", "A10.txt"};
+        QTest::newRow("search is case-insensitive and untrimmed") << "NOTES "
+                                                                  << "all"
+                                                                  << "size" << QStringList{};
+        QTest::newRow("search NOTES") << "NOTES"
+                                      << "all"
+                                      << "size" << QStringList{"notes.md"};
+        QTest::newRow("heavy by name") << ""
+                                       << "bloated"
+                                       << "name" << QStringList{"photos"};
+    }
+
+    void filtersAndSorts()
+    {
+        QFETCH(QString, search);
+        QFETCH(QString, filter);
+        QFETCH(QString, sort);
+        QFETCH(QStringList, expected);
+
+        auto root = std::make_shared<DirNode>("/data");
+        auto photos = Trees::folder(root, "photos", 3 * GB);
+        Trees::folder(root, "node_modules", 200)->artifactKind = QStringLiteral("node_modules");
+        Trees::folder(root, "cache", 50);
+        Trees::file(root, "Backup 10.dmg", 4 * GB);
+        Trees::file(root, "a2.txt", 100);
+        Trees::file(root, "A10.txt", 100);
+        Trees::file(root, "notes.md", 10);
+        Trees::settle(root);
+
+        CleanQueue queue;
+        CleanItem item = ExplorerEntry::fromNode(photos).cleanItem();
+        queue.add(item);
+        CleanItem inside;
+        inside.id = "/data/photos/x.jpg"; // covered, not shown here anyway
+        queue.add(inside);
+
+        SpaceView::Query query{search, *ExplorerFilter::fromRawValue(filter), *ExplorerSort::fromRawValue(sort)};
+        TileMemo memo;
+        QCOMPARE(names(SpaceView::resultTiles(root, 0, {}, query, queue, memo)), expected);
+    }
+
+    void selectedFilterIgnoresCoveredItems()
+    {
+        auto root = std::make_shared<DirNode>("/d");
+        auto sub = Trees::folder(root, "sub", 10);
+        Trees::file(sub, "f.txt", 10);
+        Trees::settle(root);
+        CleanQueue queue;
+        queue.add(ExplorerEntry::fromNode(root).cleanItem()); // covers sub
+        TileMemo memo;
+        QVERIFY(SpaceView::resultTiles(root, 0, {}, {{}, ExplorerFilter::selected, {}}, queue, memo).isEmpty());
+    }
+
+    void memoKeysOnlyWhatTheListDependsOn()
+    {
+        auto root = std::make_shared<DirNode>("/m");
+        auto a = Trees::folder(root, "a", 10);
+        Trees::file(root, "b.txt", 5);
+        Trees::settle(root);
+        CleanQueue queue;
+        TileMemo memo;
+        SpaceView::Query query;
+
+        SpaceView::resultTiles(root, 1, {}, query, queue, memo);
+        QCOMPARE(memo.builds, 1);
+        SpaceView::resultTiles(root, 1, {}, query, queue, memo);
+        QCOMPARE(memo.builds, 1);
+
+        // Ticking under "all" leaves the memo valid.
+        queue.add(ExplorerEntry::fromNode(a).cleanItem());
+        SpaceView::resultTiles(root, 1, {}, query, queue, memo);
+        QCOMPARE(memo.builds, 1);
+
+        // Under "selected" the selection is part of the key.
+        query.filter = ExplorerFilter::selected;
+        QCOMPARE(SpaceView::resultTiles(root, 1, {}, query, queue, memo).size(), 1);
+        QCOMPARE(memo.builds, 2);
+        queue.remove(a->path());
+        QCOMPARE(SpaceView::resultTiles(root, 1, {}, query, queue, memo).size(), 0);
+        QCOMPARE(memo.builds, 3);
+        QCOMPARE(SpaceView::key(root.get(), 1, {{}, ExplorerFilter::all, {}}, queue, 0).selection, size_t(0));
+
+        // Revision, folder identity and the count of small files each rebuild.
+        query.filter = ExplorerFilter::all;
+        SpaceView::resultTiles(root, 1, {}, query, queue, memo);
+        QCOMPARE(memo.builds, 4);
+        SpaceView::resultTiles(root, 2, {}, query, queue, memo);
+        QCOMPARE(memo.builds, 5);
+        const QList<ExplorerEntry> small{ExplorerEntry::smallFile("/m/tiny.iso", 4096)};
+        const QList<ExplorerTile> &withSmall = SpaceView::resultTiles(root, 2, small, query, queue, memo);
+        QCOMPARE(memo.builds, 6);
+        QCOMPARE(names(withSmall), (QStringList{"tiny.iso", "a", "b.txt"})); // sorted with the rest
+        QCOMPARE(withSmall[0].condition, Condition::stained);                // a disk image: grime, never heavy
+        SpaceView::resultTiles(a, 2, {}, query, queue, memo);
+        QCOMPARE(memo.builds, 7);
+    }
+
+    void modeFollowsTheState()
+    {
+        QCOMPARE(SpaceView::mode(false, {}), SpaceView::Mode::welcome);
+        QCOMPARE(SpaceView::mode(true, std::make_shared<ScanResult>()), SpaceView::Mode::discovering);
+        QCOMPARE(SpaceView::mode(false, std::make_shared<ScanResult>()), SpaceView::Mode::results);
+    }
+
+    void placeholdersNeverMatchOrOrder()
+    {
+        const ExplorerTile p{PlaceholderKind(PlaceholderKind::app), Condition::clean, 3};
+        CleanQueue queue;
+        QVERIFY(!SpaceView::matches(p, {}, queue));
+        const ExplorerTile t = SpaceView::mark({entry("x", 1)}, 1)[0];
+        for (const ExplorerSort s : ExplorerSort::allCases) {
+            QVERIFY(!s.order(p, t));
+            QVERIFY(!s.order(t, p));
+        }
+        QCOMPARE(p.placeholder().path(), QByteArray("/placeholder.app"));
+    }
+
+    void kindOrderPutsUncategorisedLast()
+    {
+        QList<ExplorerTile> tiles =
+            SpaceView::mark({entry("loose", 1), entry("doc.pdf", 1, Risk::Level::normal, {}, FileCategory::document),
+                             entry("dir", 1, Risk::Level::normal, {}, std::nullopt, true)},
+                            0);
+        ExplorerSort(ExplorerSort::kind).sortTiles(tiles);
+        QCOMPARE(names(tiles), (QStringList{"dir", "doc.pdf", "loose"}));
+    }
+
+    void homeFoldersGetTheirDesktopNames()
+    {
+        auto home = std::make_shared<DirNode>(TestMain::home());
+        auto docs = Trees::folder(home, "Documents", 10);
+        auto other = Trees::folder(home, "src", 10);
+        const ExplorerEntry e = ExplorerEntry::fromNode(docs);
+        QCOMPARE(e.name, QStandardPaths::displayName(QStandardPaths::DocumentsLocation));
+        QCOMPARE(ExplorerEntry::fromNode(other).name, QStringLiteral("src"));
+        QCOMPARE(e.cleanItem().kind, CleanItem::Kind::folder);
+    }
+};
+
+SORVEL_TEST(TestTiles);
+#include "tst_tiles.moc"

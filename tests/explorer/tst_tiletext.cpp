@@ -1,0 +1,193 @@
+#include "TestMain.h"
+
+#include "explorer/TileText.h"
+
+namespace {
+
+ExplorerEntry entry(const QByteArray &path, bool isDirectory)
+{
+    ExplorerEntry e;
+    e.id = path;
+    e.name = QString::fromUtf8(path.mid(path.lastIndexOf('/') + 1));
+    e.isDirectory = isDirectory;
+    return e;
+}
+
+} // namespace
+
+class TestTileText : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void kindLine_data()
+    {
+        QTest::addColumn<QByteArray>("path");
+        QTest::addColumn<bool>("isDirectory");
+        QTest::addColumn<QString>("tweak");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("measuring beats all") << QByteArray("/x/a") << true << "measuring,danger"
+                                             << "Measuring…";
+        QTest::newRow("caution shows the title") << QByteArray("/x/a") << true << "caution,artifact"
+                                                 << "Look first";
+        QTest::newRow("artefact") << QByteArray("/x/target") << true << "artifact"
+                                  << "Rust · safe to sorvelise";
+        QTest::newRow("folder with count") << QByteArray("/x/a") << true << "count"
+                                           << "Folder · 1,234 files";
+        QTest::newRow("folder without count") << QByteArray("/x/a") << true << ""
+                                              << "Folder";
+        QTest::newRow("package folder") << QByteArray("/x/Foo.app") << true << ""
+                                        << "App or bundle";
+        QTest::newRow("category") << QByteArray("/x/a.mp3") << false << "audio"
+                                  << "Audio";
+        QTest::newRow("package file") << QByteArray("/x/Foo.app") << false << ""
+                                      << "App or bundle";
+        QTest::newRow("plain file") << QByteArray("/x/a.zzz") << false << ""
+                                    << "File";
+    }
+
+    void kindLine()
+    {
+        QFETCH(QByteArray, path);
+        QFETCH(bool, isDirectory);
+        QFETCH(QString, tweak);
+        QFETCH(QString, expected);
+        QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+        ExplorerEntry e = entry(path, isDirectory);
+        const QStringList tweaks = tweak.split(QLatin1Char(','));
+        e.measuring = tweaks.contains(u"measuring"_qs);
+        if (tweaks.contains(u"danger"_qs))
+            e.risk = {Risk::Level::danger, u"Irreplaceable"_qs, u"Photos"_qs};
+        if (tweaks.contains(u"caution"_qs))
+            e.risk = {Risk::Level::caution, u"Look first"_qs, u"Why"_qs};
+        if (tweaks.contains(u"artifact"_qs))
+            e.artifactKind = u"Rust"_qs;
+        if (tweaks.contains(u"count"_qs))
+            e.fileCount = 1234;
+        if (tweaks.contains(u"audio"_qs))
+            e.category = FileCategory::audio;
+        QCOMPARE(TileText::kindLine(e), expected);
+    }
+
+    void helpLines_data()
+    {
+        QTest::addColumn<QString>("setup");
+        QTest::addColumn<QStringList>("expected");
+        const QString home = QString::fromUtf8(TestMain::home());
+        Q_UNUSED(home)
+        QTest::newRow("file in icons") << "file"
+                                       << QStringList{"~/f.txt", "Click to preview",
+                                                      "Circle, ⌘-click or Space to select for cleaning"};
+        QTest::newRow("folder with node in list, included")
+            << "node,list,includes,inQueue"
+            << QStringList{"~/f.txt", "Click to open", "Checkbox, ⌘-click or Space to deselect"};
+        QTest::newRow("discovered folder") << "dir"
+                                           << QStringList{"~/f.txt", "Opens once the scan finishes",
+                                                          "Circle, ⌘-click or Space to select for cleaning"};
+        QTest::newRow("protected: lock, no circle")
+            << "file,protected" << QStringList{"~/f.txt", "🔒 Kept for a reason", "Click to preview"};
+        QTest::newRow("contents only") << "node,protected,contentsOnly"
+                                       << QStringList{
+                                              "~/f.txt",
+                                              "Selecting it sorvelises everything inside; the folder itself stays",
+                                              "Click to open", "Circle, ⌘-click or Space to select for cleaning"};
+        QTest::newRow("danger, heavy, covered")
+            << "file,danger,bloated,covered,includes"
+            << QStringList{"~/f.txt",
+                           "⚠️ Irreplaceable: Photos",
+                           "One of the heaviest things here",
+                           "Click to preview",
+                           "Included because “Pics” is selected. Untick to leave just this out",
+                           "Circle, ⌘-click or Space to deselect"};
+        QTest::newRow("caution and artefact")
+            << "node,caution,artifact"
+            << QStringList{"~/f.txt", "Look first: Why", "Rust · safe to sorvelise", "Click to open",
+                           "Circle, ⌘-click or Space to select for cleaning"};
+    }
+
+    void helpLines()
+    {
+        QFETCH(QString, setup);
+        QFETCH(QStringList, expected);
+        const QStringList s = setup.split(QLatin1Char(','));
+        ExplorerEntry e = entry(TestMain::home() + "/f.txt", !s.contains(u"file"_qs));
+        if (s.contains(u"node"_qs))
+            e.node = std::make_shared<DirNode>("f.txt");
+        if (s.contains(u"danger"_qs))
+            e.risk = {Risk::Level::danger, u"Irreplaceable"_qs, u"Photos"_qs};
+        if (s.contains(u"caution"_qs))
+            e.risk = {Risk::Level::caution, u"Look first"_qs, u"Why"_qs};
+        if (s.contains(u"artifact"_qs))
+            e.artifactKind = u"Rust"_qs;
+        TileText::HelpFacts facts;
+        facts.layout = s.contains(u"list"_qs) ? ExplorerLayout::list : ExplorerLayout::icons;
+        facts.condition = s.contains(u"bloated"_qs) ? ExplorerTile::Condition::bloated : ExplorerTile::Condition::clean;
+        facts.isProtected = s.contains(u"protected"_qs);
+        facts.isContentsOnly = s.contains(u"contentsOnly"_qs);
+        facts.protectedReason = u"Kept for a reason"_qs;
+        facts.includes = s.contains(u"includes"_qs);
+        facts.inQueue = s.contains(u"inQueue"_qs);
+        if (s.contains(u"covered"_qs))
+            facts.coveringName = u"Pics"_qs;
+        QCOMPARE(TileText::helpLines(e, facts), expected);
+    }
+
+    void waterLevel()
+    {
+        QCOMPARE(TileText::waterLevel(0), 0.12);
+        QCOMPARE(TileText::waterLevel(-5), 0.12);
+        QVERIFY(qAbs(TileText::waterLevel(1) - 0.3) < 1e-6);
+        QVERIFY(TileText::waterLevel(1'000'000'000) > 0.5);
+        QCOMPARE(TileText::waterLevel(100'000'000'000), 0.95);
+        QCOMPARE(TileText::waterLevel(std::numeric_limits<qint64>::max()), 0.95);
+    }
+
+    void toasts()
+    {
+        QCOMPARE(TileText::protectedToast(u"Documents"_qs, u"Your Documents folder"_qs),
+                 u"“Documents” stays: your documents folder"_qs);
+        QCOMPARE(TileText::dangerToast(u"Photos"_qs, u"Holds Photos"_qs),
+                 u"Careful: “Photos”: holds photos. You'll confirm before anything is removed."_qs);
+    }
+
+    void compositionStrip()
+    {
+        // 99.9 % in one category: the others still get 2 points.
+        const QList<double> widths = TileText::segmentWidths({999'000, 500, 500}, 1006);
+        QCOMPARE(widths.size(), 3);
+        QVERIFY(qAbs(widths[0] - 999'000.0 * 1000 / 1'000'000) < 1e-9);
+        QCOMPARE(widths[1], 2.0);
+        QCOMPARE(widths[2], 2.0);
+        QVERIFY(TileText::segmentWidths({}, 500).isEmpty());
+
+        // The legend: 6, else 4, 3 or 2 entries, the most that fit.
+        const QList<double> entries{50, 50, 50, 50, 50, 50, 50, 50};
+        QCOMPARE(TileText::legendCount(entries, 1000, 10), 6);
+        QCOMPARE(TileText::legendCount(entries, 340, 10), 4); // six need 350
+        QCOMPARE(TileText::legendCount(entries, 200, 10), 3);
+        QCOMPARE(TileText::legendCount(entries, 100, 10), 2);
+        QCOMPARE(TileText::legendCount({50, 50, 50}, 1000, 10), 3);
+        QCOMPARE(TileText::legendCount({}, 1000, 10), 0);
+    }
+
+    void repeatsAndTheNavigationGuard()
+    {
+        // The second click of a double-click never counts.
+        QVERIFY(ClickRules::isRepeat(true, 2));
+        QVERIFY(ClickRules::isRepeat(true, 3));
+        QVERIFY(!ClickRules::isRepeat(true, 1));
+        QVERIFY(!ClickRules::isRepeat(false, 2));
+
+        ClickRules rules;
+        QVERIFY(rules.acceptNavigation(10.0, true, 1));
+        QVERIFY(!rules.acceptNavigation(10.2, true, 1));  // 0.2 s later by mouse: held back
+        QVERIFY(!rules.acceptNavigation(10.3, true, 2));  // a repeat
+        QVERIFY(rules.acceptNavigation(10.25, false, 1)); // keys are not held back
+        QVERIFY(rules.acceptNavigation(10.61, true, 1));  // 0.36 s after the key
+        QVERIFY(!rules.acceptNavigation(10.95, true, 1));
+        QVERIFY(rules.acceptNavigation(11.0, true, 1));
+    }
+};
+
+SORVEL_TEST(TestTileText);
+#include "tst_tiletext.moc"
