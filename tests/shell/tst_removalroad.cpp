@@ -9,15 +9,18 @@
 #include "core/Paths.h"
 #include "core/Prefs.h"
 #include "core/Translations.h"
+#include "explorer/SpaceModel.h"
 #include "removal/CleanQueue.h"
 
 #include <QDir>
 #include <QFile>
+#include <QGuiApplication>
 #include <QQmlApplicationEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QScopeGuard>
 #include <QSignalSpy>
+#include <QStyleHints>
 #include <QTranslator>
 
 #include <fcntl.h>
@@ -63,6 +66,27 @@ CleanItem itemFor(const QByteArray &path, CleanItem::Kind kind, qint64 size)
     return item;
 }
 
+// The explorer's tile of the entry with this name, once drawn.
+QQuickItem *tileNamed(QQuickItem *item, const QString &name)
+{
+    if (item->isVisible() && item->property("tileId").isValid() && item->property("name").toString() == name)
+        return item;
+    for (QQuickItem *child : item->childItems())
+        if (QQuickItem *found = tileNamed(child, name))
+            return found;
+    return nullptr;
+}
+
+QQuickItem *tileNamed(QQuickWindow *window, const QString &name) { return tileNamed(window->contentItem(), name); }
+
+qint64 compositionSum(const SpaceModel *space)
+{
+    qint64 sum = 0;
+    for (const QVariant &part : space->composition())
+        sum += qint64(part.toMap().value(QStringLiteral("size")).toDouble());
+    return sum;
+}
+
 QString describe(const QList<QQmlError> &errors)
 {
     QStringList lines;
@@ -84,11 +108,11 @@ private slots:
     {
         qputenv("SORVEL_REDUCE_MOTION", "1");
         const QByteArray root = TestMain::home() + "/fixture";
-        writeFile(root + "/a.bin", 120'000);
-        writeFile(root + "/b.bin", 240'000);
-        writeFile(root + "/folder/c.bin", 60'000);
-        writeFile(root + "/folder/d.bin", 30'000);
-        writeFile(root + "/stuck.bin", 50'000);
+        writeFile(root + "/a.bin", 1'200'000);
+        writeFile(root + "/b.bin", 2'400'000);
+        writeFile(root + "/folder/c.bin", 1'100'000);
+        writeFile(root + "/folder/d.bin", 300'000);
+        writeFile(root + "/stuck.bin", 1'500'000);
         writeFile(root + "/project/.git/HEAD", 100);
         writeFile(root + "/project/main.c", 5'000);
         writeFile(root + "/keys/id_ed25519", 400);
@@ -140,18 +164,24 @@ private slots:
         const DirNodePtr folder = state.result()->node(root + "/folder");
         QVERIFY(folder);
         const QList<CleanItem> picks = {
-            itemFor(root + "/a.bin", CleanItem::Kind::file, sizes.value(root + "/a.bin", 120'000)),
-            itemFor(root + "/b.bin", CleanItem::Kind::file, sizes.value(root + "/b.bin", 240'000)),
+            itemFor(root + "/a.bin", CleanItem::Kind::file, sizes.value(root + "/a.bin", 1'200'000)),
+            itemFor(root + "/b.bin", CleanItem::Kind::file, sizes.value(root + "/b.bin", 2'400'000)),
             itemFor(root + "/folder", CleanItem::Kind::folder, folder->size),
-            itemFor(root + "/stuck.bin", CleanItem::Kind::file, sizes.value(root + "/stuck.bin", 50'000)),
+            itemFor(root + "/stuck.bin", CleanItem::Kind::file, sizes.value(root + "/stuck.bin", 1'500'000)),
         };
+        // Ctrl-click on the explorer's tiles selects without opening.
+        auto *space = window->findChild<SpaceModel *>();
+        QVERIFY(space);
+        QTRY_VERIFY(tileNamed(window, QStringLiteral("a.bin")));
+        const QString headerBefore = space->currentSizeText();
+        const qint64 stripBefore = compositionSum(space);
         for (const CleanItem &pick : picks) {
-            ItemRowModel row;
-            row.setState(&state);
-            row.setItem(pick);
-            row.rowClick()->setInterval(0); // no double click in this test
-            row.click();
-            QVERIFY(state.queue()->contains(pick.id));
+            QQuickItem *tile = nullptr;
+            QTRY_VERIFY((tile = tileNamed(window, pick.name)));
+            const QPointF centre = tile->mapToScene(QPointF(tile->width() / 2, tile->height() / 2));
+            QTest::mouseClick(window, Qt::LeftButton, Qt::ControlModifier, centre.toPoint());
+            QTRY_VERIFY2(state.queue()->contains(pick.id), pick.id.constData());
+            QTest::qWait(QGuiApplication::styleHints()->mouseDoubleClickInterval() + 50);
         }
         const DirNodePtr project = state.result()->node(root + "/project");
         QVERIFY(project);
@@ -209,6 +239,9 @@ private slots:
         // The sizes fell by exactly what went, and the queue let go of it.
         const qint64 gone = picks[0].size + picks[1].size + picks[2].size;
         QCOMPARE(state.result()->root->size, before - gone);
+        QTRY_COMPARE(space->currentSizeText(), Fmt::bytes(before - gone));
+        QCOMPARE(headerBefore, Fmt::bytes(before));
+        QCOMPARE(compositionSum(space), stripBefore - gone);
         for (int i = 0; i < 3; ++i)
             QVERIFY(!state.queue()->contains(picks[i].id));
         QVERIFY(state.queue()->contains(root + "/project"));
