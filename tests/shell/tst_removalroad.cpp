@@ -141,6 +141,9 @@ private slots:
         auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().first());
         QVERIFY(window);
         QVERIFY(QTest::qWaitForWindowExposed(window));
+        // The shortcuts need the window to have the keyboard.
+        window->requestActivate();
+        QVERIFY(QTest::qWaitForWindowActive(window));
         const QByteArray shots = qgetenv("SORVEL_SCREENSHOT_DIR");
         const auto shoot = [&](const char *name) {
             QTest::qWait(200);
