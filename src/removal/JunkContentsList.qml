@@ -76,7 +76,7 @@ Column {
                 color: Look.ink3
             }
             TapHandler {
-                acceptedButtons: Qt.RightButton
+                acceptedButtons: Qt.RightButton // qmllint disable
                 onTapped: menu.popup()
             }
             Menu {

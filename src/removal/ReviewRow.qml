@@ -97,7 +97,7 @@ Column {
             }
         }
         TapHandler {
-            acceptedButtons: Qt.RightButton
+            acceptedButtons: Qt.RightButton // qmllint disable
             onTapped: menu.popup()
         }
         Menu {

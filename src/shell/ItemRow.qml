@@ -59,15 +59,15 @@ Item {
         id: hover
     }
     TapHandler {
-        acceptedButtons: Qt.LeftButton
+        acceptedButtons: Qt.LeftButton // qmllint disable
         onTapped: logic.click()
     }
     TapHandler {
-        acceptedButtons: Qt.RightButton
+        acceptedButtons: Qt.RightButton // qmllint disable
         onTapped: menu.popup()
     }
     SorvelToolTip {
-        visible: hover.hovered && !dragArea.drag.active
+        visible: hover.hovered && !dragHandler.active
         delay: 700
         text: logic.helpText
     }
@@ -205,9 +205,9 @@ Item {
         anchors.fill: parent
         Drag.active: dragHandler.active
         Drag.dragType: Drag.Automatic
-        Drag.supportedActions: Qt.CopyAction
+        Drag.supportedActions: Qt.CopyAction // qmllint disable
         Drag.mimeData: { "application/json": logic.dragData }
-        Drag.imageSource: chipImage.url
+        Drag.imageSource: row.chipImage.url
         DragHandler {
             id: dragHandler
             target: null
