@@ -156,6 +156,7 @@ private:
 
     bool cancelled() const { return m_token && m_token->isCancelled(); }
     void publish();
+    void publishNewChild();
     void noteUnreadable(const WalkEntry &entry);
     void enterDirectory(TreeWalk &walk, const WalkEntry &entry);
     void leaveDirectory(const WalkEntry &entry);
@@ -210,6 +211,18 @@ void Walk::publish()
     m_sincePublished.start();
 }
 
+// Each new child of the root is shown at once, so the first tiles appear
+// without delay. In a root with many thousands of children that would copy the
+// whole growing list once per child (quadratic in time and, with the copies
+// queued for the main thread, in memory); past the first few hundred children
+// the usual rate of ten a second applies instead.
+void Walk::publishNewChild()
+{
+    constexpr qsizetype immediateChildren = 500;
+    if (m_discovered.size() <= immediateChildren || m_sincePublished.elapsed() >= publishInterval)
+        publish();
+}
+
 void Walk::noteUnreadable(const WalkEntry &entry)
 {
     ++m_unreadable;
@@ -245,7 +258,7 @@ void Walk::enterDirectory(TreeWalk &walk, const WalkEntry &entry)
         if (level == 1) {
             m_discovered.append(DiscoveredEntry{package.path, package.name, 0, false, QString(), true});
             m_open = m_discovered.size() - 1;
-            publish();
+            publishNewChild();
         }
         m_package = std::move(package);
         return;
@@ -271,7 +284,7 @@ void Walk::enterDirectory(TreeWalk &walk, const WalkEntry &entry)
     if (level == 1) {
         m_discovered.append(DiscoveredEntry{entry.path.toByteArray(), node->name, 0, true, node->artifactKind, true});
         m_open = m_discovered.size() - 1;
-        publish();
+        publishNewChild();
     }
 }
 
@@ -399,7 +412,7 @@ void Walk::addFile(const WalkEntry &entry)
 
     if (entry.level == 1) {
         m_discovered.append(DiscoveredEntry{item.path, item.name, size, false, QString(), false});
-        publish();
+        publishNewChild();
     }
 }
 

@@ -407,6 +407,23 @@ private slots:
         }
     }
 
+    // A root with thousands of children: each of the first few hundred is
+    // published as it is found, the rest at the usual rate, so the work does
+    // not grow with the square of the children.
+    void manyChildrenOfTheRoot()
+    {
+        QTemporaryDir tmp;
+        const QByteArray root = tempRoot(tmp);
+        for (int i = 0; i < 3000; ++i)
+            file(root + "/f" + QByteArray::number(i), 1);
+        const Run run = scanTree(root);
+        QVERIFY(run.result);
+        QVERIFY(run.published.size() >= 500);
+        QVERIFY2(run.published.size() < 600, qPrintable(QString::number(run.published.size())));
+        for (int i = 0; i < 500; ++i)
+            QCOMPARE(run.published.at(i).discovered.size(), i + 1);
+    }
+
     void usage()
     {
         QTemporaryDir tmp;
