@@ -108,4 +108,32 @@
         <translation>Show in File Manager</translation>
     </message>
 </context>
+<context>
+    <name>ItemRow</name>
+    <message>
+        <source>Show in Finder</source>
+        <translation>Show in File Manager</translation>
+    </message>
+</context>
+<context>
+    <name>ReviewRow</name>
+    <message>
+        <source>Show in Finder</source>
+        <translation>Show in File Manager</translation>
+    </message>
+</context>
+<context>
+    <name>JunkContentsList</name>
+    <message>
+        <source>Show in Finder</source>
+        <translation>Show in File Manager</translation>
+    </message>
+</context>
+<context>
+    <name>PathActions</name>
+    <message>
+        <source>Show in Finder</source>
+        <translation>Show in File Manager</translation>
+    </message>
+</context>
 </TS>

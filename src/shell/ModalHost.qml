@@ -40,11 +40,19 @@ Item {
         }
 
         anchors.centerIn: parent
-        width: Math.min(520, host.width - 80)
+        width: Math.min(shown === ModalPresenter.Review ? 600 : 520, host.width - 80)
         active: shown !== ModalPresenter.None
         opacity: host.presented ? 1 : 0
         scale: host.presented ? 1 : 0.95
-        sourceComponent: shown === ModalPresenter.Notice ? notice : pending
+        sourceComponent: {
+            switch (shown) {
+            case ModalPresenter.Review: return review;
+            case ModalPresenter.Deletion: return deletion;
+            case ModalPresenter.Confirm: return confirm;
+            case ModalPresenter.Failure: return failure;
+            default: return notice;
+            }
+        }
         onOpacityChanged: if (opacity === 0 && !host.presented) shown = ModalPresenter.None
 
         Behavior on opacity { Movement { curve: Look.modal } }
@@ -59,21 +67,32 @@ Item {
         }
     }
 
-    // The review, deletion, confirm and failure sheets arrive with the
-    // removal; until then their place is held.
     Component {
-        id: pending
+        id: review
 
-        SheetCard {
-            symbol: "humidity.fill"
-            title: qsTr("Review")
+        ReviewSheet {
+            objectName: "reviewSheet"
+        }
+    }
+    Component {
+        id: deletion
 
-            buttons: [
-                SorvelButton {
-                    text: qsTr("Close")
-                    onClicked: Shell.modal.dismiss()
-                }
-            ]
+        DeletionSheet {
+            objectName: "deletionSheet"
+        }
+    }
+    Component {
+        id: confirm
+
+        ConfirmSheet {
+            objectName: "confirmSheet"
+        }
+    }
+    Component {
+        id: failure
+
+        FailureSheet {
+            objectName: "failureSheet"
         }
     }
 

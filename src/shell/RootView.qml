@@ -122,6 +122,13 @@ Item {
         width: parent.width
         height: 72
         visible: shown
+
+        SelectionBar {
+            anchors.horizontalCenter: parent.horizontalCenter
+            anchors.bottom: parent.bottom
+            anchors.bottomMargin: 12
+            width: Math.min(720, parent.width - 48)
+        }
     }
 
     ToastOverlay {

@@ -1,5 +1,7 @@
 #include "ShellRules.h"
 
+#include "ItemRowRules.h"
+
 #include "AppStateForeign.h"
 
 #include "core/AppState.h"
@@ -81,7 +83,26 @@ Shell::Shell(AppState *state, QObject *parent) : QObject(parent), m_state(state)
     const auto followError = [this] { m_modal.setHasErrorMessage(!m_state->errorMessage().isNull()); };
     connect(m_state, &AppState::errorMessageChanged, this, followError);
     followError();
-    connect(&m_modal, &ModalPresenter::dismissRequested, this, [this] { m_state->setErrorMessage(QString()); });
+    // The removal's sheets follow the state; a click on the backdrop or Escape
+    // clears every request.
+    const auto followSheets = [this] {
+        m_modal.setIsReviewing(m_state->isReviewing());
+        m_modal.setHasPendingDeletion(m_state->pendingDeletion().has_value());
+        m_modal.setHasConfirm(m_state->confirm().has_value());
+        m_modal.setHasDeletionFailures(m_state->hasDeletionFailures());
+    };
+    connect(m_state, &AppState::isReviewingChanged, this, followSheets);
+    connect(m_state, &AppState::pendingDeletionChanged, this, followSheets);
+    connect(m_state, &AppState::confirmChanged, this, followSheets);
+    connect(m_state, &AppState::deletionFailuresChanged, this, followSheets);
+    followSheets();
+    connect(&m_modal, &ModalPresenter::dismissRequested, this, [this] {
+        m_state->setReviewing(false);
+        m_state->setPendingDeletion(std::nullopt);
+        m_state->setConfirm(std::nullopt);
+        m_state->clearDeletionFailures();
+        m_state->setErrorMessage(QString());
+    });
 
     const auto followToast = [this] { m_toastTimer.setToastId(m_state->toast() ? m_state->toast()->id : QString()); };
     connect(m_state, &AppState::toastChanged, this, followToast);
@@ -272,6 +293,35 @@ QStringList Shell::areaToolTips() const
 }
 
 bool Shell::hasSelection() const { return m_state && m_state->queue()->count() > 0; }
+
+QString Shell::selectionTotal() const { return m_state ? Fmt::bytes(m_state->queue()->totalSize()) : QString(); }
+
+QString Shell::selectionSources() const
+{
+    return m_state ? ItemRowRules::sourcesLine(m_state->queue()->bySource()) : QString();
+}
+
+QString Shell::reviewShortcutText() const
+{
+    return Platform::current() == Platform::macOS ? QStringLiteral("\u2318\u232b") : QStringLiteral("Ctrl+Backspace");
+}
+
+void Shell::clearSelection()
+{
+    if (m_state)
+        m_state->queue()->clear();
+}
+
+void Shell::reviewSelection()
+{
+    if (m_state)
+        m_state->sorvelise();
+}
+
+bool Shell::dropItems(const QStringList &payloads)
+{
+    return m_state && SelectionDrop::drop(*m_state->queue(), payloads);
+}
 
 bool Shell::hasResult() const { return m_state && m_state->result() != nullptr; }
 

@@ -52,6 +52,11 @@ class Shell : public QObject
     Q_PROPERTY(bool hasResult READ hasResult NOTIFY resultChanged)
     // Anything is selected: the selection bar shows.
     Q_PROPERTY(bool hasSelection READ hasSelection NOTIFY selectionChanged)
+    // The selection bar: the total size, and the count per area.
+    Q_PROPERTY(QString selectionTotal READ selectionTotal NOTIFY selectionChanged)
+    Q_PROPERTY(QString selectionSources READ selectionSources NOTIFY selectionChanged)
+    // "⌘⌫" on macOS, "Ctrl+Backspace" elsewhere.
+    Q_PROPERTY(QString reviewShortcutText READ reviewShortcutText CONSTANT)
     // The Go menu: {title, raw} of every item of every area, "Space › Overview".
     Q_PROPERTY(QVariantList goEntries READ goEntries CONSTANT)
     // {raw, title} of the items of the current area.
@@ -109,6 +114,13 @@ public:
     Q_INVOKABLE bool dropUrls(const QList<QUrl> &urls);
     Q_INVOKABLE QString displayName(const QString &pathText) const;
     Q_INVOKABLE void clearErrorMessage();
+    QString selectionTotal() const;
+    QString selectionSources() const;
+    QString reviewShortcutText() const;
+    // The selection bar's buttons and its drop of dragged items (their JSON).
+    Q_INVOKABLE void clearSelection();
+    Q_INVOKABLE void reviewSelection();
+    Q_INVOKABLE bool dropItems(const QStringList &payloads);
     // The caption of a sidebar item by raw value, as it reads inside a
     // sentence: "the heaviest files, ranked".
     Q_INVOKABLE QString captionOf(const QString &itemRaw) const;

@@ -1,0 +1,310 @@
+#include "SheetRules.h"
+
+#include "CleanQueue.h"
+
+#include "core/Fmt.h"
+#include "core/Paths.h"
+#include "core/ScanResult.h"
+#include "deepclean/JunkLocation.h"
+#include "safety/SafetyGuard.h"
+#include "scan/DiskScanner.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+
+#include <algorithm>
+#include <map>
+
+namespace {
+
+QString tr(const char *text) { return QCoreApplication::translate("ReviewSheet", text); }
+
+QString count(qsizetype n) { return QLocale().toString(qint64(n)); }
+
+QString quoted(const QString &name) { return QStringLiteral("\u201c%1\u201d").arg(name); }
+
+} // namespace
+
+namespace ReviewRules {
+
+Risk itemRisk(const CleanItem &item) { return item.risk(); }
+
+bool isLocked(const CleanItem &item)
+{
+    if (item.isJunk())
+        return false;
+    const QByteArray normalized = DiskScanner::normalize(item.id);
+    return SafetyGuard::isProtected(normalized) && !SafetyGuard::isContentsOnly(normalized);
+}
+
+bool isContentsOnly(const CleanItem &item)
+{
+    if (item.isJunk() || item.kind == CleanItem::Kind::file)
+        return false;
+    return SafetyGuard::isContentsOnly(DiskScanner::normalize(item.id));
+}
+
+BadgeKind badgeFor(const CleanItem &item)
+{
+    if (isLocked(item))
+        return BadgeKind::kept;
+    if (isContentsOnly(item))
+        return BadgeKind::contentsOnly;
+    return BadgeKind::risk;
+}
+
+QList<CleanItem> included(const QList<CleanItem> &items, const QSet<QByteArray> &excluded)
+{
+    QList<CleanItem> result;
+    for (const CleanItem &item : items)
+        if (!excluded.contains(item.id))
+            result << item;
+    return result;
+}
+
+qint64 totalSize(const QList<CleanItem> &items)
+{
+    qint64 total = 0;
+    for (const CleanItem &item : items)
+        total += item.size;
+    return total;
+}
+
+QList<CleanItem> dangers(const QList<CleanItem> &included, const RiskFunction &risk)
+{
+    QList<CleanItem> result;
+    for (const CleanItem &item : included)
+        if (!isLocked(item) && risk(item).level == Risk::Level::danger)
+            result << item;
+    return result;
+}
+
+QList<CleanItem> locked(const QList<CleanItem> &included)
+{
+    QList<CleanItem> result;
+    for (const CleanItem &item : included)
+        if (isLocked(item))
+            result << item;
+    return result;
+}
+
+DangerBanner dangerBanner(const QList<CleanItem> &dangers, const RiskFunction &risk)
+{
+    DangerBanner banner;
+    if (dangers.isEmpty())
+        return banner;
+    banner.title = dangers.size() == 1 ? tr("1 item holds data that can't be rebuilt")
+                                       : tr("%1 items hold data that can't be rebuilt").arg(count(dangers.size()));
+
+    // Grouped by the risk's title, the groups in ascending order of it; the
+    // items of a group keep their order.
+    struct Group {
+        QList<CleanItem> items;
+        Risk first;
+    };
+    std::map<QString, Group> groups;
+    for (const CleanItem &item : dangers) {
+        const Risk verdict = risk(item);
+        Group &group = groups[verdict.title];
+        if (group.items.isEmpty())
+            group.first = verdict;
+        group.items << item;
+    }
+    int drawn = 0;
+    for (const auto &[title, group] : groups) {
+        if (drawn == bannerKinds)
+            break;
+        ++drawn;
+        if (group.items.size() == 1)
+            banner.lines << BannerLine{group.items.first().name,
+                                       QStringLiteral(" · %1: %2").arg(title, group.first.why)};
+        else
+            banner.lines << BannerLine{tr("%1 · %2 items").arg(title, count(group.items.size())),
+                                       QStringLiteral(": %1").arg(group.first.why)};
+    }
+    const qsizetype more = qsizetype(groups.size()) - bannerKinds;
+    if (more > 0)
+        banner.closing =
+            more == 1 ? tr("and 1 more kind, marked below") : tr("and %1 more kinds, marked below").arg(count(more));
+    else if (dangers.size() >= 2)
+        banner.closing = tr("Each one is marked in the list below.");
+    return banner;
+}
+
+QString keptNote(const QList<CleanItem> &locked)
+{
+    if (locked.isEmpty())
+        return {};
+    QStringList names;
+    for (const CleanItem &item : locked)
+        names << quoted(item.name);
+    const QString tail =
+        locked.size() == 1 ? tr(". Open it in Space to clean inside.") : tr(". Open them in Space to clean inside.");
+    return tr("Kept by the safety guard: ") + names.join(QStringLiteral(", ")) + tail;
+}
+
+bool canRemove(qsizetype includedCount, qsizetype dangerCount, bool acknowledged)
+{
+    return includedCount > 0 && (dangerCount == 0 || acknowledged);
+}
+
+QString trashButtonTitle(qint64 total)
+{
+    return tr("Sorvelise %1 to Trash").arg(Fmt::bytes(std::max<qint64>(total, 0)));
+}
+
+QString trashButtonHelp(bool blockedByBanner)
+{
+    return blockedByBanner ? tr("Confirm the warning above first") : tr("Moves everything ticked to the Trash");
+}
+
+QString countLine(qsizetype n, qint64 total)
+{
+    const QString items = n == 1 ? tr("1 item") : tr("%1 items").arg(count(n));
+    return items + QStringLiteral(" · ") + Fmt::bytes(std::max<qint64>(total, 0));
+}
+
+QString sourceTitle(CleanItem::Source source)
+{
+    switch (source) {
+    case CleanItem::Source::space:
+        return tr("Space");
+    case CleanItem::Source::files:
+        return tr("Files");
+    case CleanItem::Source::deepClean:
+        return tr("Deep Clean");
+    }
+    return {};
+}
+
+const JunkLocation *location(const CleanItem &item, const QList<JunkLocation> &locations)
+{
+    if (!item.isJunk())
+        return nullptr;
+    for (const JunkLocation &candidate : locations)
+        if (item.id == CleanItem::junkPrefix.toByteArray() + candidate.id.toUtf8())
+            return &candidate;
+    return nullptr;
+}
+
+QString detailLine(const CleanItem &item, const ScanResult *result, const QList<JunkLocation> &locations)
+{
+    QStringList parts;
+    if (item.isJunk()) {
+        if (const JunkLocation *found = location(item, locations)) {
+            if (!found->detail.isEmpty())
+                parts << found->detail;
+            if (found->paths.size() == 1)
+                parts << Fmt::displayName(found->paths.first());
+            else if (found->paths.size() > 1)
+                parts << tr("%1 folders").arg(count(found->paths.size()));
+        }
+    } else if (item.kind != CleanItem::Kind::file && result) {
+        if (const DirNodePtr node = result->node(item.id))
+            parts << tr("%1 files inside").arg(QLocale().toString(node->fileCount));
+    }
+    return parts.join(QStringLiteral(", "));
+}
+
+} // namespace ReviewRules
+
+namespace RowLimit {
+
+qsizetype shown(qsizetype count, qsizetype limit) { return std::min(count, limit); }
+
+QString moreLine(qsizetype n, qsizetype limit)
+{
+    if (n <= limit)
+        return {};
+    return QCoreApplication::translate("RowLimit", "and %1 more").arg(count(n - limit));
+}
+
+} // namespace RowLimit
+
+namespace FailureRules {
+
+QList<Group> groups(const QList<DeletionFailure> &failures)
+{
+    QList<Group> result;
+    for (const DeletionFailure::Reason::Value reason : DeletionFailure::Reason::allCases) {
+        Group group{reason, {}};
+        for (const DeletionFailure &failure : failures)
+            if (failure.reason == reason)
+                group.failures << failure;
+        if (!group.failures.isEmpty())
+            result << group;
+    }
+    return result;
+}
+
+bool showsFullDiskAccess(const QList<DeletionFailure> &failures, bool hasFullDiskAccess)
+{
+    if (hasFullDiskAccess)
+        return false;
+    return std::any_of(failures.begin(), failures.end(), [](const DeletionFailure &failure) {
+        return failure.reason == DeletionFailure::Reason::protectedByMacOS;
+    });
+}
+
+QString heading(qsizetype n)
+{
+    return n == 1 ? QCoreApplication::translate("FailureSheet", "1 item stayed behind")
+                  : QCoreApplication::translate("FailureSheet", "%1 items stayed behind").arg(count(n));
+}
+
+} // namespace FailureRules
+
+namespace JunkContents {
+
+namespace {
+QByteArray junkID(const JunkLocation &location) { return CleanItem::junkPrefix.toByteArray() + location.id.toUtf8(); }
+} // namespace
+
+bool isTicked(const CleanQueue &queue, const JunkLocation &location, const JunkEntry &entry)
+{
+    return queue.contains(entry.path) || queue.contains(junkID(location));
+}
+
+QString tickHelp(const CleanQueue &queue, const JunkLocation &location, const JunkEntry &entry)
+{
+    if (queue.contains(entry.path) || !queue.contains(junkID(location)))
+        return {};
+    return QCoreApplication::translate("JunkContentsList",
+                                       "Included because %1 is selected. Untick to leave just this out")
+        .arg(quoted(location.title));
+}
+
+CleanItem itemFor(const JunkEntry &entry)
+{
+    CleanItem item;
+    item.id = entry.path;
+    item.symbolPath = entry.path;
+    item.name = Paths::toDisplay(Paths::lastComponent(entry.path));
+    item.size = entry.size;
+    item.kind = entry.isDirectory ? CleanItem::Kind::folder : CleanItem::Kind::file;
+    item.heat = 1.0;
+    item.source = CleanItem::Source::deepClean;
+    return item;
+}
+
+QString toggle(CleanQueue &queue, const JunkLocation &location, const JunkEntry &entry, const QList<JunkEntry> &entries)
+{
+    const QByteArray whole = junkID(location);
+    if (queue.contains(whole)) {
+        queue.remove(whole);
+        QList<CleanItem> rest;
+        for (const JunkEntry &other : entries)
+            if (other.path != entry.path)
+                rest << itemFor(other);
+        queue.add(rest);
+        return QCoreApplication::translate("JunkContentsList", "Left out %1 · the rest of %2 stays selected")
+            .arg(quoted(Paths::toDisplay(Paths::lastComponent(entry.path))), location.title);
+    }
+    if (queue.contains(entry.path))
+        queue.remove(entry.path);
+    else
+        queue.add(itemFor(entry));
+    return {};
+}
+
+} // namespace JunkContents

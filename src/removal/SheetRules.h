@@ -1,0 +1,118 @@
+#pragma once
+
+#include "CleanItem.h"
+#include "Deletion.h"
+
+#include "core/JunkEntry.h"
+#include "safety/Risk.h"
+
+#include <QList>
+#include <QSet>
+#include <QString>
+
+#include <functional>
+
+class CleanupModel;
+class ScanResult;
+struct JunkLocation;
+
+// What the sheets around a removal show and allow, as plain functions over the
+// selection and the failures. The QML sheets only draw these.
+namespace ReviewRules {
+
+// The verdict of an item; CleanItem::risk() unless a test supplies another.
+using RiskFunction = std::function<Risk(const CleanItem &)>;
+Risk itemRisk(const CleanItem &item);
+
+// Not a junk item, protected by the safety guard and not one of the folders
+// whose contents alone may go: the executor will refuse it.
+bool isLocked(const CleanItem &item);
+// A folder that must stay while its contents go (a cache folder).
+bool isContentsOnly(const CleanItem &item);
+
+// The badge of a row in the review: "kept", "contents only", or the risk's.
+enum class BadgeKind { kept, contentsOnly, risk };
+BadgeKind badgeFor(const CleanItem &item);
+
+// The queue's items that were not unticked, in queue order.
+QList<CleanItem> included(const QList<CleanItem> &items, const QSet<QByteArray> &excluded);
+qint64 totalSize(const QList<CleanItem> &items);
+// Included items that are not locked and whose risk is `danger`.
+QList<CleanItem> dangers(const QList<CleanItem> &included, const RiskFunction &risk = itemRisk);
+QList<CleanItem> locked(const QList<CleanItem> &included);
+
+// One line of the danger banner: `lead` is drawn bold, `rest` follows it.
+struct BannerLine {
+    QString lead;
+    QString rest;
+    friend bool operator==(const BannerLine &, const BannerLine &) = default;
+};
+struct DangerBanner {
+    QString title;
+    QList<BannerLine> lines; // three at most
+    QString closing;         // may be empty
+};
+// At most this many kinds of danger get a line of their own.
+inline constexpr int bannerKinds = 3;
+// Empty title and lines when there is no danger.
+DangerBanner dangerBanner(const QList<CleanItem> &dangers, const RiskFunction &risk = itemRisk);
+
+// The note on what the guard keeps; empty when nothing is locked.
+QString keptNote(const QList<CleanItem> &locked);
+
+// Both removal buttons: something ticked, and any danger acknowledged.
+bool canRemove(qsizetype includedCount, qsizetype dangerCount, bool acknowledged);
+QString trashButtonTitle(qint64 total);
+QString trashButtonHelp(bool blockedByBanner);
+// "3 items · 1.2 MB"
+QString countLine(qsizetype count, qint64 total);
+QString sourceTitle(CleanItem::Source source);
+// The detail line under a row: the parts of a Deep Clean location, or the
+// number of files inside a scanned folder. Empty when nothing is known.
+QString detailLine(const CleanItem &item, const ScanResult *result, const QList<JunkLocation> &locations);
+// The location of a junk item, or null.
+const JunkLocation *location(const CleanItem &item, const QList<JunkLocation> &locations);
+
+} // namespace ReviewRules
+
+// How many rows a long list draws and the line that counts the rest.
+namespace RowLimit {
+inline constexpr qsizetype deletionRows = 500;
+inline constexpr qsizetype failureRows = 150;
+qsizetype shown(qsizetype count, qsizetype limit);
+// "and 3 more", or empty when everything is drawn.
+QString moreLine(qsizetype count, qsizetype limit);
+} // namespace RowLimit
+
+namespace FailureRules {
+
+// The failures of one reason, in their order.
+struct Group {
+    DeletionFailure::Reason reason;
+    QList<DeletionFailure> failures;
+};
+// One group per reason that has failures, in the declared order of the reasons.
+QList<Group> groups(const QList<DeletionFailure> &failures);
+// The button to the system's privacy settings: only when the system's own
+// protection kept something and the permission is missing.
+bool showsFullDiskAccess(const QList<DeletionFailure> &failures, bool hasFullDiskAccess);
+// "3 items stayed behind"
+QString heading(qsizetype count);
+
+} // namespace FailureRules
+
+// Toggling one entry of a Deep Clean location in the review's contents list.
+class CleanQueue;
+namespace JunkContents {
+// Selected if its path is queued or the whole location is.
+bool isTicked(const CleanQueue &queue, const JunkLocation &location, const JunkEntry &entry);
+// The help of a tick that is on through the whole location; empty otherwise.
+QString tickHelp(const CleanQueue &queue, const JunkLocation &location, const JunkEntry &entry);
+// The item that stands for one entry.
+CleanItem itemFor(const JunkEntry &entry);
+// Toggles the entry. With the whole location queued, it is replaced by every
+// other entry of `entries`, and the returned text is the toast to show;
+// otherwise the text is empty.
+QString toggle(CleanQueue &queue, const JunkLocation &location, const JunkEntry &entry,
+               const QList<JunkEntry> &entries);
+} // namespace JunkContents

@@ -1,0 +1,226 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Controls
+import Sorvel.Ui
+
+// The row of one selectable thing in Deep Clean and on the Files shelves.
+// A click selects (a folder's child waits to rule out a double click), a
+// double click opens; the tick toggles at once. It drags as its item's JSON.
+Item {
+    id: row
+
+    // The item in its drag form: {id, name, size, kind, heat, symbolPath, source}.
+    property alias item: logic.item
+    property string subtitle
+    property real weight: 0
+    property string badge
+    property alias disabled: logic.disabled
+    property bool canOpen: false
+    property bool canPreview: false
+    property string symbol
+    // -1: no disclosure; 0 closed; 1 open.
+    property int expanded: -1
+
+    signal open
+    signal preview
+    signal disclose
+
+    readonly property ItemRowModel model: ItemRowModel {
+        id: logic
+        canOpen: row.canOpen
+        canPreview: row.canPreview
+        onOpenRequested: row.open()
+        onPreviewRequested: row.preview()
+    }
+
+    implicitHeight: 48
+    opacity: logic.vanishing ? 0.35 : 1
+    Behavior on opacity { Movement { curve: Look.evaporate } }
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: logic.name
+    Accessible.description: logic.accessibleLabel
+    Accessible.onPressAction: logic.toggle()
+
+    Rectangle {
+        anchors.fill: parent
+        radius: 10
+        color: hover.hovered ? Look.surface : "transparent"
+        // The row's weight among its list, as a faint bar behind it.
+        Rectangle {
+            width: parent.width * Math.max(0, Math.min(1, row.weight))
+            height: parent.height
+            radius: 10
+            color: Look.sorvelSubtle
+            opacity: 0.5
+        }
+    }
+    HoverHandler {
+        id: hover
+    }
+    TapHandler {
+        acceptedButtons: Qt.LeftButton // qmllint disable
+        onTapped: logic.click()
+    }
+    TapHandler {
+        acceptedButtons: Qt.RightButton // qmllint disable
+        onTapped: menu.popup()
+    }
+    SorvelToolTip {
+        visible: hover.hovered && !dragHandler.active
+        delay: 700
+        text: logic.helpText
+    }
+
+    SorvelCheck {
+        id: tick
+        x: 8
+        anchors.verticalCenter: parent.verticalCenter
+        checked: logic.selectedItself
+        inherited: logic.loaded && !logic.selectedItself
+        opacity: row.disabled ? 0.55 : 1
+        enabled: !row.disabled
+        onClicked: logic.toggle()
+    }
+    Item {
+        id: icon
+        anchors.left: tick.right
+        anchors.leftMargin: 10
+        anchors.verticalCenter: parent.verticalCenter
+        width: 26
+        height: 26
+        SymbolIcon {
+            visible: row.symbol.length > 0 || logic.isJunk
+            anchors.centerIn: parent
+            name: row.symbol.length > 0 ? row.symbol : "sparkles"
+            size: 20
+            color: Look.accent
+        }
+        FileIconView {
+            visible: row.symbol.length === 0 && !logic.isJunk
+            anchors.centerIn: parent
+            path: logic.iconPath
+            size: 26
+        }
+    }
+    Column {
+        anchors.left: icon.right
+        anchors.leftMargin: 10
+        anchors.right: trailing.left
+        anchors.rightMargin: 8
+        anchors.verticalCenter: parent.verticalCenter
+        Text {
+            width: parent.width
+            text: logic.name
+            elide: Text.ElideMiddle
+            font.pixelSize: 13
+            color: Look.ink
+        }
+        Text {
+            visible: row.subtitle.length > 0
+            width: parent.width
+            text: row.subtitle
+            elide: Text.ElideRight
+            font.pixelSize: 11
+            color: Look.ink3
+        }
+    }
+    Row {
+        id: trailing
+        anchors.right: parent.right
+        anchors.rightMargin: 8
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 8
+
+        Row {
+            visible: hover.hovered
+            spacing: 2
+            SorvelButton {
+                visible: row.canPreview
+                kind: SorvelButtonStyle.Ghost
+                size: SorvelButtonStyle.Small
+                symbol: "eye"
+                toolTip: qsTr("Quick Look (or double-click)")
+                onClicked: row.preview()
+            }
+            SorvelButton {
+                visible: row.canOpen
+                kind: SorvelButtonStyle.Ghost
+                size: SorvelButtonStyle.Small
+                symbol: "chevron.right"
+                toolTip: qsTr("Open folder (or double-click)")
+                onClicked: row.open()
+            }
+        }
+        SorvelButton {
+            visible: row.expanded >= 0
+            kind: SorvelButtonStyle.Ghost
+            size: SorvelButtonStyle.Small
+            symbol: row.expanded === 1 ? "chevron.down" : "chevron.right"
+            text: row.expanded === 1 ? qsTr("Hide items") : ""
+            toolTip: row.expanded === 1 ? qsTr("Hide what's inside") : qsTr("See exactly what would be removed")
+            onClicked: row.disclose()
+        }
+        Badge {
+            visible: row.badge.length > 0
+            anchors.verticalCenter: parent.verticalCenter
+            text: row.badge
+        }
+        Badge {
+            visible: logic.safeBadge
+            anchors.verticalCenter: parent.verticalCenter
+            symbol: "sparkles"
+            tint: Look.accent
+            text: qsTr("Safe to sorvelise")
+        }
+        RiskBadge {
+            visible: !logic.safeBadge && level !== 1 && title.length > 0
+            anchors.verticalCenter: parent.verticalCenter
+            level: logic.riskLevel
+            title: logic.riskTitle
+        }
+        Text {
+            anchors.verticalCenter: parent.verticalCenter
+            text: logic.sizeText
+            font.pixelSize: 12
+            color: Look.ink2
+        }
+    }
+
+    Menu {
+        id: menu
+        Repeater {
+            model: logic.menu
+            MenuItem {
+                required property var modelData
+                text: modelData.text
+                onTriggered: logic.trigger(modelData.action)
+            }
+        }
+    }
+
+    // Dragging the row carries its item.
+    Item {
+        id: dragArea
+        anchors.fill: parent
+        Drag.active: dragHandler.active
+        Drag.dragType: Drag.Automatic
+        Drag.supportedActions: Qt.CopyAction // qmllint disable
+        Drag.mimeData: { "application/json": logic.dragData }
+        Drag.imageSource: row.chipImage.url
+        DragHandler {
+            id: dragHandler
+            target: null
+        }
+    }
+    // Drawn once, out of sight, for the drag's picture.
+    ItemChip {
+        id: chip
+        x: -10000
+        name: logic.name
+        iconPath: logic.iconPath
+        isJunk: logic.isJunk
+    }
+    property var chipImage: ({ url: "" })
+    Component.onCompleted: chip.grabToImage(result => row.chipImage = result)
+}

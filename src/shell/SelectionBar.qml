@@ -1,0 +1,88 @@
+import QtQuick
+import Sorvel.Ui
+
+// What is selected across every area, and the way to the review. Items
+// dragged from a row can be dropped on it.
+Rectangle {
+    id: bar
+
+    property bool targeted: false
+
+    implicitHeight: 56
+    radius: 16
+    color: Look.raised
+    border.width: 0
+
+    // The border: solid while a drag hovers, dashed otherwise.
+    Canvas {
+        id: border
+        anchors.fill: parent
+        property bool solid: bar.targeted
+        onSolidChanged: requestPaint()
+        onWidthChanged: requestPaint()
+        onPaint: {
+            const ctx = getContext("2d");
+            ctx.reset();
+            ctx.strokeStyle = bar.targeted ? Look.accent : Look.lineStrong;
+            ctx.lineWidth = 1.5;
+            ctx.setLineDash(bar.targeted ? [] : [5, 4]);
+            ctx.beginPath();
+            ctx.roundedRect(1, 1, width - 2, height - 2, 15, 15);
+            ctx.stroke();
+        }
+    }
+
+    Column {
+        x: 18
+        anchors.verticalCenter: parent.verticalCenter
+        Text {
+            objectName: "selectionTotal"
+            text: Shell.selectionTotal
+            font.pixelSize: 15
+            font.weight: Font.Bold
+            color: Look.ink
+        }
+        Text {
+            text: Shell.selectionSources
+            font.pixelSize: 11
+            color: Look.ink3
+        }
+    }
+    Row {
+        anchors.right: parent.right
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 8
+        SorvelButton {
+            kind: SorvelButtonStyle.Ghost
+            text: qsTr("Clear")
+            toolTip: qsTr("Deselect everything")
+            onClicked: Shell.clearSelection()
+        }
+        SorvelButton {
+            objectName: "reviewButton"
+            kind: SorvelButtonStyle.Primary
+            symbol: "humidity.fill"
+            text: qsTr("Review & Sorvelise…")
+            toolTip: qsTr("Review everything selected in every tab, then sorvelise (%1)").arg(Shell.reviewShortcutText)
+            onClicked: Shell.reviewSelection()
+        }
+    }
+    Shortcut {
+        sequence: "Ctrl+Backspace"
+        enabled: !Shell.modal.isPresented
+        onActivated: Shell.reviewSelection()
+    }
+
+    DropArea {
+        anchors.fill: parent
+        keys: ["application/json"]
+        onEntered: bar.targeted = true
+        onExited: bar.targeted = false
+        onDropped: drop => {
+            bar.targeted = false;
+            if (Shell.dropItems([drop.getDataAsString("application/json")]))
+                drop.accept(Qt.CopyAction);
+        }
+    }
+}

@@ -1,0 +1,285 @@
+#include "TestMain.h"
+
+#include "AppStateForeign.h"
+#include "ItemRowRules.h"
+#include "SheetModels.h"
+
+#include "core/AppState.h"
+#include "core/Fmt.h"
+#include "core/Paths.h"
+#include "core/Prefs.h"
+#include "core/Translations.h"
+#include "explorer/SpaceModel.h"
+#include "removal/CleanQueue.h"
+
+#include <QDir>
+#include <QFile>
+#include <QGuiApplication>
+#include <QQmlApplicationEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QScopeGuard>
+#include <QSignalSpy>
+#include <QStyleHints>
+#include <QTranslator>
+
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace {
+
+void writeFile(const QByteArray &path, qsizetype bytes)
+{
+    QDir().mkpath(QFile::decodeName(path.left(path.lastIndexOf('/'))));
+    QFile file(QFile::decodeName(path));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray(bytes, 'x'));
+}
+
+// Sets or clears the immutable flag, which even root cannot move past. False
+// where the file system or the privileges do not allow it.
+bool setImmutable(const QByteArray &path, bool on)
+{
+    const int fd = ::open(path.constData(), O_RDONLY);
+    if (fd < 0)
+        return false;
+    int flags = 0;
+    bool ok = ::ioctl(fd, FS_IOC_GETFLAGS, &flags) == 0;
+    if (ok) {
+        flags = on ? (flags | FS_IMMUTABLE_FL) : (flags & ~FS_IMMUTABLE_FL);
+        ok = ::ioctl(fd, FS_IOC_SETFLAGS, &flags) == 0;
+    }
+    ::close(fd);
+    return ok;
+}
+
+CleanItem itemFor(const QByteArray &path, CleanItem::Kind kind, qint64 size)
+{
+    CleanItem item;
+    item.id = path;
+    item.symbolPath = path;
+    item.name = Paths::toDisplay(Paths::lastComponent(path));
+    item.size = size;
+    item.kind = kind;
+    return item;
+}
+
+// The explorer's tile of the entry with this name, once drawn.
+QQuickItem *tileNamed(QQuickItem *item, const QString &name)
+{
+    if (item->isVisible() && item->property("tileId").isValid() && item->property("name").toString() == name)
+        return item;
+    for (QQuickItem *child : item->childItems())
+        if (QQuickItem *found = tileNamed(child, name))
+            return found;
+    return nullptr;
+}
+
+QQuickItem *tileNamed(QQuickWindow *window, const QString &name) { return tileNamed(window->contentItem(), name); }
+
+qint64 compositionSum(const SpaceModel *space)
+{
+    qint64 sum = 0;
+    for (const QVariant &part : space->composition())
+        sum += qint64(part.toMap().value(QStringLiteral("size")).toDouble());
+    return sum;
+}
+
+QString describe(const QList<QQmlError> &errors)
+{
+    QStringList lines;
+    for (const QQmlError &error : errors)
+        lines << error.toString();
+    return lines.join(QLatin1Char('\n'));
+}
+
+} // namespace
+
+// One whole removal in the window: scan, select, review, to the Trash, and
+// what stayed behind.
+class TestRemovalRoad : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void scanSelectReviewTrash()
+    {
+        qputenv("SORVEL_REDUCE_MOTION", "1");
+        const QByteArray root = TestMain::home() + "/fixture";
+        writeFile(root + "/a.bin", 1'200'000);
+        writeFile(root + "/b.bin", 2'400'000);
+        writeFile(root + "/folder/c.bin", 1'100'000);
+        writeFile(root + "/folder/d.bin", 300'000);
+        writeFile(root + "/stuck.bin", 1'500'000);
+        writeFile(root + "/project/.git/HEAD", 100);
+        writeFile(root + "/project/main.c", 5'000);
+        writeFile(root + "/keys/id_ed25519", 400);
+        const bool immutable = setImmutable(root + "/stuck.bin", true);
+        const auto release = qScopeGuard([&] { setImmutable(root + "/stuck.bin", false); });
+
+        QTranslator *translator = Translations::install(Platform::current());
+        const auto uninstall = qScopeGuard([translator] {
+            if (translator)
+                QCoreApplication::removeTranslator(translator);
+        });
+        Prefs::registerDefaults();
+        AppState state;
+        state.setArguments({"sorvel-cleaner"});
+        state.setVolumesFunction([] { return QList<VolumeInfo>(); });
+        state.setShowTimeScale(0);
+        AppStateForeign::setInstance(&state);
+
+        QQmlApplicationEngine engine;
+        QList<QQmlError> warnings;
+        engine.setOutputWarningsToStandardError(false);
+        connect(&engine, &QQmlEngine::warnings, this, [&warnings](const QList<QQmlError> &list) { warnings << list; });
+        engine.addImportPath(QStringLiteral("qrc:/"));
+        engine.load(QUrl(QStringLiteral("qrc:/Sorvel/Ui/shell/Main.qml")));
+        QCOMPARE(engine.rootObjects().size(), 1);
+        auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().first());
+        QVERIFY(window);
+        QVERIFY(QTest::qWaitForWindowExposed(window));
+        // The shortcuts need the window to have the keyboard.
+        window->requestActivate();
+        QVERIFY(QTest::qWaitForWindowActive(window));
+        const QByteArray shots = qgetenv("SORVEL_SCREENSHOT_DIR");
+        const auto shoot = [&](const char *name) {
+            QTest::qWait(200);
+            const QImage image = window->grabWindow();
+            QVERIFY(!image.isNull());
+            if (!shots.isEmpty()) {
+                QDir().mkpath(QFile::decodeName(shots));
+                QVERIFY(image.save(QFile::decodeName(shots) + QLatin1Char('/') + QString::fromLatin1(name)));
+            }
+        };
+
+        state.scan(root);
+        QTRY_VERIFY_WITH_TIMEOUT(state.result() && !state.isScanning(), 10000);
+        const qint64 before = state.result()->root->size;
+
+        // Two files and a folder, picked as the rows pick them; a git
+        // repository (a danger) and Documents (kept by the guard) too.
+        QHash<QByteArray, qint64> sizes;
+        for (const FileItem &file : state.result()->files)
+            sizes.insert(file.path, file.size);
+        const DirNodePtr folder = state.result()->node(root + "/folder");
+        QVERIFY(folder);
+        const QList<CleanItem> picks = {
+            itemFor(root + "/a.bin", CleanItem::Kind::file, sizes.value(root + "/a.bin", 1'200'000)),
+            itemFor(root + "/b.bin", CleanItem::Kind::file, sizes.value(root + "/b.bin", 2'400'000)),
+            itemFor(root + "/folder", CleanItem::Kind::folder, folder->size),
+            itemFor(root + "/stuck.bin", CleanItem::Kind::file, sizes.value(root + "/stuck.bin", 1'500'000)),
+        };
+        // Ctrl-click on the explorer's tiles selects without opening.
+        auto *space = window->findChild<SpaceModel *>();
+        QVERIFY(space);
+        QTRY_VERIFY(tileNamed(window, QStringLiteral("a.bin")));
+        const QString headerBefore = space->currentSizeText();
+        const qint64 stripBefore = compositionSum(space);
+        for (const CleanItem &pick : picks) {
+            QQuickItem *tile = nullptr;
+            QTRY_VERIFY((tile = tileNamed(window, pick.name)));
+            const QPointF centre = tile->mapToScene(QPointF(tile->width() / 2, tile->height() / 2));
+            QTest::mouseClick(window, Qt::LeftButton, Qt::ControlModifier, centre.toPoint());
+            QTRY_VERIFY2(state.queue()->contains(pick.id), pick.id.constData());
+            QTest::qWait(QGuiApplication::styleHints()->mouseDoubleClickInterval() + 50);
+        }
+        const DirNodePtr project = state.result()->node(root + "/project");
+        QVERIFY(project);
+        state.queue()->add(itemFor(root + "/project", CleanItem::Kind::folder, project->size));
+        state.queue()->add(itemFor(root + "/keys/id_ed25519", CleanItem::Kind::file, 4096));
+        const QByteArray documents = TestMain::home() + "/Documents";
+        QDir().mkpath(QFile::decodeName(documents));
+        state.queue()->add(itemFor(documents, CleanItem::Kind::folder, 4096));
+
+        // The selection bar's review button opens the review.
+        auto *reviewButton = window->findChild<QQuickItem *>(QStringLiteral("reviewButton"));
+        QVERIFY2(reviewButton, qPrintable(describe(warnings)));
+        QTRY_VERIFY(reviewButton->isVisible());
+        QTest::keyClick(window, Qt::Key_Backspace, Qt::ControlModifier);
+        QTRY_VERIFY(state.isReviewing());
+        QQuickItem *sheet = nullptr;
+        QTRY_VERIFY((sheet = window->findChild<QQuickItem *>(QStringLiteral("reviewSheet"))));
+        auto *review = qvariant_cast<ReviewModel *>(sheet->property("model"));
+        QVERIFY(review);
+        QVERIFY(review->hasBanner());
+        QVERIFY(!review->canRemove());
+        QVERIFY(review->keptNote().contains(QStringLiteral("Documents")));
+        shoot("review-danger.png");
+
+        // Return does nothing while the banner blocks; unticking the danger
+        // and the kept folder lets it through.
+        QTest::keyClick(window, Qt::Key_Return);
+        QVERIFY(state.isReviewing());
+        QVERIFY(review->bannerTitle().startsWith(QStringLiteral("2 items")));
+        review->toggle(Paths::toText(root + "/project"));
+        QVERIFY(!review->canRemove());
+        review->toggle(Paths::toText(root + "/keys/id_ed25519"));
+        review->toggle(Paths::toText(documents));
+        QVERIFY(review->canRemove());
+        const qint64 selected = picks[0].size + picks[1].size + picks[2].size + picks[3].size;
+        QCOMPARE(review->countLine(), ReviewRules::countLine(4, selected));
+        QTest::keyClick(window, Qt::Key_Return);
+        QTRY_VERIFY(!state.isReviewing());
+        QTRY_VERIFY_WITH_TIMEOUT(!state.isDeleting(), 10000);
+
+        // The two files and the folder are in the Trash, each with its info.
+        const QByteArray trash = qgetenv("XDG_DATA_HOME") + "/Trash";
+        for (const char *name : {"a.bin", "b.bin", "folder"}) {
+            QVERIFY2(!QFile::exists(QFile::decodeName(root + '/' + name)), name);
+            QVERIFY2(QFileInfo::exists(QFile::decodeName(trash + "/files/" + name)), name);
+            QFile info(QFile::decodeName(trash + "/info/" + name + ".trashinfo"));
+            QVERIFY2(info.open(QIODevice::ReadOnly), name);
+            const QByteArray text = info.readAll();
+            QVERIFY(text.startsWith("[Trash Info]\nPath="));
+            QVERIFY2(text.contains("Path=" + root + '/' + name + '\n'), text.constData());
+            QVERIFY(text.contains("\nDeletionDate="));
+        }
+        QVERIFY(QFileInfo::exists(QFile::decodeName(trash + "/files/folder/c.bin")));
+
+        // The sizes fell by exactly what went, and the queue let go of it.
+        const qint64 gone = picks[0].size + picks[1].size + picks[2].size;
+        QCOMPARE(state.result()->root->size, before - gone);
+        QTRY_COMPARE(space->currentSizeText(), Fmt::bytes(before - gone));
+        QCOMPARE(headerBefore, Fmt::bytes(before));
+        QCOMPARE(compositionSum(space), stripBefore - gone);
+        for (int i = 0; i < 3; ++i)
+            QVERIFY(!state.queue()->contains(picks[i].id));
+        QVERIFY(state.queue()->contains(root + "/project"));
+
+        if (!immutable) {
+            QCOMPARE(state.toast()->message.left(10), QStringLiteral("Sorvelised"));
+            QSKIP("The immutable flag cannot be set here; the failure part needs it");
+        }
+        // The toast counts what went; the stuck file stayed behind, under the
+        // system's protection.
+        QVERIFY(state.toast());
+        QCOMPARE(state.toast()->message, QStringLiteral("Sorvelised %1 · 3 items in the Trash").arg(Fmt::bytes(gone)));
+        QVERIFY(QFile::exists(QFile::decodeName(root + "/stuck.bin")));
+        QVERIFY(state.queue()->contains(root + "/stuck.bin"));
+        QVERIFY(state.hasDeletionFailures());
+        QQuickItem *failures = nullptr;
+        QTRY_VERIFY((failures = window->findChild<QQuickItem *>(QStringLiteral("failureSheet"))));
+        auto *failureModel = qvariant_cast<FailureModel *>(failures->property("model"));
+        QVERIFY(failureModel);
+        const QVariantList groups = failureModel->groups();
+        QCOMPARE(groups.size(), 1);
+        const QVariantMap group = groups.first().toMap();
+        QCOMPARE(group.value(QStringLiteral("title")).toString(),
+                 DeletionFailure::Reason(DeletionFailure::Reason::protectedByMacOS).title());
+        QCOMPARE(group.value(QStringLiteral("rows")).toList().first().toMap().value(QStringLiteral("name")).toString(),
+                 QStringLiteral("stuck.bin"));
+        QCOMPARE(failureModel->heading(), QStringLiteral("1 item stayed behind"));
+        shoot("failure-sheet.png");
+
+        QTest::keyClick(window, Qt::Key_Return);
+        QTRY_VERIFY(!state.hasDeletionFailures());
+        QVERIFY2(warnings.isEmpty(), qPrintable(describe(warnings)));
+        AppStateForeign::setInstance(nullptr);
+    }
+};
+
+SORVEL_TEST(TestRemovalRoad);
+#include "tst_removalroad.moc"
