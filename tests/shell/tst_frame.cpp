@@ -276,7 +276,7 @@ private Q_SLOTS:
         QSignalSpy changed(&shell, &Shell::selectionChanged);
         QVERIFY(!shell.hasSelection());
         CleanItem item;
-        item.id = "/home/ada/big.iso";
+        item.id = "/users/ada/big.iso";
         item.name = QStringLiteral("big.iso");
         item.size = 4000000000;
         f.state.queue()->add(item);

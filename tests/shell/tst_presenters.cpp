@@ -196,8 +196,8 @@ private Q_SLOTS:
         QTest::addColumn<bool>("canRescan");
         QTest::addColumn<bool>("canStop");
         QTest::newRow("fresh start") << false << QString() << false << false;
-        QTest::newRow("scanning a folder") << true << QStringLiteral("/home/ada/Projects") << false << true;
-        QTest::newRow("finished a folder") << false << QStringLiteral("/home/ada/Projects") << true << false;
+        QTest::newRow("scanning a folder") << true << QStringLiteral("/users/ada/Projects") << false << true;
+        QTest::newRow("finished a folder") << false << QStringLiteral("/users/ada/Projects") << true << false;
         QTest::newRow("scanning the disk") << true << QStringLiteral("/") << false << true;
         QTest::newRow("finished the disk") << false << QStringLiteral("/") << true << false;
     }
@@ -222,7 +222,7 @@ private Q_SLOTS:
         controls.setScanTarget(QStringLiteral("/"));
         QCOMPARE(controls.readingText(), QStringLiteral("Reading your disk"));
         QCOMPARE(controls.rescanText(), QStringLiteral("Rescan your disk"));
-        controls.setScanTarget(QStringLiteral("/home/ada/Projects"));
+        controls.setScanTarget(QStringLiteral("/users/ada/Projects"));
         QCOMPARE(controls.readingText(), QStringLiteral("Reading Projects"));
         controls.setFilesScanned(1234567);
         QCOMPARE(controls.filesText(), QStringLiteral("1,234,567 files"));
