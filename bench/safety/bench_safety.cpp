@@ -58,7 +58,7 @@ QList<QByteArray> mix(const QByteArray &home)
         "/Volumes/Backup/Archive/2019.zip",
         "/media/alice/USB/DCIM/100/IMG_1.JPG",
         "/run/media/alice/Disk/films/a.mkv",
-        "/var/tmp/build-1234/out.o",
+        "/srv/ci/build-1234/out.o",
         "/private/var/db/x",
     };
     QList<QByteArray> paths;

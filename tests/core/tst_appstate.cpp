@@ -120,7 +120,7 @@ private slots:
         QTest::newRow("section") << QByteArray("section") << QVariant(QStringLiteral("duplicates"));
         QTest::newRow("errorMessage") << QByteArray("errorMessage") << QVariant(QStringLiteral("Oops."));
         QTest::newRow("largestCategory") << QByteArray("largestCategory") << QVariant(QStringLiteral("video"));
-        QTest::newRow("folderFocus") << QByteArray("folderFocus") << QVariant(QStringLiteral("/tmp/a"));
+        QTest::newRow("folderFocus") << QByteArray("folderFocus") << QVariant(QStringLiteral("/scratch/a"));
     }
 
     void writesNotifyOnlyOnChange()
@@ -172,9 +172,9 @@ private slots:
         QTest::newRow("-section unknown")
             << QByteArrayList{app, "-section", "Largest"} << QByteArray() << u"overview"_qs;
         QTest::newRow("-section last") << QByteArrayList{app, "-section"} << QByteArray() << u"overview"_qs;
-        QTest::newRow("both") << QByteArrayList{app, "-section", "duplicates", "-scan", "/tmp/q"}
-                              << QByteArray("/tmp/q") << u"duplicates"_qs;
-        QTest::newRow("raw bytes") << QByteArrayList{app, "-scan", "/tmp/caf\xe9"} << QByteArray("/tmp/caf\xe9")
+        QTest::newRow("both") << QByteArrayList{app, "-section", "duplicates", "-scan", "/scratch/q"}
+                              << QByteArray("/scratch/q") << u"duplicates"_qs;
+        QTest::newRow("raw bytes") << QByteArrayList{app, "-scan", "/scratch/caf\xe9"} << QByteArray("/scratch/caf\xe9")
                                    << u"overview"_qs;
     }
 
@@ -208,7 +208,7 @@ private slots:
             QVERIFY(measuring.state.cleanup()->isMeasuring());
             QVERIFY(measured.wait(10000));
         }
-        Fixture f({"sorvel-cleaner", "-scan", "/tmp/x"});
+        Fixture f({"sorvel-cleaner", "-scan", "/scratch/x"});
         QSignalSpy volumes(&f.state, &AppState::volumesChanged);
         f.state.onLaunch();
         f.state.onLaunch();
@@ -226,15 +226,15 @@ private slots:
         QSignalSpy result(&f.state, &AppState::resultChanged);
         QSignalSpy revision(&f.state, &AppState::revisionChanged);
         f.state.setLargestCategory(FileCategory::video);
-        f.state.setFolderFocus("/tmp/x/y");
-        f.state.scan("/tmp/x/");
-        QCOMPARE(f.state.scanTarget(), QByteArray("/tmp/x"));
+        f.state.setFolderFocus("/scratch/x/y");
+        f.state.scan("/scratch/x/");
+        QCOMPARE(f.state.scanTarget(), QByteArray("/scratch/x"));
         QVERIFY(f.state.isScanning());
         QVERIFY(f.state.scanToken());
         QVERIFY(f.scanner.waitForRuns(1));
         QCOMPARE(f.scanner.run(0)->firstID, 0);
 
-        const auto first = makeResult("/tmp/x", 120);
+        const auto first = makeResult("/scratch/x", 120);
         f.scanner.release(0, first);
         QVERIFY(result.wait());
         QCOMPARE(f.state.result(), first);
@@ -248,7 +248,7 @@ private slots:
         QVERIFY(f.state.errorMessage().isNull());
 
         // The next scan's ids continue where the last left off.
-        f.state.scan("/tmp/x");
+        f.state.scan("/scratch/x");
         QVERIFY(f.scanner.waitForRuns(2));
         QCOMPARE(f.scanner.run(1)->firstID, 120);
     }
@@ -257,17 +257,17 @@ private slots:
     {
         Fixture f;
         QSignalSpy progress(&f.state, &AppState::progressChanged);
-        f.state.scan("/tmp/a");
+        f.state.scan("/scratch/a");
         QVERIFY(f.scanner.waitForRuns(1));
         const auto first = f.scanner.run(0);
         ScanProgress record;
         record.filesScanned = 10;
-        record.currentPath = "/tmp/a/b";
+        record.currentPath = "/scratch/a/b";
         first->progress(record); // as the worker would, from another thread
         QVERIFY(progress.wait());
         QCOMPARE(f.state.progress(), record);
 
-        f.state.scan("/tmp/b");
+        f.state.scan("/scratch/b");
         QVERIFY(f.scanner.waitForRuns(2));
         QCOMPARE(f.state.progress(), ScanProgress{}); // a new scan starts from nothing
         const int before = progress.count();
@@ -294,17 +294,17 @@ private slots:
         Fixture f;
         QSignalSpy result(&f.state, &AppState::resultChanged);
         QSignalSpy scanning(&f.state, &AppState::isScanningChanged);
-        f.state.scan("/tmp/one");
+        f.state.scan("/scratch/one");
         QVERIFY(f.scanner.waitForRuns(1));
-        f.state.scan("/tmp/two");
+        f.state.scan("/scratch/two");
         QVERIFY(f.scanner.waitForRuns(2));
         QVERIFY(f.scanner.run(0)->token->isCancelled());
         QVERIFY(!f.scanner.run(1)->token->isCancelled());
         QVERIFY(f.state.isScanning());
-        QCOMPARE(f.state.scanTarget(), QByteArray("/tmp/two"));
+        QCOMPARE(f.state.scanTarget(), QByteArray("/scratch/two"));
 
-        const auto one = makeResult("/tmp/one", 5);
-        const auto two = makeResult("/tmp/two", 9);
+        const auto one = makeResult("/scratch/one", 5);
+        const auto two = makeResult("/scratch/two", 9);
         if (!firstEndsLast) {
             f.scanner.release(0, one);
             QTest::qWait(50);
@@ -327,10 +327,10 @@ private slots:
     void cancelKeepsPreviousResult()
     {
         Fixture f;
-        const auto old = f.settle("/tmp/old", 3);
+        const auto old = f.settle("/scratch/old", 3);
         QVERIFY(old);
 
-        f.state.scan("/tmp/new");
+        f.state.scan("/scratch/new");
         QVERIFY(f.scanner.waitForRuns(2));
         f.state.cancelScan();
         QVERIFY(!f.state.isScanning());
@@ -340,7 +340,7 @@ private slots:
         f.scanner.release(1, nullptr);
         QTest::qWait(50);
         QCOMPARE(f.state.result(), old);
-        QCOMPARE(f.state.scanTarget(), QByteArray("/tmp/new"));
+        QCOMPARE(f.state.scanTarget(), QByteArray("/scratch/new"));
         QCOMPARE(f.state.revision(), 1);
         QVERIFY(f.state.errorMessage().isNull());
         f.state.cancelScan(); // nothing running: harmless
@@ -361,7 +361,7 @@ private slots:
         QFETCH(QByteArray, target);
         QFETCH(QString, message);
         Fixture f;
-        const auto kept = f.settle("/tmp/fine");
+        const auto kept = f.settle("/scratch/fine");
         QVERIFY(kept);
         QSignalSpy result(&f.state, &AppState::resultChanged);
         QSignalSpy error(&f.state, &AppState::errorMessageChanged);
@@ -381,29 +381,30 @@ private slots:
         {
             Fixture f;
             for (int i = 1; i <= 7; ++i) {
-                f.state.scan("/tmp/t" + QByteArray::number(i));
+                f.state.scan("/scratch/t" + QByteArray::number(i));
                 QVERIFY(f.scanner.waitForRuns(i));
                 f.scanner.release(i - 1, nullptr);
             }
-            const QByteArrayList newest = {"/tmp/t7", "/tmp/t6", "/tmp/t5", "/tmp/t4", "/tmp/t3", "/tmp/t2"};
+            const QByteArrayList newest = {"/scratch/t7", "/scratch/t6", "/scratch/t5",
+                                           "/scratch/t4", "/scratch/t3", "/scratch/t2"};
             QCOMPARE(f.state.recents(), newest);
             QSignalSpy spy(&f.state, &AppState::recentsChanged);
-            f.state.addRecent("/tmp/t7");
+            f.state.addRecent("/scratch/t7");
             QCOMPARE(spy.count(), 0);
-            f.state.addRecent("/tmp/t4");
-            QCOMPARE(f.state.recents(),
-                     (QByteArrayList{"/tmp/t4", "/tmp/t7", "/tmp/t6", "/tmp/t5", "/tmp/t3", "/tmp/t2"}));
+            f.state.addRecent("/scratch/t4");
+            QCOMPARE(f.state.recents(), (QByteArrayList{"/scratch/t4", "/scratch/t7", "/scratch/t6", "/scratch/t5",
+                                                        "/scratch/t3", "/scratch/t2"}));
             // Canonically equivalent spellings are one entry.
-            f.state.addRecent("/tmp/e\xcc\x81");
-            f.state.addRecent("/tmp/\xc3\xa9");
-            QCOMPARE(f.state.recents().first(), QByteArray("/tmp/\xc3\xa9"));
-            QCOMPARE(f.state.recents().count("/tmp/e\xcc\x81"), 0);
-            f.state.addRecent("/tmp/caf\xe9"); // not UTF-8: stored losslessly
+            f.state.addRecent("/scratch/e\xcc\x81");
+            f.state.addRecent("/scratch/\xc3\xa9");
+            QCOMPARE(f.state.recents().first(), QByteArray("/scratch/\xc3\xa9"));
+            QCOMPARE(f.state.recents().count("/scratch/e\xcc\x81"), 0);
+            f.state.addRecent("/scratch/caf\xe9"); // not UTF-8: stored losslessly
         }
         // Stored and read back by the next state.
         AppState next;
-        QCOMPARE(next.recents(),
-                 (QByteArrayList{"/tmp/caf\xe9", "/tmp/\xc3\xa9", "/tmp/t4", "/tmp/t7", "/tmp/t6", "/tmp/t5"}));
+        QCOMPARE(next.recents(), (QByteArrayList{"/scratch/caf\xe9", "/scratch/\xc3\xa9", "/scratch/t4", "/scratch/t7",
+                                                 "/scratch/t6", "/scratch/t5"}));
         QCOMPARE(Prefs::list(Prefs::recentTargets).size(), 6);
     }
 
@@ -411,18 +412,18 @@ private slots:
     {
         Fixture f;
         Prefs::setValue(Prefs::minTrackedSize, 5000);
-        Prefs::setList(Prefs::excludedPaths, {u"/tmp/skip"_qs});
-        f.state.scan("/tmp/a");
+        Prefs::setList(Prefs::excludedPaths, {u"/scratch/skip"_qs});
+        f.state.scan("/scratch/a");
         QVERIFY(f.scanner.waitForRuns(1));
         Prefs::setValue(Prefs::minTrackedSize, 7000);
         Prefs::setValue(Prefs::skipHiddenFiles, true);
         QCOMPARE(f.scanner.run(0)->options.minTrackedSize, 5000);
-        QCOMPARE(f.scanner.run(0)->options.excludedPaths, QByteArrayList{"/tmp/skip"});
+        QCOMPARE(f.scanner.run(0)->options.excludedPaths, QByteArrayList{"/scratch/skip"});
         QVERIFY(!f.scanner.run(0)->options.skipHiddenFiles);
-        f.scanner.release(0, makeResult("/tmp/a", 1));
+        f.scanner.release(0, makeResult("/scratch/a", 1));
         QTRY_VERIFY(!f.state.isScanning());
 
-        f.state.scan("/tmp/a");
+        f.state.scan("/scratch/a");
         QVERIFY(f.scanner.waitForRuns(2));
         QCOMPARE(f.scanner.run(1)->options.minTrackedSize, 7000);
         QVERIFY(f.scanner.run(1)->options.skipHiddenFiles);
@@ -431,7 +432,7 @@ private slots:
     void chooseFolderAndScan_data()
     {
         QTest::addColumn<QByteArray>("answer");
-        QTest::newRow("chosen") << QByteArray("/tmp/picked");
+        QTest::newRow("chosen") << QByteArray("/scratch/picked");
         QTest::newRow("cancelled") << QByteArray();
     }
 
@@ -459,7 +460,7 @@ private slots:
 
     void demoLaunch()
     {
-        Fixture f({"sorvel-cleaner", "-section", "cleanup", "-scan", "/tmp/x", "-demo"});
+        Fixture f({"sorvel-cleaner", "-section", "cleanup", "-scan", "/scratch/x", "-demo"});
         QVERIFY(f.state.isDemo());
         QSignalSpy revision(&f.state, &AppState::revisionChanged);
         f.state.onLaunch();
@@ -486,10 +487,10 @@ private slots:
         QVERIFY(!f.state.isScanning());
 
         // A scan chosen in demo mode is real, and refreshes no volumes.
-        f.state.scan("/tmp/real");
+        f.state.scan("/scratch/real");
         QVERIFY(f.scanner.waitForRuns(1));
         QCOMPARE(f.scanner.run(0)->firstID, f.state.nextFileID());
-        f.scanner.release(0, makeResult("/tmp/real", f.state.nextFileID() + 1));
+        f.scanner.release(0, makeResult("/scratch/real", f.state.nextFileID() + 1));
         QTRY_VERIFY(!f.state.isScanning());
         QTest::qWait(50);
         QCOMPARE(f.volumeCalls->load(), 0);
@@ -540,7 +541,7 @@ private slots:
     {
         // The destructor cancels the scan and waits for its worker.
         auto f = std::make_unique<Fixture>();
-        f->state.scan("/tmp/a");
+        f->state.scan("/scratch/a");
         QVERIFY(f->scanner.waitForRuns(1));
         const CancelTokenPtr token = f->scanner.run(0)->token;
         f.reset();
