@@ -1,3 +1,5 @@
+#include "QmlErrors.h"
+#include "ScopedEnv.h"
 #include "TestMain.h"
 
 #include <QDir>
@@ -6,40 +8,6 @@
 #include <QQuickItem>
 #include <QQuickView>
 #include <QSet>
-
-namespace {
-
-class ScopedEnv
-{
-public:
-    ScopedEnv(const char *name, const QByteArray &value)
-        : m_name(name), m_had(qEnvironmentVariableIsSet(name)), m_old(qgetenv(name))
-    {
-        qputenv(name, value);
-    }
-    ~ScopedEnv()
-    {
-        if (m_had)
-            qputenv(m_name, m_old);
-        else
-            qunsetenv(m_name);
-    }
-
-private:
-    const char *m_name;
-    bool m_had;
-    QByteArray m_old;
-};
-
-QString describe(const QList<QQmlError> &errors)
-{
-    QStringList lines;
-    for (const QQmlError &error : errors)
-        lines << error.toString();
-    return lines.join(QLatin1Char('\n'));
-}
-
-} // namespace
 
 // The controls load without a QML warning and draw in both appearances. With
 // SORVEL_SCREENSHOT_DIR set, the gallery of controls is saved there as

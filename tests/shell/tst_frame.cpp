@@ -1,3 +1,5 @@
+#include "QmlErrors.h"
+#include "ScopedEnv.h"
 #include "TestMain.h"
 
 #include "../core/FakeScanner.h"
@@ -23,28 +25,6 @@
 
 namespace {
 
-class ScopedEnv
-{
-public:
-    ScopedEnv(const char *name, const QByteArray &value)
-        : m_name(name), m_had(qEnvironmentVariableIsSet(name)), m_old(qgetenv(name))
-    {
-        qputenv(name, value);
-    }
-    ~ScopedEnv()
-    {
-        if (m_had)
-            qputenv(m_name, m_old);
-        else
-            qunsetenv(m_name);
-    }
-
-private:
-    const char *m_name;
-    bool m_had;
-    QByteArray m_old;
-};
-
 // The state with a steerable scanner and no real volumes.
 struct Fixture {
     Fixture(const QByteArrayList &arguments = {"sorvel-cleaner"})
@@ -57,14 +37,6 @@ struct Fixture {
     AppState state;
     FakeScanner scanner; // after the state: destroyed first, releasing its runs
 };
-
-QString describe(const QList<QQmlError> &errors)
-{
-    QStringList lines;
-    for (const QQmlError &error : errors)
-        lines << error.toString();
-    return lines.join(QLatin1Char('\n'));
-}
 
 } // namespace
 

@@ -1,3 +1,4 @@
+#include "QmlErrors.h"
 #include "TestMain.h"
 
 #include "AppStateForeign.h"
@@ -85,14 +86,6 @@ qint64 compositionSum(const SpaceModel *space)
     for (const QVariant &part : space->composition())
         sum += qint64(part.toMap().value(QStringLiteral("size")).toDouble());
     return sum;
-}
-
-QString describe(const QList<QQmlError> &errors)
-{
-    QStringList lines;
-    for (const QQmlError &error : errors)
-        lines << error.toString();
-    return lines.join(QLatin1Char('\n'));
 }
 
 } // namespace
