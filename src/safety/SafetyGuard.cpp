@@ -1,6 +1,7 @@
 #include "SafetyGuard.h"
 
 #include "core/Paths.h"
+#include "core/RealPlace.h"
 
 #include <QCoreApplication>
 
@@ -17,6 +18,7 @@ const char *const keysReason = QT_TRANSLATE_NOOP("SafetyGuard", "Your SSH and en
 const char *const homeFolderReason =
     QT_TRANSLATE_NOOP("SafetyGuard", "macOS and your apps expect this folder to exist. Open it to clean inside");
 const char *const systemReason = QT_TRANSLATE_NOOP("SafetyGuard", "Part of macOS, never touched");
+const char *const otherHomeReason = QT_TRANSLATE_NOOP("SafetyGuard", "Another user's home folder, never touched");
 
 // Plain text prefixes, with no "/" added: "~/.sshfoo" gets the SSH sentence.
 constexpr std::array<const char *, 1> keychainPrefixes = {"/Library/Keychains"};
@@ -72,7 +74,7 @@ bool isProtectedKey(const QByteArray &key, const SafetyProfile &profile)
         }
         return true;
     }
-    return profile.isMountPoint(key);
+    return profile.isMountPoint(key) || profile.isOtherHome(key);
 }
 
 QString reasonKey(const QByteArray &key, const SafetyProfile &profile)
@@ -90,6 +92,8 @@ QString reasonKey(const QByteArray &key, const SafetyProfile &profile)
         return tr(keychainReason);
     if (key.startsWith(profile.homeProbe()))
         return tr(homeFolderReason);
+    if (profile.isOtherHome(key))
+        return tr(otherHomeReason);
     return tr(systemReason);
 }
 
@@ -103,6 +107,28 @@ bool isProtected(QByteArrayView path, const SafetyProfile &profile)
 QString reason(QByteArrayView path, const SafetyProfile &profile)
 {
     return detail::reasonKey(detail::comparableKey(profile.normalize(path)), profile);
+}
+
+Verdict lastWord(QByteArrayView path, const RealPlace &place, const SafetyProfile &profile)
+{
+    const QByteArray textKey = detail::comparableKey(profile.normalize(path));
+    if (detail::isProtectedKey(textKey, profile))
+        return {Verdict::Form::text, detail::reasonKey(textKey, profile), place.path()};
+    if (!place.isValid())
+        return {Verdict::Form::none, {}, {}};
+    // The real place is canonical already; only the home written through a
+    // link needs mapping back.
+    const QByteArray realKey = profile.homeForm(detail::comparableKey(place.path()));
+    if (detail::isProtectedKey(realKey, profile))
+        return {Verdict::Form::realPlace, detail::reasonKey(realKey, profile), place.path()};
+    return {Verdict::Form::none, {}, place.path()};
+}
+
+Verdict lastWord(QByteArrayView path, const SafetyProfile &profile)
+{
+    // A leading "~" is the profile's home, as in the text form.
+    const QByteArray given = path.startsWith('~') ? profile.normalize(path) : path.toByteArray();
+    return lastWord(path, RealPlace::open(given), profile);
 }
 
 bool isContentsOnly(QByteArrayView path, const SafetyProfile &profile)

@@ -4,14 +4,17 @@
 
 #include <QString>
 
+class RealPlace;
+
 // What may never be removed as an item: system folders, the home folder and its
 // main folders, key stores, mount points. The lists are fixed when the profile
 // is built; nothing the user sets widens or narrows them.
 //
-// Every function first passes the path through the profile's normalize (so
-// "~", ".", "..", doubled and trailing slashes are resolved textually), then
-// judges the text alone: nothing touches the disk and no link is resolved. All
-// functions are pure and safe on any thread.
+// isProtected and reason first pass the path through the profile's normalize
+// (so "~", ".", "..", doubled and trailing slashes are resolved textually), then
+// judge the text alone: nothing touches the disk and no link is resolved. They
+// are pure and safe on any thread. lastWord, for the moment before a file
+// operation, also judges where the path really leads.
 //
 // Some asymmetries are deliberate:
 //  * The literal prefixes ("/usr/bin/", "/private/etc/", ...) end in "/", so
@@ -42,6 +45,22 @@ inline const QSet<QByteArray> &contentsOnly(const SafetyProfile &profile = Safet
 }
 // True when the normalised path is one of contentsOnly().
 bool isContentsOnly(QByteArrayView path, const SafetyProfile &profile = SafetyProfile::standard());
+
+// The guard's last word before a file operation. The text is judged as by
+// isProtected; then the real place, where the path leads on disk now (its
+// folder resolved through every link, the final name never followed; see
+// RealPlace). Either form protected refuses the item, with the sentence of the
+// form that matched. A place that cannot be resolved is judged by its text.
+struct Verdict {
+    enum class Form { none, text, realPlace };
+    Form refusedBy = Form::none;
+    QString reason;       // the guard's sentence when refused
+    QByteArray realPlace; // the resolved path, empty when it could not be resolved
+    bool refused() const { return refusedBy != Form::none; }
+};
+Verdict lastWord(QByteArrayView path, const RealPlace &place, const SafetyProfile &profile = SafetyProfile::standard());
+// The same, resolving the path itself; touches the disk.
+Verdict lastWord(QByteArrayView path, const SafetyProfile &profile = SafetyProfile::standard());
 
 namespace detail {
 // The comparable form of a normalised path: the path itself when it is ASCII.

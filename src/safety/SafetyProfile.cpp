@@ -6,7 +6,9 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <array>
+#include <cstdlib>
 
 namespace {
 
@@ -74,7 +76,30 @@ constexpr std::array<const char *, 6> linuxHomePrefixes = {
 };
 constexpr std::array<const char *, 1> linuxHomeContentsOnly = {"/.cache"};
 
+// Folders the system itself lives in, refused whole on Linux, where a careless
+// rule such as "everything below /usr/bin" would still let the folder go.
+constexpr std::array<const char *, 17> linuxSystemFolders = {
+    "/",          "/usr",         "/usr/bin",     "/usr/sbin",  "/usr/lib",   "/usr/lib32",
+    "/usr/lib64", "/usr/libexec", "/usr/include", "/usr/share", "/usr/src",   "/bin",
+    "/sbin",      "/etc",         "/var",         "/opt",       "/usr/local",
+};
+constexpr std::array<const char *, 8> linuxSystemPrefixes = {
+    "/usr/bin/", "/usr/sbin/", "/usr/lib/", "/usr/lib64/", "/usr/libexec/", "/bin/", "/sbin/", "/etc/",
+};
+
 QByteArray key(QByteArrayView path) { return Paths::comparable(path); }
+
+// The folder a path really is, through every link, its own name included; the
+// normalised text when it cannot be resolved.
+QByteArray realFolder(const QByteArray &path)
+{
+    char *resolved = ::realpath(path.constData(), nullptr);
+    if (!resolved)
+        return DiskScanner::normalize(path);
+    const QByteArray out(resolved);
+    ::free(resolved);
+    return out;
+}
 
 QByteArray withSlash(QByteArray text)
 {
@@ -138,6 +163,21 @@ SafetyProfile::SafetyProfile(Platform platform, QByteArray home, QByteArray conf
         m_prefixes.append({m_homeKey + suffix, withSlash(m_homeKey + suffix), false});
     for (const char *suffix : linuxHomeContentsOnly)
         m_contentsOnly.insert(m_homeKey + suffix);
+    for (const char *entry : linuxSystemFolders)
+        m_exact.insert(QByteArray(entry));
+    for (const char *entry : linuxSystemPrefixes) {
+        const bool listed = std::any_of(m_prefixes.cbegin(), m_prefixes.cend(),
+                                        [entry](const Prefix &prefix) { return prefix.entry == entry; });
+        if (!listed)
+            m_prefixes.append({QByteArray(entry), QByteArray(entry), true});
+    }
+    // Each prefix protects its folder too, not only what lies below it.
+    for (const Prefix &prefix : std::as_const(m_prefixes))
+        if (prefix.system)
+            m_exact.insert(prefix.entry.chopped(1));
+    m_realHomeKey = key(realFolder(m_home));
+    if (m_realHomeKey == m_homeKey)
+        m_realHomeKey.clear();
 
     if (configHome.isEmpty())
         configHome = m_home + "/.config";
@@ -198,6 +238,27 @@ bool SafetyProfile::isInsideMount(QByteArrayView path) const
         return false;
     return (count > 3 && lead[0] == "media") || (count > 2 && lead[0] == "mnt") ||
            (count > 4 && lead[0] == "run" && lead[1] == "media");
+}
+
+bool SafetyProfile::isOtherHome(QByteArrayView path) const
+{
+    if (m_platform != Platform::linux)
+        return false;
+    std::array<QByteArrayView, 2> lead;
+    if (splitLeading(path, lead) < 2 || lead[0] != "home")
+        return false;
+    const QByteArrayView own = QByteArrayView(m_homeKey);
+    const qsizetype end = 6 + lead[1].size(); // "/home/" + NAME
+    return !(own.size() >= end && own.startsWith(path.first(end)) && (own.size() == end || own[end] == '/'));
+}
+
+QByteArray SafetyProfile::homeForm(const QByteArray &realKey) const
+{
+    if (m_realHomeKey.isEmpty() || !realKey.startsWith(m_realHomeKey))
+        return realKey;
+    if (realKey.size() != m_realHomeKey.size() && realKey[m_realHomeKey.size()] != '/')
+        return realKey;
+    return m_homeKey + realKey.sliced(m_realHomeKey.size());
 }
 
 QList<std::pair<QByteArray, QByteArray>> SafetyProfile::readUserDirs(const QByteArray &file, const QByteArray &home)

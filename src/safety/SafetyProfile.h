@@ -47,6 +47,14 @@ public:
     bool isMountPoint(QByteArrayView normalizedPath) const;
     // A path strictly inside such a mount point, on a mounted volume.
     bool isInsideMount(QByteArrayView normalizedPath) const;
+    // Linux: "/home/NAME", or anything below it, for a NAME that is not the
+    // user's own home. Another user's home is refused whole.
+    bool isOtherHome(QByteArrayView normalizedPath) const;
+
+    // A resolved path (comparable form) with the real place of home written as
+    // home, so that the home rules hold for a home reached through a link
+    // ("/home" -> "/var/home"). Other paths come back unchanged.
+    QByteArray homeForm(const QByteArray &realKey) const;
 
     // The guard's tables (see SafetyGuard), in comparable form.
     struct Prefix {
@@ -76,6 +84,7 @@ private:
     QByteArray m_homeKey;
     QByteArray m_homeProbe;
     QByteArray m_libraryKey;
+    QByteArray m_realHomeKey; // where home really is, when that differs from its text
     QList<QByteArray> m_userDirs;
     QList<QByteArray> m_downloadProbes;
     QSet<QByteArray> m_exact;

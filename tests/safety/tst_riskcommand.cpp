@@ -1,5 +1,7 @@
 #include "TestMain.h"
 
+#include <QDir>
+#include <QFile>
 #include <QProcess>
 
 // `sorvel risk` as a user runs it, in this run's temporary home.
@@ -7,9 +9,10 @@ class TestRiskCommand : public QObject
 {
     Q_OBJECT
 
-    static QProcess *run(const QStringList &args)
+    static QProcess *run(const QStringList &args, const QString &folder = {})
     {
         auto *process = new QProcess;
+        process->setWorkingDirectory(folder);
         process->start(QStringLiteral(SORVEL_CLI), args);
         process->waitForFinished(30000);
         return process;
@@ -29,7 +32,8 @@ private slots:
 
         QVERIFY2(blocks[0].startsWith(home + QStringLiteral("/.ssh/id_rsa\n")), qPrintable(out));
         QVERIFY2(blocks[0].contains(QLatin1String("locked: Kept")), qPrintable(out));
-        QVERIFY2(blocks[0].contains(QLatin1String("protected: Your SSH and encryption keys are never touched")),
+        QVERIFY2(blocks[0].contains(
+                     QLatin1String("protected (by its text): Your SSH and encryption keys are never touched")),
                  qPrintable(out));
 
         QVERIFY2(blocks[1].startsWith(home + QStringLiteral("/Downloads/x.iso\n")), qPrintable(out));
@@ -37,10 +41,44 @@ private slots:
         QVERIFY2(!blocks[1].contains(QLatin1String("protected")), qPrintable(out));
 
         QVERIFY2(blocks[2].contains(QLatin1String("locked: Kept")), qPrintable(out));
-        QVERIFY2(blocks[2].contains(QLatin1String("protected: ")), qPrintable(out));
+        QVERIFY2(blocks[2].contains(QLatin1String("protected (by its text): ")), qPrintable(out));
 #ifndef Q_OS_MACOS
         QVERIFY2(blocks[2].contains(QLatin1String("Part of the system, never touched")), qPrintable(out));
 #endif
+    }
+
+    // The guard follows a link in the folders of a path; the last name is never
+    // followed, and a relative path starts in the current folder.
+    void whereThePathReallyLeads()
+    {
+        const QByteArray home = TestMain::home();
+        QVERIFY(QDir().mkpath(QFile::decodeName(home + "/.ssh")));
+        QVERIFY(QDir().mkpath(QFile::decodeName(home + "/proj")));
+        QFile(QFile::decodeName(home + "/.ssh/id_key")).open(QIODevice::WriteOnly);
+        QVERIFY(QFile::link(QStringLiteral("../.ssh"), QFile::decodeName(home + "/proj/keys")));
+        QVERIFY(QFile::link(QStringLiteral("/"), QFile::decodeName(home + "/proj/root")));
+
+        std::unique_ptr<QProcess> process(
+            run({QStringLiteral("risk"), QStringLiteral("~/proj/keys/id_key"), QStringLiteral("~/proj/root/usr/bin/ls"),
+                 QStringLiteral("~/proj/keys"), QStringLiteral("passwd")},
+                QStringLiteral("/etc")));
+        QCOMPARE(process->exitCode(), 0);
+        const QString out = QString::fromUtf8(process->readAllStandardOutput());
+        const QStringList blocks = out.trimmed().split(QStringLiteral("\n\n"));
+        QCOMPARE(blocks.size(), 4);
+        QVERIFY2(blocks[0].contains(QLatin1String("leads to: ") + QFile::decodeName(home + "/.ssh/id_key")),
+                 qPrintable(out));
+        QVERIFY2(blocks[0].contains(QLatin1String(
+                     "protected (where it really leads): Your SSH and encryption keys are never touched")),
+                 qPrintable(out));
+        QVERIFY2(blocks[1].contains(QLatin1String("protected (where it really leads)")), qPrintable(out));
+        // The link itself may go: its text and its place are both the link.
+        QVERIFY2(!blocks[2].contains(QLatin1String("protected")), qPrintable(out));
+        QVERIFY2(blocks[3].startsWith(QLatin1String("/etc/passwd\n")), qPrintable(out));
+        QVERIFY2(blocks[3].contains(QLatin1String("protected (by its text)")), qPrintable(out));
+
+        std::unique_ptr<QProcess> empty(run({QStringLiteral("risk"), QString()}));
+        QCOMPARE(empty->exitCode(), 2);
     }
 
     void defaultVerdictAndUsage()

@@ -135,11 +135,13 @@ private slots:
         QTest::addColumn<bool>("isProtected");
         protectedRows(true, {"/boot", "/proc", "/lib64", "/var/log", "/home", "/boot/vmlinuz", "/run/user/0/bus",
                              "/lib/x86_64-linux-gnu/libc.so.6", "/var/lib/dpkg/status", "/snap/core/1"});
-        protectedRows(false, {"/var/log/syslog", "/var/cache/apt/archives/x.deb", "/srv/www/index.html", "/home/other",
-                              "/root2", "/libx32/x", "/snapshot"});
-        // The macOS lists still hold.
-        protectedRows(true, {"/usr/bin/ls", "/Volumes/X"});
-        protectedRows(false, {"/usr/bin"});
+        protectedRows(false, {"/var/log/syslog", "/var/cache/apt/archives/x.deb", "/srv/www/index.html", "/root2",
+                              "/libx32/x", "/snapshot", "/homework/x", "/usr/local/bin/tool", "/opt/app/x"});
+        // System folders are refused whole, not only what lies below them.
+        protectedRows(true, {"/usr/bin/ls", "/Volumes/X", "/usr/bin", "/usr/lib", "/usr/sbin", "/usr/share", "/etc",
+                             "/var", "/usr/libexec", "/usr/include", "/usr/src", "/usr/lib64/x", "/sbin/x", "/run"});
+        // Another user's home, and everything in it.
+        protectedRows(true, {"/home/other", "/home/other/", "/home/other/.ssh/id_rsa", "/home/other/notes.txt"});
         // Mount points by shape; what lies on a volume is not protected, not even
         // below "/run/".
         protectedRows(true, {"/media/alice", "/media/alice/USB", "/run/media", "/run/media/alice",
@@ -202,6 +204,8 @@ private slots:
         QTest::newRow("linux ~/.config") << true << QByteArray("~/.config") << homeFolderReason;
         QTest::newRow("linux /boot") << true << QByteArray("/boot") << systemReason;
         QTest::newRow("linux mount") << true << QByteArray("/media/alice/USB") << systemReason;
+        QTest::newRow("linux other home") << true << QByteArray("/home/other/.ssh/id_rsa")
+                                          << QStringLiteral("Another user's home folder, never touched");
     }
 
     void reason()
