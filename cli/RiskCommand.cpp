@@ -5,6 +5,8 @@
 #include "safety/SafetyGuard.h"
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QFile>
 
 #include <sys/stat.h>
 
@@ -21,29 +23,44 @@ int risk(const QByteArrayList &args)
         stream << "Usage: sorvel risk PATH...\n\n"
                   "Shows, for each path, its risk level, the badge title and the sentence the\n"
                   "application would show, and whether the safety guard refuses to remove it.\n"
-                  "Paths are judged by their text; a path need not exist.\n";
+                  "The risk is judged by the path's text, which need not exist. The guard also\n"
+                  "judges where the path really leads (its folder resolved through every link,\n"
+                  "the last name never followed) and says which of the two it refused.\n"
+                  "A relative path is taken from the current folder.\n";
         return args.isEmpty() ? 2 : 0;
     }
 
+    const QByteArray cwd = QFile::encodeName(QDir::currentPath());
     bool first = true;
     for (const QByteArray &arg : args) {
-        const QByteArray path = SafetyProfile::standard().normalize(arg);
+        if (arg.isEmpty()) {
+            Commands::err() << tr("sorvel risk: an empty argument names no path") << '\n';
+            return 2;
+        }
+        // A relative path is taken from the current folder, as a shell would.
+        const QByteArray given = arg.startsWith('/') || arg.startsWith('~') ? arg : Paths::join(cwd, arg);
+        const QByteArray path = SafetyProfile::standard().normalize(given);
         // The one fact the catalogue takes from the caller that we can know here.
         struct stat st {};
         const bool isDirectory = ::lstat(path.constData(), &st) == 0 && S_ISDIR(st.st_mode);
         const Risk verdict = RiskCatalog::assess(path, isDirectory, false);
+        const SafetyGuard::Verdict last = SafetyGuard::lastWord(given);
 
         if (!first)
             out << '\n';
         first = false;
         out << Paths::toDisplay(path) << '\n';
+        if (!last.realPlace.isEmpty() && last.realPlace != path)
+            out << "  " << tr("leads to") << ": " << Paths::toDisplay(last.realPlace) << '\n';
         out << "  " << verdict.level.name();
         if (verdict.hasBadge())
             out << ": " << verdict.title << '\n' << "  " << verdict.why << '\n';
         else
             out << ": " << tr("nothing special is known") << '\n';
-        if (SafetyGuard::isProtected(path))
-            out << "  " << tr("protected") << ": " << SafetyGuard::reason(path) << '\n';
+        if (last.refusedBy == SafetyGuard::Verdict::Form::text)
+            out << "  " << tr("protected (by its text)") << ": " << last.reason << '\n';
+        else if (last.refusedBy == SafetyGuard::Verdict::Form::realPlace)
+            out << "  " << tr("protected (where it really leads)") << ": " << last.reason << '\n';
     }
     return 0;
 }
