@@ -535,6 +535,8 @@ std::optional<DeletionRequest> AppState::deletionRequest(const QSet<QByteArray> 
     DeletionRequest request;
     request.items = items;
     request.estimatedSize = estimatedSize;
+    if (!m_demo)
+        request.reviewed = Removal::reviewFolders(items);
     for (const CleanItem &item : selection)
         request.queueIDs.insert(item.id);
     QPointer<AppState> self(this);
@@ -698,6 +700,7 @@ void AppState::performDeletion(const DeletionRequest &request, bool permanently)
     const int showTime = showTimeMilliseconds(request.queueIDs.size());
     const std::shared_ptr<FileOperations> operations = m_fileOperations;
     const auto onComplete = request.onComplete;
+    const ReviewedFolders reviewed = request.reviewed;
 
     auto land = [this, started, showTime, permanently, guardFailures, onComplete](const Removal::Outcome &outcome) {
         m_lastRemoval = outcome.freed;
@@ -736,8 +739,8 @@ void AppState::performDeletion(const DeletionRequest &request, bool permanently)
     };
 
     m_workers.start(
-        [this, allowed, permanently, operations, land] {
-            const Removal::Outcome outcome = Removal::run(allowed, permanently, *operations);
+        [this, allowed, permanently, operations, reviewed, land] {
+            const Removal::Outcome outcome = Removal::run(allowed, permanently, *operations, reviewed);
             QMetaObject::invokeMethod(
                 this, [land, outcome] { land(outcome); }, Qt::QueuedConnection);
         },

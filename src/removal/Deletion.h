@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QByteArrayList>
+#include <QHash>
 #include <QList>
 #include <QSet>
 #include <QString>
@@ -24,6 +25,15 @@ struct DeletionItem {
     friend bool operator==(const DeletionItem &, const DeletionItem &) = default;
 };
 
+// A folder as it was seen when a removal was reviewed.
+struct FolderIdentity {
+    quint64 device = 0;
+    quint64 inode = 0;
+    friend bool operator==(const FolderIdentity &, const FolderIdentity &) = default;
+};
+// Item path -> the real folder it lay in at the review.
+using ReviewedFolders = QHash<QByteArray, FolderIdentity>;
+
 // A pending removal: a flat list of paths, handed to the worker by copy.
 struct DeletionRequest {
     QUuid id = QUuid::createUuid();
@@ -36,6 +46,9 @@ struct DeletionRequest {
     std::optional<QList<DeletionItem>> summary;
     // The selection ids this request consumes.
     QSet<QByteArray> queueIDs;
+    // Where each item lay when the request was made; checked again right before
+    // the item goes.
+    ReviewedFolders reviewed;
 
     // How many items name a path that the safety guard keeps.
     int protectedCount() const;

@@ -1,81 +1,200 @@
 #include "FileOperations.h"
 
 #include "FreedesktopTrash.h"
+#include "core/RealPlace.h"
 
 #include <QFile>
 
 #include <cerrno>
 #include <cstring>
+#include <string>
+#include <vector>
 
-#include <fts.h>
+#include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
 
-int removeTree(const QByteArray &path)
+constexpr int listFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+// Folders holding a descriptor at once; deeper trees give up the outer ones and
+// reach them again through ".." on the way back, checked by device and inode.
+constexpr std::size_t maxHeld = 64;
+
+// One folder being emptied.
+struct Frame {
+    int fd = -1;
+    dev_t dev = 0;
+    ino_t ino = 0;
+    QByteArray name; // its name in the folder above
+    std::vector<QByteArray> names;
+    std::size_t next = 0;
+};
+
+// Opens `name` inside `dirFd` as a folder without following a link, checks
+// that it is the folder `looked` describes, and lists it.
+int enter(int dirFd, const QByteArray &name, const struct stat &looked, Frame &frame)
 {
-    QByteArray copy = path;
-    char *roots[] = {copy.data(), nullptr};
-    FTS *fts = ::fts_open(roots, FTS_PHYSICAL | FTS_NOCHDIR, nullptr);
-    if (!fts)
+    const int fd = ::openat(dirFd, name.constData(), listFlags);
+    if (fd < 0)
         return errno;
+    struct stat st {};
+    if (::fstat(fd, &st) != 0 || st.st_dev != looked.st_dev || st.st_ino != looked.st_ino) {
+        ::close(fd);
+        return ESTALE;
+    }
+    const int listFd = ::dup(fd);
+    DIR *dir = listFd >= 0 ? ::fdopendir(listFd) : nullptr;
+    if (!dir) {
+        const int error = errno;
+        if (listFd >= 0)
+            ::close(listFd);
+        ::close(fd);
+        return error;
+    }
+    frame.fd = fd;
+    frame.dev = st.st_dev;
+    frame.ino = st.st_ino;
+    frame.name = name;
+    frame.names.clear();
+    frame.next = 0;
+    errno = 0;
+    while (const dirent *entry = ::readdir(dir)) {
+        const char *n = entry->d_name;
+        if (n[0] == '.' && (n[1] == '\0' || (n[1] == '.' && n[2] == '\0')))
+            continue;
+        frame.names.emplace_back(n);
+    }
+    ::closedir(dir);
+    return 0;
+}
+
+// Removes the folder `place` names and everything in it, without leaving its
+// volume and without following a link. Returns the first errno met.
+int removeTree(const RealPlace &place, const struct stat &top)
+{
     int first = 0;
     auto note = [&first](int e) {
         if (first == 0)
             first = e;
     };
-    while (FTSENT *e = ::fts_read(fts)) {
-        switch (e->fts_info) {
-        case FTS_D:
-            break;
-        case FTS_DP:
-            if (::rmdir(e->fts_accpath) != 0)
-                note(errno);
-            break;
-        case FTS_DNR:
-        case FTS_ERR:
-        case FTS_NS:
-            note(e->fts_errno);
-            break;
-        case FTS_DC:
-            break;
-        default: // files, links, dangling links, specials
-            if (::unlink(e->fts_accpath) != 0)
-                note(errno);
-            break;
+    const quint64 mount = RealPlace::mountOf(place.parentFd(), place.name().constData());
+    auto sameVolume = [&](int dirFd, const char *name, const struct stat &st) {
+        if (st.st_dev != top.st_dev)
+            return false;
+        return mount == 0 || RealPlace::mountOf(dirFd, name) == mount;
+    };
+
+    std::vector<Frame> stack(1);
+    if (const int e = enter(place.parentFd(), place.name(), top, stack.front()))
+        return e;
+    std::size_t held = 1;
+
+    while (!stack.empty()) {
+        Frame &frame = stack.back();
+        if (frame.next < frame.names.size()) {
+            const QByteArray name = frame.names[frame.next++];
+            struct stat st {};
+            if (::fstatat(frame.fd, name.constData(), &st, AT_SYMLINK_NOFOLLOW) != 0) {
+                if (errno != ENOENT)
+                    note(errno);
+                continue;
+            }
+            if (!S_ISDIR(st.st_mode)) {
+                if (::unlinkat(frame.fd, name.constData(), 0) != 0 && errno != ENOENT)
+                    note(errno);
+                continue;
+            }
+            if (!sameVolume(frame.fd, name.constData(), st)) {
+                note(EXDEV); // another volume is mounted here: nothing on it is touched
+                continue;
+            }
+            Frame child;
+            if (const int e = enter(frame.fd, name, st, child)) {
+                note(e);
+                continue;
+            }
+            if (++held > maxHeld) {
+                for (Frame &outer : stack) {
+                    if (outer.fd >= 0) {
+                        ::close(outer.fd);
+                        outer.fd = -1;
+                        --held;
+                        break;
+                    }
+                }
+            }
+            stack.push_back(std::move(child));
+            continue;
         }
+
+        // The folder is empty as far as it goes: remove it from the one above.
+        Frame done = std::move(stack.back());
+        stack.pop_back();
+        int parentFd = place.parentFd();
+        if (!stack.empty()) {
+            Frame &up = stack.back();
+            if (up.fd < 0) {
+                const int fd = ::openat(done.fd, "..", listFlags);
+                struct stat st {};
+                if (fd < 0 || ::fstat(fd, &st) != 0 || st.st_dev != up.dev || st.st_ino != up.ino) {
+                    // Moved while we worked: stop rather than act anywhere else.
+                    if (fd >= 0)
+                        ::close(fd);
+                    ::close(done.fd);
+                    for (Frame &rest : stack)
+                        if (rest.fd >= 0)
+                            ::close(rest.fd);
+                    note(ESTALE);
+                    return first;
+                }
+                up.fd = fd;
+                ++held;
+            }
+            parentFd = up.fd;
+        }
+        ::close(done.fd);
+        --held;
+        if (::unlinkat(parentFd, done.name.constData(), AT_REMOVEDIR) != 0 && errno != ENOENT)
+            note(errno);
     }
-    if (errno != 0 && first == 0)
-        note(errno);
-    ::fts_close(fts);
     return first;
 }
 
 class SystemFileOperations final : public FileOperations
 {
 public:
-    int moveToTrash(const QByteArray &path) override
+    int moveToTrash(const RealPlace &place) override
     {
 #if defined(Q_OS_MACOS)
-        QFile file(QFile::decodeName(path));
+        if (!place.isValid())
+            return place.error();
+        QFile file(QFile::decodeName(place.path()));
         if (file.moveToTrash())
             return 0;
-        return ::access(path.constData(), F_OK) == 0 ? EPERM : ENOENT;
+        struct stat st {};
+        return place.statItem(st) == 0 ? EPERM : ENOENT;
 #else
-        return m_trash.moveToTrash(path).error;
+        return m_trash.moveToTrash(place).error;
 #endif
     }
 
-    int removePermanently(const QByteArray &path) override
+    int removePermanently(const RealPlace &place) override
     {
+        if (!place.isValid())
+            return place.error();
+        if (place.name().isEmpty())
+            return EBUSY; // the root itself
         struct stat st {};
-        if (::lstat(path.constData(), &st) != 0)
-            return errno;
+        if (const int e = place.statItem(st))
+            return e;
         if (!S_ISDIR(st.st_mode))
-            return ::unlink(path.constData()) == 0 ? 0 : errno;
-        errno = 0;
-        return removeTree(path);
+            return ::unlinkat(place.parentFd(), place.name().constData(), 0) == 0 ? 0 : errno;
+        // A mount point is another volume's root: it never goes with its folder.
+        if (place.isMountPoint())
+            return EBUSY;
+        return removeTree(place, st);
     }
 
 private:

@@ -5,19 +5,29 @@
 
 #include <memory>
 
+class RealPlace;
+
 // The two operations that change the user's files. Everything that removes goes
 // through this seam, so tests can watch (or refuse) each call, and so the one
 // real implementation keeps the errno of what failed for the failure classes.
+//
+// Both act on a RealPlace: the item's folder is already open, reached without
+// following a link, and the item is its entry `name()`, never followed either.
+// The system's implementation works only through descriptors from there on:
+// every folder it enters is opened with O_NOFOLLOW, checked to be the folder it
+// looked at (device and inode) and to lie on the item's own volume; another
+// volume mounted inside is left alone and reported (EXDEV). A mount point
+// itself is not removed (EBUSY).
 class FileOperations
 {
 public:
     virtual ~FileOperations() = default;
 
     // 0 when the item went, else the errno of the step that failed.
-    virtual int moveToTrash(const QByteArray &path) = 0;
+    virtual int moveToTrash(const RealPlace &place) = 0;
     // Removes a file, a link or a whole folder. Goes on after a failure inside a
     // folder and returns the errno of the first one (0 when all went).
-    virtual int removePermanently(const QByteArray &path) = 0;
+    virtual int removePermanently(const RealPlace &place) = 0;
 
     // The system's operations: the freedesktop.org Trash on Linux, the
     // platform's own Trash on macOS, and POSIX removal.

@@ -2,6 +2,7 @@
 
 #include "core/Paths.h"
 #include "core/Platform.h"
+#include "core/RealPlace.h"
 #include "core/Xdg.h"
 
 #include <QDateTime>
@@ -18,27 +19,49 @@ constexpr mode_t privateDir = 0700;
 constexpr qsizetype nameMax = 255;
 const QByteArray infoSuffix = QByteArrayLiteral(".trashinfo");
 
+// Folders a move created, removed again when the move does not happen, so a
+// failed move leaves no trace.
+class Created
+{
+public:
+    ~Created()
+    {
+        if (m_keep)
+            return;
+        for (auto it = m_dirs.crbegin(); it != m_dirs.crend(); ++it)
+            ::rmdir(it->constData());
+    }
+    void add(const QByteArray &dir) { m_dirs.append(dir); }
+    void keep() { m_keep = true; }
+
+private:
+    QByteArrayList m_dirs;
+    bool m_keep = false;
+};
+
 // mkdir -p with mode 0700 for what it creates; 0 or errno.
-int makePath(const QByteArray &path)
+int makePath(const QByteArray &path, Created &created)
 {
     struct stat st {};
     if (::stat(path.constData(), &st) == 0)
         return S_ISDIR(st.st_mode) ? 0 : ENOTDIR;
     const QByteArray parent = Paths::parentOf(path);
     if (!parent.isEmpty() && parent != path) {
-        if (const int e = makePath(parent))
+        if (const int e = makePath(parent, created))
             return e;
     }
-    if (::mkdir(path.constData(), privateDir) != 0 && errno != EEXIST)
+    if (::mkdir(path.constData(), privateDir) == 0)
+        created.add(path);
+    else if (errno != EEXIST)
         return errno;
     return 0;
 }
 
 // A trash folder with files/ and info/ inside, made when missing.
-int prepareTrash(const QByteArray &trash)
+int prepareTrash(const QByteArray &trash, Created &created)
 {
     for (const char *sub : {"/files", "/info"}) {
-        if (const int e = makePath(trash + sub))
+        if (const int e = makePath(trash + sub, created))
             return e;
     }
     return 0;
@@ -56,46 +79,60 @@ dev_t deviceOf(QByteArray path)
     return ::stat("/", &st) == 0 ? st.st_dev : 0;
 }
 
-// The top directory of the file system holding `dir` (a directory that exists).
-QByteArray topDirectory(const QByteArray &dir, dev_t device)
+// The top directory of the file system holding the item's folder: climbs from
+// the open folder through ".." while the device stays the same, so neither a
+// link in the path nor its length leads astray.
+QByteArray topDirectory(const RealPlace &place)
 {
-    QByteArray top = dir;
-    while (top != "/") {
-        const QByteArray parent = Paths::parentOf(top);
+    QByteArray top = place.parent();
+    int fd = ::dup(place.parentFd());
+    const dev_t device = place.parentStat().st_dev;
+    while (fd >= 0 && top != "/") {
+        const int up = ::openat(fd, "..", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
         struct stat st {};
-        if (parent.isEmpty() || ::lstat(parent.constData(), &st) != 0 || st.st_dev != device)
+        ::close(fd);
+        fd = up;
+        if (up < 0 || ::fstat(up, &st) != 0 || st.st_dev != device)
             break;
-        top = parent;
+        top = Paths::parentOf(top);
     }
+    if (fd >= 0)
+        ::close(fd);
     return top;
 }
 
 // The trash to use on another volume, or an errno.
-int volumeTrash(const QByteArray &topdir, QByteArray &trash)
+int volumeTrash(const QByteArray &topdir, QByteArray &trash, Created &created)
 {
     const QByteArray uid = QByteArray::number(::getuid());
     const QByteArray shared = Paths::join(topdir, ".Trash");
     struct stat st {};
     if (::lstat(shared.constData(), &st) == 0 && S_ISDIR(st.st_mode) && (st.st_mode & S_ISVTX)) {
         const QByteArray mine = shared + '/' + uid;
-        if (::mkdir(mine.constData(), privateDir) == 0 || errno == EEXIST) {
+        const bool made = ::mkdir(mine.constData(), privateDir) == 0;
+        if (made || errno == EEXIST) {
             struct stat own {};
-            if (::lstat(mine.constData(), &own) == 0 && S_ISDIR(own.st_mode) && own.st_uid == ::getuid() &&
-                prepareTrash(mine) == 0) {
-                trash = mine;
-                return 0;
+            if (::lstat(mine.constData(), &own) == 0 && S_ISDIR(own.st_mode) && own.st_uid == ::getuid()) {
+                if (made)
+                    created.add(mine);
+                if (prepareTrash(mine, created) == 0) {
+                    trash = mine;
+                    return 0;
+                }
             }
         }
     }
     const QByteArray personal = Paths::join(topdir, ".Trash-" + uid);
-    if (::mkdir(personal.constData(), privateDir) != 0 && errno != EEXIST)
+    if (::mkdir(personal.constData(), privateDir) == 0)
+        created.add(personal);
+    else if (errno != EEXIST)
         return errno;
     struct stat own {};
     if (::lstat(personal.constData(), &own) != 0)
         return errno;
     if (!S_ISDIR(own.st_mode) || own.st_uid != ::getuid())
         return EPERM;
-    if (const int e = prepareTrash(personal))
+    if (const int e = prepareTrash(personal, created))
         return e;
     trash = personal;
     return 0;
@@ -143,36 +180,45 @@ QByteArray FreedesktopTrash::decodePath(QByteArrayView encoded)
 
 FreedesktopTrash::Outcome FreedesktopTrash::moveToTrash(const QByteArray &path) const
 {
+    return moveToTrash(RealPlace::open(path));
+}
+
+FreedesktopTrash::Outcome FreedesktopTrash::moveToTrash(const RealPlace &place) const
+{
     Outcome outcome;
     struct stat item {};
-    if (::lstat(path.constData(), &item) != 0) {
-        outcome.error = errno;
+    if ((outcome.error = place.statItem(item)))
         return outcome;
-    }
-    const QByteArray dir = Paths::parentOf(path);
-    if (dir.isEmpty()) {
+    if (place.name().isEmpty()) {
         outcome.error = EINVAL; // the root itself
         return outcome;
     }
+    // A mount point cannot be renamed away; find that out before making anything.
+    if (place.isMountPoint()) {
+        outcome.error = EBUSY;
+        return outcome;
+    }
+    const QByteArray path = place.path();
 
     // Which trash: the home one when the item lives on its file system.
+    Created created;
     QByteArray trash;
     QByteArray pathValue;
     if (item.st_dev == deviceOf(m_homeTrash)) {
-        if ((outcome.error = prepareTrash(m_homeTrash)))
+        if ((outcome.error = prepareTrash(m_homeTrash, created)))
             return outcome;
         trash = m_homeTrash;
         pathValue = path;
     } else {
-        const QByteArray topdir = topDirectory(dir, item.st_dev);
-        if ((outcome.error = volumeTrash(topdir, trash)))
+        const QByteArray topdir = topDirectory(place);
+        if ((outcome.error = volumeTrash(topdir, trash, created)))
             return outcome;
         pathValue = topdir == "/" ? path.sliced(1) : path.sliced(topdir.size() + 1);
     }
 
     const QByteArray date = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-ddThh:mm:ss")).toLatin1();
     const QByteArray content = "[Trash Info]\nPath=" + encodePath(pathValue) + "\nDeletionDate=" + date + '\n';
-    const QByteArray base = fitName(Paths::lastComponent(path), nameMax - infoSuffix.size() - 8);
+    const QByteArray base = fitName(place.name(), nameMax - infoSuffix.size() - 8);
 
     for (int attempt = 1; attempt < 100000; ++attempt) {
         const QByteArray name = attempt == 1 ? base : base + '.' + QByteArray::number(attempt);
@@ -203,11 +249,12 @@ FreedesktopTrash::Outcome FreedesktopTrash::moveToTrash(const QByteArray &path) 
             ::unlink(info.constData());
             return outcome;
         }
-        if (::rename(path.constData(), target.constData()) != 0) {
+        if (::renameat(place.parentFd(), place.name().constData(), AT_FDCWD, target.constData()) != 0) {
             outcome.error = errno;
             ::unlink(info.constData());
             return outcome;
         }
+        created.keep();
         outcome.trashedAs = target;
         outcome.infoFile = info;
         return outcome;

@@ -2,6 +2,8 @@
 
 #include <QByteArray>
 
+class RealPlace;
+
 // Moving files to the Trash the freedesktop.org way (Trash specification 1.0).
 //
 // Items on the home folder's file system go to $XDG_DATA_HOME/Trash (made with
@@ -30,6 +32,11 @@ public:
     explicit FreedesktopTrash(QByteArray home);
     FreedesktopTrash();
 
+    // The item a RealPlace names, never followed. Its volume decides the trash;
+    // a mount point, or an item whose move cannot happen for another reason,
+    // fails without leaving a folder created for it behind.
+    Outcome moveToTrash(const RealPlace &place) const;
+    // The same for a path, resolved first.
     Outcome moveToTrash(const QByteArray &path) const;
 
     QByteArray homeTrash() const { return m_homeTrash; }

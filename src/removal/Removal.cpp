@@ -1,93 +1,145 @@
 #include "Removal.h"
 
 #include "core/Paths.h"
+#include "core/RealPlace.h"
 #include "safety/SafetyGuard.h"
-#include "scan/DiskScanner.h"
 
+#include <QCoreApplication>
 #include <QSet>
 
 #include <algorithm>
 #include <cerrno>
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <fts.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
-bool isFolder(const QByteArray &path)
+QString tr(const char *text) { return QCoreApplication::translate("Removal", text); }
+
+bool isFolder(const RealPlace &place)
 {
     struct stat st {};
-    return ::lstat(path.constData(), &st) == 0 && S_ISDIR(st.st_mode);
+    return place.statItem(st) == 0 && S_ISDIR(st.st_mode);
 }
 
-bool isGone(const QByteArray &path)
+// The names inside the folder a place names, opened without following a link.
+QByteArrayList listNames(const RealPlace &place)
 {
-    struct stat st {};
-    return ::lstat(path.constData(), &st) != 0 && errno == ENOENT;
+    QByteArrayList names;
+    const int fd =
+        ::openat(place.parentFd(), place.name().constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    DIR *dir = fd >= 0 ? ::fdopendir(fd) : nullptr;
+    if (!dir) {
+        if (fd >= 0)
+            ::close(fd);
+        return names;
+    }
+    while (const dirent *entry = ::readdir(dir)) {
+        const char *n = entry->d_name;
+        if (!(n[0] == '.' && (n[1] == '\0' || (n[1] == '.' && n[2] == '\0'))))
+            names.append(QByteArray(n));
+    }
+    ::closedir(dir);
+    return names;
+}
+
+// The failure of an errno, in words where the system's would mislead.
+QString describe(int error)
+{
+    switch (error) {
+    case EXDEV:
+        return tr("Another volume is mounted inside it; nothing on that volume was touched");
+    case ESTALE:
+        return tr("It changed on disk after the review (a folder on its way was moved or replaced), so it was left "
+                  "alone");
+    default:
+        return FileOperations::describe(error);
+    }
 }
 
 class Worker
 {
 public:
-    Worker(bool permanently, FileOperations &operations, const SafetyProfile &profile)
-        : m_permanently(permanently), m_operations(operations), m_profile(profile)
+    Worker(bool permanently, FileOperations &operations, const ReviewedFolders &reviewed, const SafetyProfile &profile)
+        : m_permanently(permanently), m_operations(operations), m_reviewed(reviewed), m_profile(profile)
     {}
 
     void take(const DeletionItem &item)
     {
-        const qint64 size = item.size ? *item.size : Removal::measure(DiskScanner::normalize(item.path));
-        const int error = remove(item.path);
+        const RealPlace place = RealPlace::open(item.path);
+        if (refused(item.path, place))
+            return;
+        const auto seen = m_reviewed.constFind(item.path);
+        if (seen != m_reviewed.cend() && place.isValid() &&
+            (quint64(place.parentStat().st_dev) != seen->device || quint64(place.parentStat().st_ino) != seen->inode)) {
+            fail(item.path, place, ESTALE);
+            return;
+        }
+        const qint64 size = item.size ? *item.size : Removal::measure(place.isValid() ? place.path() : item.path);
+        const int error = place.isValid() ? remove(place) : place.error();
         if (error == 0)
             m_outcome.freed.insert(item.path, size);
-        else if (item.clearInsideOnFailure && isFolder(item.path))
-            clearInside(item.path, 0);
+        else if (item.clearInsideOnFailure && isFolder(place) && !place.isMountPoint())
+            clearInside(item.path, place, 0);
         else
-            fail(item.path, error);
+            fail(item.path, place, error);
     }
 
     Removal::Outcome outcome() && { return std::move(m_outcome); }
 
 private:
-    int remove(const QByteArray &path)
+    int remove(const RealPlace &place)
     {
-        return m_permanently ? m_operations.removePermanently(path) : m_operations.moveToTrash(path);
+        return m_permanently ? m_operations.removePermanently(place) : m_operations.moveToTrash(place);
     }
 
-    void clearInside(const QByteArray &path, int depth)
+    // The guard's last word on the path's text and on the place it leads to.
+    bool refused(const QByteArray &path, const RealPlace &place)
     {
-        for (const QByteArray &name : Removal::listNames(path)) {
+        const SafetyGuard::Verdict verdict = SafetyGuard::lastWord(path, place, m_profile);
+        if (!verdict.refused())
+            return false;
+        m_outcome.failures.append({path, DeletionFailure::Reason::safetyGuard, verdict.reason});
+        return true;
+    }
+
+    void clearInside(const QByteArray &path, const RealPlace &folder, int depth)
+    {
+        for (const QByteArray &name : listNames(folder)) {
             const QByteArray child = Paths::join(path, name);
             // Each child is an item of its own now, and meets the guard.
-            const QByteArray normalized = m_profile.normalize(child);
-            if (SafetyGuard::isProtected(normalized, m_profile)) {
-                m_outcome.failures.append(
-                    {child, DeletionFailure::Reason::safetyGuard, SafetyGuard::reason(normalized, m_profile)});
+            const RealPlace place = folder.child(name);
+            if (refused(child, place))
                 continue;
-            }
-            const qint64 size = Removal::measure(normalized);
-            const int error = remove(child);
+            const qint64 size = Removal::measure(place.isValid() ? place.path() : child);
+            const int error = place.isValid() ? remove(place) : place.error();
             if (error == 0)
                 m_outcome.freed.insert(child, size);
-            else if (depth <= 3 && isFolder(child))
-                clearInside(child, depth + 1);
+            else if (depth <= 3 && isFolder(place) && !place.isMountPoint())
+                clearInside(child, place, depth + 1);
             else
-                fail(child, error);
+                fail(child, place, error);
         }
     }
 
-    void fail(const QByteArray &path, int error)
+    void fail(const QByteArray &path, const RealPlace &place, int error)
     {
         // Gone before we came: removed, with nothing freed.
-        if (error == ENOENT && isGone(path)) {
+        struct stat st {};
+        if (error == ENOENT && (!place.isValid() || place.statItem(st) == ENOENT)) {
             m_outcome.freed.insert(path, 0);
             return;
         }
-        m_outcome.failures.append({path, DeletionFailure::classify(error), FileOperations::describe(error)});
+        m_outcome.failures.append({path, DeletionFailure::classify(error), describe(error)});
     }
 
     bool m_permanently;
     FileOperations &m_operations;
+    const ReviewedFolders &m_reviewed;
     const SafetyProfile &m_profile;
     Removal::Outcome m_outcome;
 };
@@ -107,7 +159,13 @@ namespace Removal {
 Outcome run(const QList<DeletionItem> &items, bool permanently, FileOperations &operations,
             const SafetyProfile &profile)
 {
-    Worker worker(permanently, operations, profile);
+    return run(items, permanently, operations, ReviewedFolders(), profile);
+}
+
+Outcome run(const QList<DeletionItem> &items, bool permanently, FileOperations &operations,
+            const ReviewedFolders &reviewed, const SafetyProfile &profile)
+{
+    Worker worker(permanently, operations, reviewed, profile);
     for (const DeletionItem &item : items)
         worker.take(item);
     return std::move(worker).outcome();
@@ -159,6 +217,17 @@ QByteArrayList listNames(const QByteArray &dir, bool *ok)
     }
     ::closedir(d);
     return names;
+}
+
+ReviewedFolders reviewFolders(const QList<DeletionItem> &items)
+{
+    ReviewedFolders folders;
+    for (const DeletionItem &item : items) {
+        const RealPlace place = RealPlace::open(item.path);
+        if (place.isValid())
+            folders.insert(item.path, {quint64(place.parentStat().st_dev), quint64(place.parentStat().st_ino)});
+    }
+    return folders;
 }
 
 double minimumShowTime(qsizetype count) { return std::clamp(double(count) * 0.55 + 0.9, 1.0, 8.0); }

@@ -34,7 +34,11 @@ bool isLocked(const CleanItem &item)
     if (item.isJunk())
         return false;
     const QByteArray normalized = DiskScanner::normalize(item.id);
-    return SafetyGuard::isProtected(normalized) && !SafetyGuard::isContentsOnly(normalized);
+    if (SafetyGuard::isContentsOnly(normalized))
+        return false;
+    // Kept too when it really leads somewhere protected: the removal would
+    // refuse it at the last moment.
+    return SafetyGuard::isProtected(normalized) || SafetyGuard::lastWord(normalized).refused();
 }
 
 bool isContentsOnly(const CleanItem &item)

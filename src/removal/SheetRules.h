@@ -24,8 +24,9 @@ namespace ReviewRules {
 using RiskFunction = std::function<Risk(const CleanItem &)>;
 Risk itemRisk(const CleanItem &item);
 
-// Not a junk item, protected by the safety guard and not one of the folders
-// whose contents alone may go: the executor will refuse it.
+// Not a junk item, refused by the safety guard (by its text or where it really
+// leads) and not one of the folders whose contents alone may go: the executor
+// will refuse it.
 bool isLocked(const CleanItem &item);
 // A folder that must stay while its contents go (a cache folder).
 bool isContentsOnly(const CleanItem &item);

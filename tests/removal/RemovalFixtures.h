@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/RealPlace.h"
 #include "removal/FileOperations.h"
 
 #include <QByteArray>
@@ -58,19 +59,19 @@ class RecordingOperations : public FileOperations
 public:
     std::function<int(const QByteArray &path)> refuse;
 
-    int moveToTrash(const QByteArray &path) override
+    int moveToTrash(const RealPlace &place) override
     {
-        note(path);
-        if (const int error = refused(path))
+        note(place.path());
+        if (const int error = refused(place.path()))
             return error;
-        return m_real->moveToTrash(path);
+        return m_real->moveToTrash(place);
     }
-    int removePermanently(const QByteArray &path) override
+    int removePermanently(const RealPlace &place) override
     {
-        note(path);
-        if (const int error = refused(path))
+        note(place.path());
+        if (const int error = refused(place.path()))
             return error;
-        return m_real->removePermanently(path);
+        return m_real->removePermanently(place);
     }
 
     QByteArrayList calls() const

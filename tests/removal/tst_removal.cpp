@@ -27,8 +27,8 @@ class ChildOperations : public FileOperations
 {
 public:
     explicit ChildOperations(const QByteArray &home) : m_trash(home) {}
-    int moveToTrash(const QByteArray &path) override { return m_trash.moveToTrash(path).error; }
-    int removePermanently(const QByteArray &path) override { return m_real->removePermanently(path); }
+    int moveToTrash(const RealPlace &place) override { return m_trash.moveToTrash(place).error; }
+    int removePermanently(const RealPlace &place) override { return m_real->removePermanently(place); }
 
 private:
     FreedesktopTrash m_trash;

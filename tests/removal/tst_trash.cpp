@@ -3,6 +3,7 @@
 #include "Unprivileged.h"
 
 #include "core/Paths.h"
+#include "core/RealPlace.h"
 #include "removal/FileOperations.h"
 #include "removal/FreedesktopTrash.h"
 
@@ -226,9 +227,9 @@ private slots:
         QVERIFY(touch(tree + "/a/b/file"));
         QVERIFY(touch(tree + "/top"));
         auto ops = FileOperations::system();
-        QCOMPARE(ops->removePermanently(tree), 0);
+        QCOMPARE(ops->removePermanently(RealPlace::open(tree)), 0);
         QVERIFY(!exists(tree));
-        QCOMPARE(ops->removePermanently(tree), ENOENT);
+        QCOMPARE(ops->removePermanently(RealPlace::open(tree)), ENOENT);
 
         // A folder the unprivileged child may not change.
         const QByteArray locked = bytes(dir) + "/locked";
@@ -237,8 +238,8 @@ private slots:
         openPathForOthers(locked + "/inner");
         if (!runningAsRoot())
             ::chmod((locked + "/inner").constData(), 0555);
-        const ChildOutcome outcome =
-            runUnprivileged([&] { return QByteArray::number(FileOperations::system()->removePermanently(locked)); });
+        const ChildOutcome outcome = runUnprivileged(
+            [&] { return QByteArray::number(FileOperations::system()->removePermanently(RealPlace::open(locked))); });
         ::chmod((locked + "/inner").constData(), 0755);
         QCOMPARE(outcome.status, 0);
         QCOMPARE(outcome.output, QByteArray::number(EACCES));
