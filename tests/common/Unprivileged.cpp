@@ -1,13 +1,20 @@
 #include "Unprivileged.h"
 
+#include <fcntl.h>
 #include <grp.h>
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 bool runningAsRoot() { return ::geteuid() == 0; }
 
-ChildOutcome runUnprivileged(const std::function<QByteArray()> &work)
+namespace {
+
+// Runs `work` in a forked child after `prepare`, which returns 0 or the exit
+// status to give up with.
+ChildOutcome runChild(const std::function<int()> &prepare, const std::function<QByteArray()> &work)
 {
     int fds[2];
     if (::pipe(fds) != 0)
@@ -20,11 +27,8 @@ ChildOutcome runUnprivileged(const std::function<QByteArray()> &work)
     }
     if (pid == 0) {
         ::close(fds[0]);
-        if (::geteuid() == 0) {
-            const gid_t groups[] = {gid_t(unprivilegedId)};
-            if (::setgroups(1, groups) != 0 || ::setgid(unprivilegedId) != 0 || ::setuid(unprivilegedId) != 0)
-                ::_exit(120);
-        }
+        if (const int status = prepare())
+            ::_exit(status);
         const QByteArray out = work();
         qsizetype written = 0;
         while (written < out.size()) {
@@ -47,6 +51,55 @@ ChildOutcome runUnprivileged(const std::function<QByteArray()> &work)
     if (::waitpid(pid, &status, 0) == pid && WIFEXITED(status))
         outcome.status = WEXITSTATUS(status);
     return outcome;
+}
+
+bool writeFile(const char *path, const QByteArray &text)
+{
+    const int fd = ::open(path, O_WRONLY | O_CLOEXEC);
+    if (fd < 0)
+        return false;
+    const bool ok = ::write(fd, text.constData(), size_t(text.size())) == text.size();
+    ::close(fd);
+    return ok;
+}
+
+} // namespace
+
+ChildOutcome runUnprivileged(const std::function<QByteArray()> &work)
+{
+    return runChild(
+        [] {
+            if (::geteuid() == 0) {
+                const gid_t groups[] = {gid_t(unprivilegedId)};
+                if (::setgroups(1, groups) != 0 || ::setgid(unprivilegedId) != 0 || ::setuid(unprivilegedId) != 0)
+                    return 120;
+            }
+            return 0;
+        },
+        work);
+}
+
+ChildOutcome runWithOwnMounts(const std::function<QByteArray()> &work)
+{
+    return runChild(
+        [] {
+            const uid_t uid = ::geteuid();
+            const gid_t gid = ::getegid();
+            if (::unshare(CLONE_NEWNS) != 0) {
+                // Not root: a user namespace of our own may mount instead.
+                if (::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0)
+                    return noMounts;
+                writeFile("/proc/self/setgroups", "deny");
+                if (!writeFile("/proc/self/uid_map", "0 " + QByteArray::number(uid) + " 1") ||
+                    !writeFile("/proc/self/gid_map", "0 " + QByteArray::number(gid) + " 1"))
+                    return noMounts;
+            }
+            // What the child mounts stays in its namespace.
+            if (::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+                return noMounts;
+            return 0;
+        },
+        work);
 }
 
 void openPathForOthers(const QByteArray &path)

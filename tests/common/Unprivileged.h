@@ -15,6 +15,12 @@ struct ChildOutcome {
 };
 ChildOutcome runUnprivileged(const std::function<QByteArray()> &work);
 
+// Runs `work` in a forked child with a mount namespace of its own (as root, or
+// in a user namespace otherwise), so it may mount a tmpfs or a bind mount that
+// vanishes with it. Status `noMounts` when the system allows neither.
+ChildOutcome runWithOwnMounts(const std::function<QByteArray()> &work);
+constexpr int noMounts = 122;
+
 // The uid the child runs as, for chown() of fixtures the child must not read.
 bool runningAsRoot();
 constexpr unsigned unprivilegedId = 65534;
