@@ -48,35 +48,41 @@ bool make(const QByteArray &root, int depth, int nameLength, int files,
 
 void remove(const QByteArray &path)
 {
-    const QByteArray base = path.left(path.lastIndexOf('/') + 1);
-    std::vector<QByteArray> pending{path};
-    qint64 moved = 0;
-    while (!pending.empty()) {
-        const QByteArray dir = pending.back();
-        pending.pop_back();
-        const int fd = ::open(dir.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-        DIR *listing = fd >= 0 ? ::fdopendir(::dup(fd)) : nullptr;
-        std::vector<std::string> names;
-        while (const dirent *entry = listing ? ::readdir(listing) : nullptr)
-            if (std::string(entry->d_name) != "." && std::string(entry->d_name) != "..")
-                names.emplace_back(entry->d_name);
-        if (listing)
-            ::closedir(listing);
-        for (const std::string &entry : names) {
-            struct stat st;
-            if (::fstatat(fd, entry.c_str(), &st, AT_SYMLINK_NOFOLLOW) == 0 && S_ISDIR(st.st_mode)) {
-                const QByteArray up =
-                    base + ".deep-tree-" + QByteArray::number(::getpid()) + '-' + QByteArray::number(moved++);
-                if (::renameat(fd, entry.c_str(), AT_FDCWD, up.constData()) == 0)
-                    pending.push_back(up);
-            } else {
-                ::unlinkat(fd, entry.c_str(), 0);
+    // Down to the first folder without folders, emptying each on the way; then up
+    // through ".." to remove it from its parent, and on with the parent.
+    int fd = ::open(path.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    std::vector<std::string> names; // the folders entered below `path`
+    while (fd >= 0) {
+        std::string folder;
+        if (DIR *listing = ::fdopendir(::dup(fd))) {
+            while (const dirent *entry = ::readdir(listing)) {
+                const std::string name = entry->d_name;
+                struct stat st;
+                if (name == "." || name == ".." || ::fstatat(fd, name.c_str(), &st, AT_SYMLINK_NOFOLLOW) != 0)
+                    continue;
+                if (!S_ISDIR(st.st_mode))
+                    ::unlinkat(fd, name.c_str(), 0);
+                else if (folder.empty())
+                    folder = name;
             }
+            ::closedir(listing);
         }
-        if (fd >= 0)
-            ::close(fd);
-        ::rmdir(dir.constData());
+        const int next = !folder.empty() ? ::openat(fd, folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC)
+                         : !names.empty() ? ::openat(fd, "..", O_RDONLY | O_DIRECTORY | O_CLOEXEC)
+                                          : -1;
+        ::close(fd);
+        fd = next;
+        if (!folder.empty()) {
+            names.push_back(folder);
+        } else if (fd >= 0) {
+            if (::unlinkat(fd, names.back().c_str(), AT_REMOVEDIR) != 0) {
+                ::close(fd); // left as it is rather than met again and again
+                return;
+            }
+            names.pop_back();
+        }
     }
+    ::rmdir(path.constData());
 }
 
 } // namespace DeepTree

@@ -18,8 +18,7 @@ QByteArray name(int level, int length);
 bool make(const QByteArray &root, int depth, int nameLength, int files,
           const std::function<void(int fd, int level)> &atLevel = {});
 
-// Removes `path` and everything below it, however deep: each folder is moved up
-// next to `path` before it is emptied, so no path grows long.
+// Removes `path` and everything below it, however deep, relative to descriptors.
 void remove(const QByteArray &path);
 
 } // namespace DeepTree
