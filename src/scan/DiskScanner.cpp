@@ -499,8 +499,9 @@ ScanResultPtr scan(const QByteArray &root, const ScanOptions &options, qint64 fi
     return walk.run(path);
 }
 
-QByteArrayList skippedPaths(const QByteArray &root, const QByteArrayList &excluded)
+QByteArrayList skippedPaths(const QByteArray &rootPath, const QByteArrayList &excluded)
 {
+    const QByteArray root = normalize(rootPath);
     QByteArrayList out;
     for (const QByteArray &path : excluded)
         out.append(normalize(path));
