@@ -14,6 +14,7 @@
 #include <QLocale>
 
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <optional>
@@ -64,7 +65,7 @@ std::optional<qint64> parseSize(const QByteArray &text)
     }
     bool ok = false;
     const double value = number.toDouble(&ok);
-    if (!ok || value < 0 || value * factor > 9e18)
+    if (!ok || !std::isfinite(value) || std::signbit(value) || value * factor > 9e18)
         return std::nullopt;
     return qint64(value * factor);
 }
@@ -304,7 +305,7 @@ private:
 void writeJson(const QByteArray &root, const Arguments &args, const ScanResult &result)
 {
     JsonOut out;
-    out.raw("{\"format\":\"sorvel-scan\",\"version\":1,\"root\":");
+    out.raw("{\"format\":\"sorvel-scan\",\"version\":2,\"root\":");
     out.bytes(root);
     out.raw(",\"date\":");
     out.number(result.date);
@@ -371,45 +372,39 @@ void writeJson(const QByteArray &root, const Arguments &args, const ScanResult &
     }
 
     // The tree as a flat list in depth-first order, each folder naming its
-    // parent's index: any JSON reader copes, however deep the tree.
+    // parent's index and only its own name: any JSON reader copes, however deep
+    // the tree, and the output grows with the number of folders, not their depth.
     out.raw("],\"folders\":[");
     std::unordered_map<const DirNode *, qint64> indexOf;
-    struct Pending {
-        const DirNode *node;
-        qint64 parent;
-        QByteArray path;
-    };
-    std::vector<Pending> stack{{result.root.get(), -1, result.root->name}};
+    std::vector<std::pair<const DirNode *, qint64>> stack{{result.root.get(), -1}};
     qint64 next = 0;
     while (!stack.empty()) {
-        Pending item = std::move(stack.back());
+        const auto [node, parent] = stack.back();
         stack.pop_back();
         const qint64 index = next++;
-        indexOf.emplace(item.node, index);
+        indexOf.emplace(node, index);
         out.raw(index ? ",{\"parent\":" : "{\"parent\":");
-        if (item.parent < 0)
+        if (parent < 0)
             out.raw("null");
         else
-            out.number(item.parent);
+            out.number(parent);
         out.raw(",\"name\":");
-        out.bytes(item.node->name);
-        out.raw(",\"path\":");
-        out.bytes(item.path);
+        out.bytes(node->name);
         out.raw(",\"size\":");
-        out.number(item.node->size);
+        out.number(node->size);
         out.raw(",\"fileCount\":");
-        out.number(item.node->fileCount);
+        out.number(node->fileCount);
         out.raw(",\"smallFilesSize\":");
-        out.number(item.node->smallFilesSize);
+        out.number(node->smallFilesSize);
         out.raw(",\"artifactKind\":");
-        if (item.node->artifactKind.isNull())
+        if (node->artifactKind.isNull())
             out.raw("null");
         else
-            out.text(item.node->artifactKind);
+            out.text(node->artifactKind);
         out.raw("}");
         // Pushed in reverse so that children come out largest first.
-        for (auto it = item.node->children.rbegin(); it != item.node->children.rend(); ++it)
-            stack.push_back({it->get(), index, Paths::join(item.path, (*it)->name)});
+        for (auto it = node->children.rbegin(); it != node->children.rend(); ++it)
+            stack.emplace_back(it->get(), index);
     }
 
     out.raw("],\"files\":[");
@@ -417,8 +412,8 @@ void writeJson(const QByteArray &root, const Arguments &args, const ScanResult &
         const FileItem &f = result.files[i];
         out.raw(i ? ",{\"id\":" : "{\"id\":");
         out.number(f.id);
-        out.raw(",\"path\":");
-        out.bytes(f.path);
+        out.raw(",\"name\":");
+        out.bytes(f.name);
         out.raw(",\"folder\":");
         const DirNodePtr parent = f.parentNode();
         const auto found = parent ? indexOf.find(parent.get()) : indexOf.end();

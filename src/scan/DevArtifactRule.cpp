@@ -1,28 +1,27 @@
 #include "DevArtifactRule.h"
 
-#include "core/Paths.h"
-
 #include <QCoreApplication>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace {
 
 // Existence only: a project file that is a folder counts as well.
-bool exists(const QByteArray &path) { return ::access(path.constData(), F_OK) == 0; }
+bool exists(int dirFd, const QByteArray &path) { return ::faccessat(dirFd, path.constData(), F_OK, 0) == 0; }
 
 QString label(const char *text) { return QCoreApplication::translate("DevArtifactRule", text); }
 
 } // namespace
 
-QString DevArtifactRule::match(QByteArrayView name, QByteArrayView path)
+QString DevArtifactRule::match(QByteArrayView name, int parentFd)
 {
     // Cheap early out: every name of the table is 4 to 13 bytes long.
     if (name.size() < 4 || name.size() > 13)
         return {};
 
-    auto beside = [path](const char *file) { return exists(Paths::join(Paths::parentOf(path), file)); };
-    auto inside = [path](const char *file) { return exists(Paths::join(path, file)); };
+    auto beside = [parentFd](const char *file) { return exists(parentFd, QByteArray(file)); };
+    auto inside = [parentFd, name](const char *file) { return exists(parentFd, name.toByteArray() + '/' + file); };
 
     if (name == "node_modules")
         return label(QT_TRANSLATE_NOOP("DevArtifactRule", "Node.js dependencies"));

@@ -9,10 +9,11 @@
 // No instances.
 namespace DevArtifactRule {
 
-// The localised kind label of the folder `name` at `path` (its full path), or a
-// null string. Names compare whole and case-sensitively; the first row of the
+// The localised kind label of the folder `name` inside the open folder `parentFd`
+// (a descriptor, so that paths of any length work; project files are looked up
+// relative to it), or a null string. Names compare whole and case-sensitively; the first row of the
 // table whose name matches decides, so a failed project-file test gives nothing.
 // A name outside the table costs a few comparisons and no system call.
-QString match(QByteArrayView name, QByteArrayView path);
+QString match(QByteArrayView name, int parentFd);
 
 } // namespace DevArtifactRule

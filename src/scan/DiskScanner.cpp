@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <unordered_set>
@@ -62,11 +63,9 @@ QByteArrayList systemSkips()
 class SkipSet
 {
 public:
-    explicit SkipSet(const QByteArrayList &excluded)
+    explicit SkipSet(const QByteArrayList &paths)
     {
-        for (const QByteArray &path : excluded)
-            add(DiskScanner::normalize(path));
-        for (const QByteArray &path : systemSkips())
+        for (const QByteArray &path : paths)
             add(path);
     }
 
@@ -140,11 +139,11 @@ using WalkKind = TreeWalk::Kind;
 class Walk
 {
 public:
-    Walk(const ScanOptions &options, qint64 firstID, const CancelTokenPtr &token,
+    Walk(const QByteArray &root, const ScanOptions &options, qint64 firstID, const CancelTokenPtr &token,
          const DiskScanner::ProgressCallback &progress)
-        : m_skips(options.excludedPaths), m_threshold(std::max<qint64>(options.minTrackedSize, 1)),
-          m_skipHidden(options.skipHiddenFiles), m_packagesAsFiles(options.treatPackagesAsFiles), m_nextID(firstID),
-          m_token(token), m_progress(progress)
+        : m_skips(DiskScanner::skippedPaths(root, options.excludedPaths)),
+          m_threshold(std::max<qint64>(options.minTrackedSize, 1)), m_skipHidden(options.skipHiddenFiles),
+          m_packagesAsFiles(options.treatPackagesAsFiles), m_nextID(firstID), m_token(token), m_progress(progress)
     {}
 
     ScanResultPtr run(const QByteArray &root);
@@ -274,7 +273,7 @@ void Walk::enterDirectory(TreeWalk &walk, const WalkEntry &entry)
     m_levels.push_back(level);
 
     if (!m_inArtifact && level > 0) {
-        node->artifactKind = DevArtifactRule::match(name, entry.path);
+        node->artifactKind = DevArtifactRule::match(name, walk.folderDescriptor());
         if (!node->artifactKind.isNull()) {
             m_inArtifact = true;
             m_artifactLevel = level;
@@ -495,8 +494,33 @@ namespace DiskScanner {
 ScanResultPtr scan(const QByteArray &root, const ScanOptions &options, qint64 firstID, const CancelTokenPtr &token,
                    const ProgressCallback &progress)
 {
-    Walk walk(options, firstID, token, progress);
-    return walk.run(normalize(root));
+    const QByteArray path = normalize(root);
+    Walk walk(path, options, firstID, token, progress);
+    return walk.run(path);
+}
+
+QByteArrayList skippedPaths(const QByteArray &rootPath, const QByteArrayList &excluded)
+{
+    const QByteArray root = normalize(rootPath);
+    QByteArrayList out;
+    for (const QByteArray &path : excluded)
+        out.append(normalize(path));
+    out.append(systemSkips());
+    char *resolved = ::realpath(root.constData(), nullptr);
+    if (!resolved)
+        return out;
+    const QByteArray real(resolved);
+    std::free(resolved);
+    if (real == root)
+        return out;
+    const qsizetype given = out.size();
+    for (qsizetype i = 0; i < given; ++i) {
+        const QByteArray path = out[i]; // shared, and safe from the appends below
+        if (real == "/" ? path.size() > 1
+                        : path.size() > real.size() && path.startsWith(real) && path[real.size()] == '/')
+            out.append(root + path.sliced(real == "/" ? 0 : real.size()));
+    }
+    return out;
 }
 
 DiskUsage usage(const QByteArray &of, const CancelTokenPtr &token)

@@ -26,6 +26,13 @@ ScanResultPtr scan(const QByteArray &root, const ScanOptions &options, qint64 fi
 // Allocated size and file count below a path. `token` may be null.
 DiskUsage usage(const QByteArray &of, const CancelTokenPtr &token = {});
 
+// The folders a scan of `root` never enters, as the texts its walk compares: the
+// user's `excluded` folders (normalised) and the system's own (/proc, ...). Each
+// of them that lies below the place `root` really is (resolved once; the root may
+// be a symbolic link or lie below one) is also given as the walk spells it, `root`
+// followed by the rest, so that a link to "/" skips "/proc" as "/" does.
+QByteArrayList skippedPaths(const QByteArray &root, const QByteArrayList &excluded);
+
 // The canonical form of a path: "~" expanded, "." and ".." and empty pieces
 // resolved textually, no trailing slash. Touches no file system, resolves no link.
 QByteArray normalize(QByteArrayView path);

@@ -1,5 +1,6 @@
 #include "TreeWalk.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <string>
@@ -11,9 +12,9 @@
 namespace {
 
 // Open folders that keep their descriptor at most. Past that, the outermost one
-// gives its descriptor up and opens its folder again, by full path, once the walk
-// comes back to it.
-constexpr int maxHeld = 128;
+// gives its descriptor up and gets it back through ".." from its child once the
+// walk comes back to it.
+constexpr qsizetype maxHeld = 128;
 
 constexpr int openFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
@@ -26,7 +27,7 @@ bool isDotOrDotDot(const char *name)
 
 struct TreeWalk::Level {
     DIR *dir = nullptr;   // held open for its descriptor, or null
-    bool byPath = false;  // reopening failed: examine the rest by full path
+    int lostError = 0;    // not reached again on the way back up: why
     std::string names;    // the listing, each name followed by a NUL
     std::size_t pos = 0;  // next name in `names`
     qsizetype pathLength; // length of this folder's path in m_path
@@ -34,6 +35,11 @@ struct TreeWalk::Level {
     int level = 0;
     struct stat st {}; // the folder's own stat, for cycles and the closing event
 };
+
+std::size_t TreeWalk::KeyHash::operator()(const Key &k) const noexcept
+{
+    return std::hash<quint64>()(quint64(k.ino) * 0x9E3779B97F4A7C15ull ^ quint64(k.dev));
+}
 
 TreeWalk::TreeWalk(QByteArray root, bool followRoot) : m_root(std::move(root)), m_followRoot(followRoot) {}
 
@@ -43,14 +49,20 @@ TreeWalk::~TreeWalk()
         closeLevel(*m_levels[size_t(i)]);
 }
 
+int TreeWalk::folderDescriptor() const
+{
+    if (m_depth == 0)
+        return -1;
+    const Level &top = *m_levels[size_t(m_depth - 1)];
+    return top.dir ? ::dirfd(top.dir) : -1;
+}
+
 void TreeWalk::closeLevel(Level &level)
 {
-    if (level.dir) {
+    if (level.dir)
         ::closedir(level.dir);
-        --m_held;
-    }
     level.dir = nullptr;
-    level.byPath = false;
+    level.lostError = 0;
     level.names.clear();
     level.pos = 0;
 }
@@ -59,13 +71,9 @@ bool TreeWalk::openLevel()
 {
     Level *parent = m_depth > 0 ? m_levels[size_t(m_depth - 1)].get() : nullptr;
     const qsizetype nameOffset = parent ? m_path.lastIndexOf('/') + 1 : 0;
-    int fd;
-    if (!parent)
-        fd = ::open(m_path.constData(), openFlags | (m_followRoot ? 0 : O_NOFOLLOW));
-    else if (parent->dir)
-        fd = ::openat(::dirfd(parent->dir), m_path.constData() + nameOffset, openFlags | O_NOFOLLOW);
-    else
-        fd = ::open(m_path.constData(), openFlags | O_NOFOLLOW);
+    // The innermost level always holds its descriptor.
+    const int fd = parent ? ::openat(::dirfd(parent->dir), m_path.constData() + nameOffset, openFlags | O_NOFOLLOW)
+                          : ::open(m_path.constData(), openFlags | (m_followRoot ? 0 : O_NOFOLLOW));
     if (fd < 0)
         return false;
     DIR *dir = ::fdopendir(fd);
@@ -86,6 +94,8 @@ bool TreeWalk::openLevel()
     level.nameOffset = nameOffset;
     level.level = parent ? parent->level + 1 : 0;
     level.st = m_st;
+    level.lostError = 0;
+    m_open.insert(Key{m_st.st_dev, m_st.st_ino});
     errno = 0;
     while (const dirent *entry = ::readdir(dir)) {
         if (isDotOrDotDot(entry->d_name))
@@ -93,38 +103,41 @@ bool TreeWalk::openLevel()
         level.names.append(entry->d_name, std::strlen(entry->d_name) + 1);
     }
     level.dir = dir;
-    level.byPath = false;
-    if (++m_held > maxHeld) {
-        for (qsizetype i = 0; i + 1 < m_depth; ++i) {
-            Level &outer = *m_levels[size_t(i)];
-            if (outer.dir) {
-                ::closedir(outer.dir);
-                outer.dir = nullptr;
-                --m_held;
-                break;
-            }
-        }
+    // Descriptors are held by the innermost levels only: give up the outermost one.
+    if (m_depth - m_firstHeld > maxHeld) {
+        Level &outer = *m_levels[size_t(m_firstHeld++)];
+        ::closedir(outer.dir);
+        outer.dir = nullptr;
     }
     return true;
 }
 
-// Opens a folder again that gave its descriptor up, making sure it is still the
-// same folder; if not, the rest of it is examined by full path.
-void TreeWalk::reopen(Level &level)
+void TreeWalk::popLevel()
 {
-    const QByteArray path = m_path.left(level.pathLength);
-    const int fd = ::open(path.constData(), openFlags | (level.level == 0 && m_followRoot ? 0 : O_NOFOLLOW));
-    struct stat st;
-    if (fd >= 0 && ::fstat(fd, &st) == 0 && st.st_dev == level.st.st_dev && st.st_ino == level.st.st_ino) {
-        if (DIR *dir = ::fdopendir(fd)) {
-            level.dir = dir;
-            ++m_held;
-            return;
+    Level &top = *m_levels[size_t(m_depth - 1)];
+    if (m_depth >= 2) {
+        Level &parent = *m_levels[size_t(m_depth - 2)];
+        if (!parent.dir && !parent.lostError) {
+            // It must be the very folder that was left, not one moved into its place.
+            const int fd = top.dir ? ::openat(::dirfd(top.dir), "..", openFlags | O_NOFOLLOW) : -1;
+            struct stat st;
+            DIR *dir = nullptr;
+            if (fd >= 0 && ::fstat(fd, &st) == 0 && st.st_dev == parent.st.st_dev && st.st_ino == parent.st.st_ino)
+                dir = ::fdopendir(fd);
+            if (dir) {
+                parent.dir = dir;
+                m_firstHeld = m_depth - 2;
+            } else {
+                parent.lostError = !top.dir ? top.lostError : fd < 0 ? errno : ENOENT;
+                if (fd >= 0)
+                    ::close(fd);
+            }
         }
     }
-    if (fd >= 0)
-        ::close(fd);
-    level.byPath = true;
+    m_open.erase(Key{top.st.st_dev, top.st.st_ino});
+    closeLevel(top);
+    --m_depth;
+    m_firstHeld = std::min(m_firstHeld, m_depth);
 }
 
 bool TreeWalk::next(Entry &entry)
@@ -165,9 +178,7 @@ bool TreeWalk::next(Entry &entry)
 
     while (m_depth > 0) {
         Level &top = *m_levels[size_t(m_depth - 1)];
-        if (top.pos < top.names.size()) {
-            if (!top.dir && !top.byPath)
-                reopen(top);
+        if (top.pos < top.names.size() && !top.lostError) {
             const char *name = top.names.data() + top.pos;
             const std::size_t nameLength = std::strlen(name);
             top.pos += nameLength + 1;
@@ -179,21 +190,14 @@ bool TreeWalk::next(Entry &entry)
             m_path.append(name, qsizetype(nameLength));
 
             entry = Entry{Kind::other, top.level + 1, m_path, QByteArrayView(m_path).sliced(nameOffset), &m_st, 0};
-            const int status = top.dir ? ::fstatat(::dirfd(top.dir), name, &m_st, AT_SYMLINK_NOFOLLOW)
-                                       : ::lstat(m_path.constData(), &m_st);
-            if (status != 0) {
+            if (::fstatat(::dirfd(top.dir), name, &m_st, AT_SYMLINK_NOFOLLOW) != 0) {
                 entry.kind = Kind::noStat;
                 entry.st = nullptr;
                 entry.error = errno;
             } else if (S_ISREG(m_st.st_mode)) {
                 entry.kind = Kind::file;
             } else if (S_ISDIR(m_st.st_mode)) {
-                bool cycle = false;
-                for (qsizetype i = 0; i < m_depth && !cycle; ++i) {
-                    const struct stat &up = m_levels[size_t(i)]->st;
-                    cycle = up.st_ino == m_st.st_ino && up.st_dev == m_st.st_dev;
-                }
-                if (!cycle) {
+                if (!m_open.contains(Key{m_st.st_dev, m_st.st_ino})) {
                     entry.kind = Kind::directory;
                     m_enterPending = true;
                 }
@@ -203,12 +207,12 @@ bool TreeWalk::next(Entry &entry)
             return true;
         }
 
-        // The folder is done.
+        // The folder is done, or the rest of it can't be reached.
         m_path.truncate(top.pathLength);
-        entry =
-            Entry{Kind::directoryDone, top.level, m_path, QByteArrayView(m_path).sliced(top.nameOffset), &top.st, 0};
-        closeLevel(top);
-        --m_depth;
+        const bool lost = top.pos < top.names.size();
+        entry = Entry{lost ? Kind::unreadable : Kind::directoryDone, top.level, m_path,
+                      QByteArrayView(m_path).sliced(top.nameOffset), &top.st,   lost ? top.lostError : 0};
+        popLevel();
         return true;
     }
     return false;

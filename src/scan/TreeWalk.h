@@ -4,6 +4,7 @@
 #include <QByteArrayView>
 
 #include <memory>
+#include <unordered_set>
 #include <vector>
 
 #include <sys/stat.h>
@@ -21,15 +22,18 @@
 // working directory is never changed, so other threads are unaffected.
 //
 // One descriptor stays open per open folder, up to a fixed number; past that the
-// outermost ones give theirs up and open their folder again by full path when the
-// walk comes back to them, so any depth works within the descriptor limit.
+// outermost ones give theirs up. On the way back up, a folder without one opens
+// its parent again through "..", checked against the device and inode recorded on
+// the way down, so nothing is ever opened by its full path: any depth works, with
+// paths of any length, within a fixed number of descriptors.
 class TreeWalk
 {
 public:
     enum class Kind {
         directory,     // a folder, before its contents (fts FTS_D)
         directoryDone, // the same folder after them (FTS_DP)
-        unreadable,    // a folder that could not be listed; no directoryDone follows (FTS_DNR)
+        unreadable,    // a folder that could not be listed, or not reached again to list the rest of
+                       // it; no directoryDone follows (FTS_DNR)
         noStat,        // an entry that could not be examined (FTS_NS)
         file,          // a regular file (FTS_F)
         symlink,       // a symbolic link, never followed (FTS_SL)
@@ -55,15 +59,30 @@ public:
     bool next(Entry &entry);
     // Right after a `directory` event: don't enter it; no directoryDone follows.
     void skip() { m_skipPending = true; }
+    // An open descriptor of the folder holding the entry of the last event (always
+    // there for a `directory` event), for looking around it with *at() calls; -1
+    // for the root and a folder that could not be reached again. Owned by the
+    // walk and valid until the next call to next().
+    int folderDescriptor() const;
 
 private:
     struct Level;
+    struct Key {
+        dev_t dev;
+        ino_t ino;
+        friend bool operator==(const Key &, const Key &) = default;
+    };
+    struct KeyHash {
+        std::size_t operator()(const Key &k) const noexcept;
+    };
 
     // Opens and lists the folder of the last `directory` event as the innermost
     // level; false with errno set when it can't.
     bool openLevel();
     void closeLevel(Level &level);
-    void reopen(Level &level);
+    // Closes the innermost level, first opening its parent again through ".." when
+    // the parent gave its descriptor up.
+    void popLevel();
 
     QByteArray m_root;
     bool m_followRoot;
@@ -74,5 +93,6 @@ private:
     struct stat m_st {};
     std::vector<std::unique_ptr<Level>> m_levels; // open folders, root first
     qsizetype m_depth = 0;                        // open levels in use
-    int m_held = 0;                               // levels holding a descriptor
+    qsizetype m_firstHeld = 0;                    // levels before this one have given their descriptor up
+    std::unordered_set<Key, KeyHash> m_open;      // device and inode of each open level
 };

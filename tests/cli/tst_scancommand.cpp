@@ -1,4 +1,5 @@
 #include "Cli.h"
+#include "DeepTree.h"
 #include "TestMain.h"
 
 #include "core/Fmt.h"
@@ -10,6 +11,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 
 #include <fcntl.h>
@@ -35,6 +37,17 @@ QString summaryValue(const QString &summary, const QString &label)
     const QRegularExpression re(QStringLiteral("^  ") + QRegularExpression::escape(label) + QStringLiteral(" +(.+)$"),
                                 QRegularExpression::MultilineOption);
     return re.match(summary).captured(1).trimmed();
+}
+
+// A listed file's path, as a reader of the JSON puts it together: the names up the
+// chain of parent folders, joined with "/".
+QByteArray pathOf(const QJsonArray &folders, const QJsonObject &file)
+{
+    QByteArrayList names{Paths::fromText(file[QStringLiteral("name")].toString())};
+    for (qint64 i = file[QStringLiteral("folder")].toInteger(-1); i >= 0;
+         i = folders[i].toObject()[QStringLiteral("parent")].toInteger(-1))
+        names.prepend(Paths::fromText(folders[i].toObject()[QStringLiteral("name")].toString()));
+    return names.join('/');
 }
 
 } // namespace
@@ -96,13 +109,14 @@ private slots:
 
         // The biggest files, in the same order.
         const QJsonArray files = doc[QStringLiteral("files")].toArray();
+        const QJsonArray folders = doc[QStringLiteral("folders")].toArray();
         QCOMPARE(files.size(), 4); // holiday, Tool.app, odd name, trailer
         const qsizetype biggest = summary.indexOf(QStringLiteral("Biggest files"));
         QVERIFY(biggest > 0);
         qsizetype at = biggest;
         for (int i = 0; i < 3; ++i) {
             const QJsonObject f = files[i].toObject();
-            const QByteArray path = Paths::fromText(f[QStringLiteral("path")].toString());
+            const QByteArray path = pathOf(folders, f);
             QVERIFY(path.startsWith(m_root + '/'));
             at = summary.indexOf(Paths::toDisplay(path), at);
             QVERIFY2(at > 0, path.constData());
@@ -114,7 +128,7 @@ private slots:
         // Names that aren't UTF-8 come back byte for byte.
         bool sawOdd = false;
         for (const QJsonValue &v : files)
-            sawOdd |= Paths::fromText(v.toObject()[QStringLiteral("path")].toString()) == m_root + "/odd-\xff-name.bin";
+            sawOdd |= pathOf(folders, v.toObject()) == m_root + "/odd-\xff-name.bin";
         QVERIFY(sawOdd);
 
         // Categories: the same totals in both.
@@ -134,7 +148,6 @@ private slots:
         QCOMPARE(artifacts.size(), 1);
         QCOMPARE(artifacts[0].toObject()[QStringLiteral("kind")].toString(), QStringLiteral("Node.js dependencies"));
         QVERIFY(summary.contains(QStringLiteral("Node.js dependencies")));
-        const QJsonArray folders = doc[QStringLiteral("folders")].toArray();
         QCOMPARE(folders.size(), 6); // the package has no folder of its own
         QCOMPARE(folders[0].toObject()[QStringLiteral("size")].toInteger(), totals[QStringLiteral("size")].toInteger());
         QVERIFY(folders[0].toObject()[QStringLiteral("parent")].isNull());
@@ -183,6 +196,8 @@ private slots:
         row("scan no path", {u"scan"_qs}, 2, "sorvel scan: which folder?");
         row("scan unknown option", {u"scan"_qs, root, u"--fast"_qs}, 2, "unknown option '--fast'");
         row("scan bad size", {u"scan"_qs, root, u"--min-size"_qs, u"lots"_qs}, 2, "--min-size takes");
+        for (const char *number : {"nan", "inf", "-0", "1e999", "-inf"})
+            row(number, {u"scan"_qs, root, u"--min-size"_qs, QString::fromLatin1(number)}, 2, "--min-size takes");
         row("scan two paths", {u"scan"_qs, root, root}, 2, "one folder at a time");
         row("twins no path", {u"twins"_qs}, 2);
         row("twins not a number", {u"twins"_qs, root, u"--min-size"_qs, u"ten"_qs}, 2);
@@ -203,6 +218,39 @@ private slots:
         QVERIFY2(!o.err.isEmpty() && QString::fromUtf8(o.err).contains(message), o.err.constData());
         if (args.first() == u"scan"_qs)
             QVERIFY(o.err.startsWith("sorvel scan: "));
+    }
+
+    // Paths beyond PATH_MAX are counted in full, and the JSON grows with the
+    // number of folders, not with their depth.
+    void deepTrees()
+    {
+        QTemporaryDir tmp;
+        const QByteArray wide = QFile::encodeName(tmp.path()) + "/wide", deep = QFile::encodeName(tmp.path()) + "/deep";
+        QVERIFY(QDir().mkdir(QFile::decodeName(wide)) && QDir().mkdir(QFile::decodeName(deep)));
+        const auto cleanup = qScopeGuard([&] {
+            DeepTree::remove(wide);
+            DeepTree::remove(deep);
+        });
+        QVERIFY(DeepTree::make(wide, 400, 21, 2));
+        QVERIFY(DeepTree::make(deep, 20000, 1, 0));
+
+        const CliOutcome summary = sorvel({QStringLiteral("scan"), QFile::decodeName(wide)});
+        QCOMPARE(summary.status, 0);
+        QCOMPARE(summaryValue(QString::fromUtf8(summary.out), QStringLiteral("Files")), QLocale().toString(800));
+        QCOMPARE(summaryValue(QString::fromUtf8(summary.out), QStringLiteral("Unreadable")), QStringLiteral("0"));
+
+        const CliOutcome json = sorvel({QStringLiteral("scan"), QFile::decodeName(deep), QStringLiteral("--json")});
+        QCOMPARE(json.status, 0);
+        QVERIFY2(json.out.size() < 4'000'000, QByteArray::number(json.out.size()).constData());
+        const QJsonObject doc = QJsonDocument::fromJson(json.out).object();
+        QCOMPARE(doc[QStringLiteral("version")].toInt(), 2);
+        const QJsonArray folders = doc[QStringLiteral("folders")].toArray();
+        QCOMPARE(folders.size(), 20001);
+        QCOMPARE(folders[0].toObject()[QStringLiteral("name")].toString(), QFile::decodeName(deep));
+        const QJsonObject last = folders[20000].toObject();
+        QCOMPARE(last[QStringLiteral("name")].toString(), QFile::decodeName(DeepTree::name(20000, 1)));
+        QCOMPARE(last[QStringLiteral("parent")].toInteger(), 19999);
+        QVERIFY(!last.contains(QStringLiteral("path")));
     }
 
     void interruptCancels()

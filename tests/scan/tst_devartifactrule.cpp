@@ -5,6 +5,9 @@
 
 #include <QTemporaryDir>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 class TestDevArtifactRule : public QObject
 {
     Q_OBJECT
@@ -81,8 +84,12 @@ private slots:
                 Fixtures::file(parent + '/' + entry);
         }
         const QByteArray name = dir.mid(dir.lastIndexOf('/') + 1);
-        QCOMPARE(DevArtifactRule::match(name, dir), kind);
-        QCOMPARE(DevArtifactRule::match(name, dir).isNull(), kind.isNull());
+        const int parentFd = ::open(parent.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        QVERIFY(parentFd >= 0);
+        const QString found = DevArtifactRule::match(name, parentFd);
+        ::close(parentFd);
+        QCOMPARE(found, kind);
+        QCOMPARE(found.isNull(), kind.isNull());
     }
 };
 

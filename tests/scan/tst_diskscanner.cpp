@@ -1,10 +1,16 @@
+#include "DeepTree.h"
 #include "ScanFixtures.h"
 #include "TestMain.h"
 
 #include "scan/DiskScanner.h"
 
+#include <QScopeGuard>
 #include <QTemporaryDir>
 
+#include <cstdlib>
+
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using Fixtures::file;
@@ -422,6 +428,58 @@ private slots:
         QVERIFY2(run.published.size() < 600, qPrintable(QString::number(run.published.size())));
         for (int i = 0; i < 500; ++i)
             QCOMPARE(run.published.at(i).discovered.size(), i + 1);
+    }
+
+    // Paths far beyond PATH_MAX (400 levels of 21-byte names): every file counts,
+    // nothing is unreadable, and project files are found beside deep folders.
+    void deeperThanPathMax()
+    {
+        QTemporaryDir tmp;
+        const QByteArray root = tempRoot(tmp) + "/deep";
+        folder(root);
+        const auto projects = [](int fd, int level) {
+            if (level == 300) { // a Rust project, and a virtualenv beside it
+                ::close(::openat(fd, "Cargo.toml", O_WRONLY | O_CREAT | O_CLOEXEC, 0644));
+                ::mkdirat(fd, "target", 0755);
+                ::mkdirat(fd, "venv", 0755);
+                ::close(::openat(fd, "venv/pyvenv.cfg", O_WRONLY | O_CREAT | O_CLOEXEC, 0644));
+            }
+        };
+        const auto cleanup = qScopeGuard([&root] { DeepTree::remove(root); });
+        QVERIFY(DeepTree::make(root, 400, 21, 2, projects));
+        SCAN(run, root);
+        const ScanResult &r = *run.result;
+        QCOMPARE(r.unreadableCount, 0);
+        QCOMPARE(r.totalFiles, 802); // 2 a level, Cargo.toml and pyvenv.cfg
+        QCOMPARE(r.totalDirs, 403);
+        QCOMPARE(r.artifacts.size(), size_t(2));
+        QVERIFY(r.artifacts[0].path.size() > 300 * 22 && r.artifacts[0].path.startsWith(root + '/'));
+        QCOMPARE(DiskScanner::usage(root).items, 802);
+    }
+
+    // A root reached through a symbolic link skips what lies below its real place,
+    // as the real path names it; and a link to "/" skips the system's folders.
+    void skipsThroughALinkedRoot()
+    {
+        QTemporaryDir tmp, links;
+        char *resolved = ::realpath(QFile::encodeName(tmp.path()).constData(), nullptr);
+        const QByteArray real(resolved);
+        std::free(resolved);
+        file(real + "/keep/a", 100);
+        file(real + "/skipme/b", 100);
+        const QByteArray link = tempRoot(links) + "/link";
+        QVERIFY(::symlink(real.constData(), link.constData()) == 0);
+        SCAN(run, link, options(1, true, false, {real + "/skipme"}));
+        QVERIFY(findFile(*run.result, link + "/keep/a"));
+        QVERIFY(!findFile(*run.result, link + "/skipme/b"));
+        QCOMPARE(run.result->totalDirs, 2);
+
+        const QByteArray slash = tempRoot(links) + "/slash";
+        QVERIFY(::symlink("/", slash.constData()) == 0);
+        const QByteArrayList skips = DiskScanner::skippedPaths(slash, {"/x/y"});
+        for (const QByteArray &path : {QByteArray("/dev"), slash + "/dev", QByteArray("/x/y"), slash + "/x/y"})
+            QVERIFY2(skips.contains(path), path.constData());
+        QVERIFY(!DiskScanner::skippedPaths(real, {}).contains(real + "/dev"));
     }
 
     void usage()

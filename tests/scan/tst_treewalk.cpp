@@ -1,8 +1,10 @@
+#include "DeepTree.h"
 #include "ScanFixtures.h"
 #include "TestMain.h"
 
 #include "scan/TreeWalk.h"
 
+#include <QMap>
 #include <QTemporaryDir>
 
 #include <fts.h>
@@ -177,6 +179,39 @@ private slots:
             ::chmod((root + dir).constData(), 0755);
         // root; ok, x, done; closed, unreadable; blind, z (no stat), done; listless, unreadable; done
         QCOMPARE(outcome, QByteArray("|12"));
+    }
+
+    // A folder moved away while the walk is far below it: the walk goes on in it
+    // (the same folder), and the folders it left, which can't be reached again,
+    // end as unreadable when they still had entries to show.
+    void folderMovedDuringTheWalk()
+    {
+        QTemporaryDir tmp, elsewhere;
+        const QByteArray root = QFile::encodeName(tmp.path());
+        QVERIFY(DeepTree::make(root, 200, 3, 3));
+        const QByteArray third =
+            root + '/' + DeepTree::name(1, 3) + '/' + DeepTree::name(2, 3) + '/' + DeepTree::name(3, 3);
+        const QByteArray moved = QFile::encodeName(elsewhere.path()) + "/moved";
+        TreeWalk walk(root, true);
+        TreeWalk::Entry e;
+        QMap<int, int> shown;  // entries listed per level of their folder
+        QMap<int, int> closed; // errno of the closing event per level, -1 for directoryDone
+        int filesBelowThird = 0;
+        while (walk.next(e)) {
+            QVERIFY(e.kind != TreeWalk::Kind::noStat);
+            if (e.kind == TreeWalk::Kind::directoryDone || e.kind == TreeWalk::Kind::unreadable) {
+                closed[e.level] = e.kind == TreeWalk::Kind::unreadable ? e.error : -1;
+                continue;
+            }
+            ++shown[e.level - 1];
+            filesBelowThird += e.kind == TreeWalk::Kind::file && e.level > 3;
+            if (e.kind == TreeWalk::Kind::directory && e.level == 180)
+                QVERIFY(::rename(third.constData(), moved.constData()) == 0);
+        }
+        QCOMPARE(filesBelowThird, 198 * 3);
+        for (int level = 0; level < 3; ++level) // each with its files and one folder, the root with the folder only
+            QCOMPARE(closed.value(level), shown.value(level) < (level ? 4 : 1) ? ENOENT : -1);
+        QCOMPARE(closed.value(3), -1);
     }
 };
 
