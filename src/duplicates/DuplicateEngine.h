@@ -19,8 +19,10 @@
 //  2. a SHA-256 of samples: the first 64 KiB, and from 131,073 bytes on also the
 //     last 64 KiB (a file of 64 KiB or less is thereby hashed whole, and its
 //     sample digest is its whole-file digest);
-//  3. a SHA-256 of the whole of each file left, in 4 MiB reads.
-// Only equal whole-file digests make twins.
+//  3. a SHA-256 of the whole of each file left, in 4 MiB reads (for files
+//     that agree with a sparse one, of ContentHasher's zero-run form).
+// Only equal whole-file digests make twins. Samples are read as bytes, holes
+// included, so stage 2 never parts what stage 3 would join.
 namespace DuplicateEngine {
 
 // Given a fraction 0...1 and a status text. Called on the searching thread; it
