@@ -18,6 +18,8 @@
 #include <atomic>
 #include <csignal>
 #include <cstdio>
+#include <cstring>
+#include <dirent.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -97,6 +99,37 @@ QString dateText(double seconds)
     return QDateTime::fromMSecsSinceEpoch(qint64(seconds * 1000.0)).toString(QStringLiteral("yyyy-MM-dd HH:mm"));
 }
 
+QString errorText(int error)
+{
+    return error == 0 ? tr("not a regular file") : QString::fromLocal8Bit(std::strerror(error));
+}
+
+// The root must be a folder we can list, worded as `sorvel scan` words it.
+bool checkRoot(const QByteArray &root, const QByteArray &given)
+{
+    const QString shown = Paths::toDisplay(given);
+    struct stat st {};
+    if (::stat(root.constData(), &st) != 0) {
+        const int error = errno;
+        Commands::err() << "sorvel twins: "
+                        << (error == ENOENT ? tr("%1: no such file or folder").arg(shown)
+                                            : tr("%1: %2").arg(shown, errorText(error)))
+                        << '\n';
+        return false;
+    }
+    if (!S_ISDIR(st.st_mode)) {
+        Commands::err() << "sorvel twins: " << tr("%1 is a file, not a folder").arg(shown) << '\n';
+        return false;
+    }
+    DIR *dir = ::opendir(root.constData());
+    if (!dir) {
+        Commands::err() << "sorvel twins: " << tr("cannot read %1: %2").arg(shown, errorText(errno)) << '\n';
+        return false;
+    }
+    ::closedir(dir);
+    return true;
+}
+
 void printText(const std::vector<DuplicateGroup> &groups, qint64 compared, qint64 reclaimable)
 {
     QTextStream &out = Commands::out();
@@ -122,8 +155,12 @@ void printText(const std::vector<DuplicateGroup> &groups, qint64 compared, qint6
 }
 
 void printJson(const QByteArray &root, qint64 minSize, const std::vector<DuplicateGroup> &groups, qint64 compared,
-               qint64 reclaimable)
+               qint64 reclaimable, const DuplicateEngine::Unreadable &unreadable)
 {
+    QJsonArray samples;
+    for (const auto &sample : unreadable.samples)
+        samples.append(QJsonObject{{QStringLiteral("path"), Paths::toText(sample.path)},
+                                   {QStringLiteral("error"), errorText(sample.error)}});
     QJsonArray list;
     for (const DuplicateGroup &group : groups) {
         QJsonArray files;
@@ -142,6 +179,8 @@ void printJson(const QByteArray &root, qint64 minSize, const std::vector<Duplica
     const QJsonObject document{{QStringLiteral("root"), Paths::toText(root)},
                                {QStringLiteral("minSize"), minSize},
                                {QStringLiteral("filesCompared"), compared},
+                               {QStringLiteral("unreadable"), unreadable.count},
+                               {QStringLiteral("unreadableSamples"), samples},
                                {QStringLiteral("reclaimable"), reclaimable},
                                {QStringLiteral("groups"), list}};
     Commands::out() << QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Indented));
@@ -192,13 +231,8 @@ int twins(const QByteArrayList &args)
     }
 
     const QByteArray root = absolute(path);
-    struct stat st {};
-    const bool exists = ::stat(root.constData(), &st) == 0 || errno != ENOENT;
-    if (!exists || !S_ISDIR(st.st_mode)) {
-        Commands::err() << "sorvel twins: " << Paths::toDisplay(path) << ": "
-                        << (exists ? tr("not a folder") : tr("no such folder")) << '\n';
+    if (!checkRoot(root, path))
         return 1;
-    }
 
     const CancelTokenPtr token = makeCancelToken();
     interruptible.store(token.get());
@@ -231,21 +265,40 @@ int twins(const QByteArrayList &args)
     }
 
     const std::vector<FileItem> files = DuplicatesModel::candidates(result->files, minSize);
-    const auto groups = DuplicateEngine::find(files, token, [&](double fraction, const QString &status) {
-        line.show(Fmt::percent(fraction) + QLatin1String("  ") + status);
-    });
+    DuplicateEngine::Unreadable unreadable;
+    const auto groups = DuplicateEngine::find(
+        files, token,
+        [&](double fraction, const QString &status) {
+            line.show(Fmt::percent(fraction) + QLatin1String("  ") + status);
+        },
+        DuplicateEngine::Reading::automatic, &unreadable);
     line.clear();
     interruptible.store(nullptr);
     if (!groups)
         return cancelled();
 
+    // Files that could not be read were not compared.
+    const qint64 compared = qint64(files.size()) - unreadable.count;
     qint64 reclaimable = 0;
     for (const DuplicateGroup &group : *groups)
         reclaimable = saturatingAdd(reclaimable, group.reclaimable());
     if (json)
-        printJson(root, minSize, *groups, qint64(files.size()), reclaimable);
+        printJson(root, minSize, *groups, compared, reclaimable, unreadable);
     else
-        printText(*groups, qint64(files.size()), reclaimable);
+        printText(*groups, compared, reclaimable);
+    Commands::out().flush();
+    if (unreadable.count > 0) {
+        Commands::err() << "sorvel twins: "
+                        << (unreadable.count == 1
+                                ? tr("warning: 1 file could not be read and was left out of the comparison")
+                                : tr("warning: %1 files could not be read and were left out of the comparison")
+                                      .arg(unreadable.count))
+                        << '\n';
+        for (const auto &sample : unreadable.samples)
+            Commands::err() << "  " << Paths::toDisplay(sample.path) << ": " << errorText(sample.error) << '\n';
+        if (unreadable.count > qint64(unreadable.samples.size()))
+            Commands::err() << "  " << QChar(0x2026) << '\n';
+    }
     if (result->unreadableCount > 0) {
         Commands::err() << tr("%1 folders or files could not be read.").arg(result->unreadableCount) << '\n';
     }

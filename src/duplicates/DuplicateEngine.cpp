@@ -61,10 +61,16 @@ struct Suspect {
 };
 
 // What hashing one whole file gave: its digest, absent when it could not be
-// opened or the search was cancelled, and how many bytes were read.
+// read (`error` says why) or the search was cancelled, and how many bytes it covered.
 struct Outcome {
     std::optional<QByteArray> digest;
     qint64 bytes = 0;
+    int error = 0;
+};
+
+struct Job {
+    QByteArray path;
+    ContentHasher::Form form = ContentHasher::Form::bytes;
 };
 
 // Hashes a fixed list of files on a few threads of its own, ahead of a reader
@@ -73,8 +79,8 @@ struct Outcome {
 class HashPool
 {
 public:
-    HashPool(std::vector<QByteArray> paths, const CancelToken &token, int threads)
-        : m_paths(std::move(paths)), m_token(token), m_outcomes(m_paths.size()), m_done(m_paths.size(), false)
+    HashPool(std::vector<Job> jobs, const CancelToken &token, int threads)
+        : m_jobs(std::move(jobs)), m_token(token), m_outcomes(m_jobs.size()), m_done(m_jobs.size(), false)
     {
         for (int i = 0; i < threads; ++i) {
             m_threads.emplace_back(QThread::create([this] { work(); }));
@@ -100,10 +106,13 @@ private:
     void work()
     {
         ContentHasher hasher;
-        for (size_t i = m_next.fetch_add(1); i < m_paths.size(); i = m_next.fetch_add(1)) {
+        for (size_t i = m_next.fetch_add(1); i < m_jobs.size(); i = m_next.fetch_add(1)) {
             Outcome outcome;
-            if (!m_abandoned.load() && !m_token.isCancelled())
-                outcome.digest = hasher.fullHash(m_paths[i], m_token, [&](qint64 n) { outcome.bytes += n; });
+            if (!m_abandoned.load() && !m_token.isCancelled()) {
+                outcome.digest = hasher.fullHash(
+                    m_jobs[i].path, m_token, [&](qint64 n) { outcome.bytes += n; }, m_jobs[i].form);
+                outcome.error = hasher.error();
+            }
             {
                 const std::lock_guard lock(m_mutex);
                 m_outcomes[i] = std::move(outcome);
@@ -113,7 +122,7 @@ private:
         }
     }
 
-    const std::vector<QByteArray> m_paths;
+    const std::vector<Job> m_jobs;
     const CancelToken &m_token;
     std::vector<Outcome> m_outcomes;
     std::vector<char> m_done;
@@ -126,20 +135,41 @@ private:
 
 bool newerFirst(const FileItem &a, const FileItem &b) { return a.modified > b.modified; }
 
+void addUnreadable(Unreadable &unreadable, const QByteArray &path, int error)
+{
+    ++unreadable.count;
+    if (unreadable.samples.size() < Unreadable::maxSamples)
+        unreadable.samples.push_back({path, error});
+}
+
+// Files that agree so far are hashed in one form, so that a sparse copy and a
+// written-out one still meet.
+ContentHasher::Form formOf(const std::vector<Suspect> &group)
+{
+    const bool sparse = std::any_of(group.begin(), group.end(), [](const Suspect &s) {
+        return !s.whole && s.file->logicalSize >= sparseFloor && s.file->size < s.file->logicalSize / 2;
+    });
+    return sparse ? ContentHasher::Form::zeroRuns : ContentHasher::Form::bytes;
+}
+
 } // namespace
 
 std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &files, const CancelTokenPtr &tokenPtr,
-                                                const ProgressCallback &progress, Reading reading)
+                                                const ProgressCallback &progress, Reading reading,
+                                                Unreadable *unreadableOut)
 {
     const CancelTokenPtr token = tokenPtr ? tokenPtr : makeCancelToken();
-    const auto report = [&](double fraction, const QString &status) {
-        if (progress)
-            progress(fraction, status);
-    };
+    Unreadable unreadable;
     const auto answer = [&](std::vector<DuplicateGroup> groups) -> std::optional<std::vector<DuplicateGroup>> {
         if (token->isCancelled())
             return std::nullopt;
+        if (unreadableOut)
+            *unreadableOut = std::move(unreadable);
         return groups;
+    };
+    const auto report = [&](double fraction, const QString &status) {
+        if (progress)
+            progress(fraction, status);
     };
 
     // Stage 1: sizes. Size groups keep the order of their first file.
@@ -178,6 +208,8 @@ std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &fil
                     suspect.wholeBytes = print->bytes;
                 }
                 prints.add(print->digest, std::move(suspect));
+            } else {
+                addUnreadable(unreadable, file->path, hasher.error());
             }
             ++n;
             if (n % reportEvery == 0)
@@ -193,16 +225,24 @@ std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &fil
 
     // Stage 3: whole contents. Files whose sample was all of them are not read again.
     qint64 totalBytes = 0;
-    std::vector<QByteArray> toRead;
+    std::vector<Job> toRead;
+    std::vector<ContentHasher::Form> forms;
     for (const auto &group : suspects) {
+        forms.push_back(formOf(group));
         for (const Suspect &suspect : group) {
             totalBytes = saturatingAdd(totalBytes, suspect.file->logicalSize);
             if (!suspect.whole)
-                toRead.push_back(suspect.file->path);
+                toRead.push_back({suspect.file->path, forms.back()});
         }
     }
-    const bool pooled = toRead.size() >= 2 && (reading == Reading::pooled ||
-                                               (reading == Reading::automatic && StorageProbe::allSeekFree(toRead)));
+    const auto seekFree = [&] {
+        std::vector<QByteArray> paths;
+        for (const Job &job : toRead)
+            paths.push_back(job.path);
+        return StorageProbe::allSeekFree(paths);
+    };
+    const bool pooled =
+        toRead.size() >= 2 && (reading == Reading::pooled || (reading == Reading::automatic && seekFree()));
     std::unique_ptr<HashPool> pool;
     if (pooled) {
         const int threads = std::clamp(QThread::idealThreadCount(), 2, 4);
@@ -213,10 +253,12 @@ std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &fil
     size_t next = 0;
     std::vector<DuplicateGroup> groups;
     QHash<QString, size_t> groupIndex;
-    for (const auto &group : suspects) {
+    for (size_t g = 0; g < suspects.size(); ++g) {
+        const auto &group = suspects[g];
         OrderedBuckets<const FileItem *> digests;
         for (const Suspect &suspect : group) {
             std::optional<QByteArray> digest;
+            int error = 0;
             if (suspect.whole) {
                 digest = suspect.whole;
                 bytes += suspect.wholeBytes;
@@ -224,14 +266,19 @@ std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &fil
                 Outcome outcome = pool->take(next++);
                 digest = std::move(outcome.digest);
                 bytes += outcome.bytes;
+                error = outcome.error;
             } else {
-                digest = hasher.fullHash(suspect.file->path, *token, [&](qint64 count) { bytes += count; });
+                digest = hasher.fullHash(
+                    suspect.file->path, *token, [&](qint64 count) { bytes += count; }, forms[g]);
+                error = hasher.error();
                 ++next;
             }
             if (token->isCancelled())
                 return std::nullopt;
-            if (!digest)
+            if (!digest) {
+                addUnreadable(unreadable, suspect.file->path, error);
                 continue;
+            }
             digests.add(*digest, suspect.file);
             report(0.2 + 0.8 * double(bytes) / double(std::max<qint64>(totalBytes, 1)),
                    verifyStatus(bytes, totalBytes));

@@ -19,8 +19,10 @@
 //  2. a SHA-256 of samples: the first 64 KiB, and from 131,073 bytes on also the
 //     last 64 KiB (a file of 64 KiB or less is thereby hashed whole, and its
 //     sample digest is its whole-file digest);
-//  3. a SHA-256 of the whole of each file left, in 4 MiB reads.
-// Only equal whole-file digests make twins.
+//  3. a SHA-256 of the whole of each file left, in 4 MiB reads (for files
+//     that agree with a sparse one, of ContentHasher's zero-run form).
+// Only equal whole-file digests make twins. Samples are read as bytes, holes
+// included, so stage 2 never parts what stage 3 would join.
 namespace DuplicateEngine {
 
 // Given a fraction 0...1 and a status text. Called on the searching thread; it
@@ -39,11 +41,30 @@ enum class Reading {
 // Stage 2 reports after every 50th file.
 inline constexpr qint64 reportEvery = 50;
 
+// From this length on, files of which some copy allocates less than half its
+// length are compared in ContentHasher's zero-run form, so holes are not read.
+// Their group id is then the digest of that form, not of the bytes.
+inline constexpr qint64 sparseFloor = 1024 * 1024;
+
+// Files that had to be compared but could not be read (gone, refused, no
+// regular file, a failed read): they are in no group, whatever their content.
+struct Unreadable {
+    struct Sample {
+        QByteArray path;
+        int error = 0; // errno; 0 when the path was no regular file
+    };
+    static constexpr size_t maxSamples = 5;
+    qint64 count = 0;
+    std::vector<Sample> samples; // the first few, in the order met
+};
+
 // The groups of identical files among `files`, largest saving first (equal
 // savings in the order found), each group's files newest first. Files that
-// can't be read drop out silently. Absent when `token` is cancelled at any
-// moment before the answer is ready; never a partial list.
+// can't be read drop out of the groups and are counted in `unreadable`, if
+// given. Absent when `token` is cancelled at any moment before the answer is
+// ready; never a partial list.
 std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &files, const CancelTokenPtr &token,
-                                                const ProgressCallback &progress, Reading reading = Reading::automatic);
+                                                const ProgressCallback &progress, Reading reading = Reading::automatic,
+                                                Unreadable *unreadable = nullptr);
 
 } // namespace DuplicateEngine

@@ -61,14 +61,15 @@ void DuplicatesModel::run(const std::vector<FileItem> &files, qint64 minSize)
                 },
                 Qt::QueuedConnection);
         };
-        auto answer = DuplicateEngine::find(chosen, token, progress);
+        DuplicateEngine::Unreadable unreadable;
+        auto answer = DuplicateEngine::find(chosen, token, progress, DuplicateEngine::Reading::automatic, &unreadable);
         if (!answer)
             return;
         QMetaObject::invokeMethod(
             QCoreApplication::instance(),
-            [self, token, groups = std::move(*answer)]() mutable {
+            [self, token, groups = std::move(*answer), count = unreadable.count]() mutable {
                 if (self)
-                    self->finish(token, std::move(groups));
+                    self->finish(token, std::move(groups), count);
             },
             Qt::QueuedConnection);
     });
@@ -82,12 +83,13 @@ void DuplicatesModel::report(const CancelTokenPtr &token, double fraction, const
     setStatus(status);
 }
 
-void DuplicatesModel::finish(const CancelTokenPtr &token, std::vector<DuplicateGroup> groups)
+void DuplicatesModel::finish(const CancelTokenPtr &token, std::vector<DuplicateGroup> groups, qint64 unreadable)
 {
     if (token->isCancelled() || token != m_token)
         return;
     m_groups = std::move(groups);
     emit groupsChanged();
+    setUnreadableCount(unreadable);
     m_token.reset();
     setRunning(false);
     setHasRun(true);
@@ -109,6 +111,7 @@ void DuplicatesModel::reset()
         emit groupsChanged();
     }
     m_marked.clear();
+    setUnreadableCount(0);
     setHasRun(false);
 }
 
@@ -185,4 +188,12 @@ void DuplicatesModel::setHasRun(bool hasRun)
         return;
     m_hasRun = hasRun;
     emit hasRunChanged();
+}
+
+void DuplicatesModel::setUnreadableCount(qint64 count)
+{
+    if (m_unreadableCount == count)
+        return;
+    m_unreadableCount = count;
+    emit unreadableCountChanged();
 }

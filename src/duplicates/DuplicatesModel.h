@@ -27,6 +27,7 @@ class DuplicatesModel : public QObject
     Q_PROPERTY(bool hasRun READ hasRun NOTIFY hasRunChanged)
     Q_PROPERTY(int groupCount READ groupCount NOTIFY groupsChanged)
     Q_PROPERTY(qint64 reclaimable READ reclaimable NOTIFY groupsChanged)
+    Q_PROPERTY(qint64 unreadableCount READ unreadableCount NOTIFY unreadableCountChanged)
 
 public:
     explicit DuplicatesModel(QObject *parent = nullptr);
@@ -38,6 +39,8 @@ public:
     double progress() const { return m_progress; }
     QString status() const { return m_status; }
     bool hasRun() const { return m_hasRun; }
+    // Files the last finished run had to compare but could not read.
+    qint64 unreadableCount() const { return m_unreadableCount; }
     // FileItem ids of marked copies; always files of the current groups.
     const QSet<qint64> &marked() const { return m_marked; }
     // The token of the run in progress, null when idle.
@@ -70,13 +73,15 @@ signals:
     void statusChanged();
     void hasRunChanged();
     void groupsChanged();
+    void unreadableCountChanged();
 
 private:
     void setRunning(bool running);
     void setProgress(double progress);
     void setStatus(const QString &status);
     void setHasRun(bool hasRun);
-    void finish(const CancelTokenPtr &token, std::vector<DuplicateGroup> groups);
+    void setUnreadableCount(qint64 count);
+    void finish(const CancelTokenPtr &token, std::vector<DuplicateGroup> groups, qint64 unreadable);
     void report(const CancelTokenPtr &token, double fraction, const QString &status);
     void pruneMarks();
 
@@ -86,5 +91,6 @@ private:
     QString m_status;
     QSet<qint64> m_marked;
     bool m_hasRun = false;
+    qint64 m_unreadableCount = 0;
     CancelTokenPtr m_token;
 };

@@ -3,6 +3,8 @@
 #include <QHash>
 
 #ifdef Q_OS_LINUX
+#include "core/LongPath.h"
+
 #include <QFile>
 
 #include <fcntl.h>
@@ -38,7 +40,11 @@ bool nonRotational(dev_t device, const QByteArray &path)
     if (major(device) == 0) {
         // Anonymous devices: memory file systems are the only ones known here.
         struct statfs fs {};
-        if (::statfs(path.constData(), &fs) != 0)
+        const int fd = LongPath::open(path, O_PATH); // needs no right to read the file
+        const bool known = fd >= 0 && ::fstatfs(fd, &fs) == 0;
+        if (fd >= 0)
+            ::close(fd);
+        if (!known)
             return false;
         return fs.f_type == TMPFS_MAGIC || fs.f_type == RAMFS_MAGIC;
     }
@@ -56,7 +62,7 @@ qint64 uncached(const QByteArray &path, qint64 length)
 {
     if (length <= 0)
         return 0;
-    const int fd = ::open(path.constData(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
+    const int fd = LongPath::open(path, O_RDONLY | O_NOCTTY | O_NONBLOCK);
     if (fd < 0)
         return 0; // it will fail to open when hashed too, at no seek cost
     void *map = ::mmap(nullptr, size_t(length), PROT_READ, MAP_SHARED, fd, 0);
@@ -89,7 +95,7 @@ bool allSeekFree(const std::vector<QByteArray> &paths)
     QHash<dev_t, bool> devices;
     for (const QByteArray &path : paths) {
         struct stat st {};
-        if (::stat(path.constData(), &st) != 0)
+        if (!LongPath::stat(path, st, true))
             continue; // gone: costs no seek
         total += qint64(st.st_size);
         auto known = devices.constFind(st.st_dev);

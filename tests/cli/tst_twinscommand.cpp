@@ -9,6 +9,8 @@
 #include <QJsonObject>
 #include <QTemporaryDir>
 
+#include <cerrno>
+#include <cstring>
 #include <sys/stat.h>
 
 namespace {
@@ -102,6 +104,51 @@ private slots:
         const CliOutcome exact = twins(
             {m_dir.path(), QStringLiteral("--min-size=") + QString::number(m_allocated), QStringLiteral("--json")});
         QCOMPARE(QJsonDocument::fromJson(exact.out).object().value(QStringLiteral("groups")).toArray().size(), 1);
+    }
+
+    // A root that can't be listed, is missing or is a file fails as `sorvel scan` does.
+    void refusedRoots()
+    {
+        QTemporaryDir tmp;
+        const QString locked = tmp.filePath(QStringLiteral("locked"));
+        QVERIFY(QDir().mkdir(locked));
+        ::chmod(QFile::encodeName(tmp.path()).constData(), 0755);
+        ::chmod(QFile::encodeName(locked).constData(), 0);
+        const CliOutcome refused = sorvel({QStringLiteral("twins"), locked}, true);
+        ::chmod(QFile::encodeName(locked).constData(), 0755);
+        QCOMPARE(refused.status, 1);
+        QCOMPARE(refused.err,
+                 "sorvel twins: cannot read " + QFile::encodeName(locked) + ": " + std::strerror(EACCES) + '\n');
+        QVERIFY(refused.out.isEmpty());
+
+        const CliOutcome missing = twins({tmp.filePath(QStringLiteral("none"))});
+        QCOMPARE(missing.status, 1);
+        QVERIFY2(missing.err.endsWith("/none: no such file or folder\n"), missing.err.constData());
+        const CliOutcome file = twins({m_dir.filePath(QStringLiteral("b/alone"))});
+        QCOMPARE(file.status, 1);
+        QVERIFY2(file.err.endsWith("/b/alone is a file, not a folder\n"), file.err.constData());
+    }
+
+    // A copy that can't be read is not compared, and says so.
+    void unreadableCopy()
+    {
+        QTemporaryDir tmp;
+        const QByteArray twin = content(150000, 3);
+        for (const char *name : {"a", "b", "c"})
+            write(tmp.filePath(QLatin1String(name)), twin, 1600000000);
+        ::chmod(QFile::encodeName(tmp.path()).constData(), 0755);
+        ::chmod(QFile::encodeName(tmp.filePath(QStringLiteral("b"))).constData(), 0);
+        const CliOutcome run = sorvel({QStringLiteral("twins"), tmp.path(), QStringLiteral("--json")}, true);
+        QCOMPARE(run.status, 0);
+        QCOMPARE(run.err, "sorvel twins: warning: 1 file could not be read and was left out of the comparison\n  " +
+                              QFile::encodeName(tmp.filePath(QStringLiteral("b"))) + ": " + std::strerror(EACCES) +
+                              '\n');
+        const QJsonObject doc = QJsonDocument::fromJson(run.out).object();
+        QCOMPARE(doc.value(QStringLiteral("filesCompared")).toInteger(), 2);
+        QCOMPARE(doc.value(QStringLiteral("unreadable")).toInteger(), 1);
+        QCOMPARE(doc.value(QStringLiteral("unreadableSamples")).toArray().first()[QStringLiteral("error")].toString(),
+                 QString::fromLocal8Bit(std::strerror(EACCES)));
+        QCOMPARE(doc.value(QStringLiteral("groups")).toArray().first()[QStringLiteral("copies")].toInteger(), 2);
     }
 
 private:

@@ -56,6 +56,26 @@ public:
         return item;
     }
 
+    // A file of `length` bytes that holds `pieces` (offset and bytes) and holes
+    // elsewhere.
+    FileItem writeSparse(const QByteArray &name, qint64 length, const QList<QPair<qint64, QByteArray>> &pieces)
+    {
+        FileItem item = write(name, {});
+        QFile file(QFile::decodeName(item.path));
+        if (!file.open(QIODevice::WriteOnly) || !file.resize(length))
+            qFatal("cannot write a sparse test file");
+        for (const auto &[offset, bytes] : pieces) {
+            if (!file.seek(offset) || file.write(bytes) != bytes.size())
+                qFatal("cannot write a sparse test file");
+        }
+        file.close();
+        struct stat st {};
+        ::stat(item.path.constData(), &st);
+        item.size = qint64(st.st_blocks) * 512;
+        item.logicalSize = length;
+        return item;
+    }
+
     QByteArray path() const { return QFile::encodeName(m_dir.path()); }
 
 private:

@@ -1,5 +1,7 @@
+#include "DeepChain.h"
 #include "TestMain.h"
 #include "TwinFiles.h"
+#include "Unprivileged.h"
 
 #include "duplicates/DuplicateEngine.h"
 
@@ -11,6 +13,7 @@
 
 using DuplicateEngine::Reading;
 using Groups = std::vector<DuplicateGroup>;
+using Pieces = QList<QPair<qint64, QByteArray>>; // offset and bytes
 
 Q_DECLARE_METATYPE(Reading)
 
@@ -211,9 +214,14 @@ private slots:
             if (count == 1)
                 QFile::remove(QFile::decodeName(last));
         };
-        const auto groups = DuplicateEngine::find(files, makeCancelToken(), reports.callback(), Reading::oneAtATime);
+        DuplicateEngine::Unreadable unreadable;
+        const auto groups =
+            DuplicateEngine::find(files, makeCancelToken(), reports.callback(), Reading::oneAtATime, &unreadable);
         QVERIFY(groups);
         QCOMPARE(reports.count(verifying), copies - 1);
+        QCOMPARE(unreadable.count, 1);
+        QCOMPARE(unreadable.samples.front().path, last);
+        QCOMPARE(unreadable.samples.front().error, ENOENT);
         if (expected.isEmpty()) {
             QVERIFY(groups->empty());
         } else {
@@ -235,10 +243,33 @@ private slots:
         folder.path = dir.path();
         files.insert(files.begin() + 1, missing);
         files.push_back(folder);
-        const auto groups = DuplicateEngine::find(files, makeCancelToken(), {});
+        DuplicateEngine::Unreadable unreadable;
+        const auto groups = DuplicateEngine::find(files, makeCancelToken(), {}, Reading::automatic, &unreadable);
         QVERIFY(groups);
         QCOMPARE(groups->size(), size_t(1));
         QCOMPARE(ids(groups->front()), (QList<qint64>{1, 2, 3}));
+        QCOMPARE(unreadable.count, 2);
+        QCOMPARE(unreadable.samples.size(), size_t(2));
+        QCOMPARE(unreadable.samples[0].path, missing.path);
+        QCOMPARE(unreadable.samples[0].error, ENOENT);
+        QCOMPARE(unreadable.samples[1].path, folder.path);
+        QCOMPARE(unreadable.samples[1].error, 0);
+
+        // A copy its reader may not open is counted, not compared.
+        if (runningAsRoot()) {
+            openPathForOthers(dir.path());
+            ::chmod(files[2].path.constData(), 0);
+            const ChildOutcome child = runUnprivileged([&] {
+                DuplicateEngine::Unreadable refused;
+                const auto found = DuplicateEngine::find(files, makeCancelToken(), {}, Reading::oneAtATime, &refused);
+                if (!found || found->size() != 1 || refused.samples.size() != 3)
+                    return QByteArray("unexpected answer");
+                return QByteArray::number(qint64(found->front().files.size())) + ' ' +
+                       QByteArray::number(refused.count) + ' ' + refused.samples[1].path + ' ' +
+                       QByteArray::number(refused.samples[1].error);
+            });
+            QCOMPARE(child.output, "2 3 " + files[2].path + ' ' + QByteArray::number(EACCES));
+        }
 
         // Nothing to compare: no group and no report.
         const std::vector<FileItem> unique = {dir.write("x", "x"), dir.write("xy", "xy")};
@@ -370,6 +401,93 @@ private slots:
         QVERIFY(one.count(verifying) > 10);
         QVERIFY(pooled.all == one.all);
         QVERIFY(automatic.all == one.all);
+    }
+
+    // Files far below PATH_MAX deep are compared like any other.
+    void longPaths()
+    {
+        TwinFiles dir;
+        DeepChain tree(dir.path(), 400, QByteArray(21, 'd'));
+        const QByteArray content = TwinFiles::noise(300000, 21);
+        // The second shallow file differs 70 KiB in, where no sample looks.
+        std::vector<FileItem> files = {dir.write("shallow", content, 1),
+                                       dir.write("other", TwinFiles::flipped(content, 71680), 2)};
+        for (const QByteArray name : {"deep1", "deep2"}) {
+            FileItem deep = files[0];
+            deep.id = qint64(files.size()) + 1;
+            deep.path = tree.write(name, content);
+            deep.modified = 10.0 + double(files.size());
+            files.push_back(deep);
+        }
+        for (const Reading reading : {Reading::oneAtATime, Reading::pooled}) {
+            DuplicateEngine::Unreadable unreadable;
+            const auto groups = DuplicateEngine::find(files, makeCancelToken(), {}, reading, &unreadable);
+            QVERIFY(groups);
+            QCOMPARE(unreadable.count, 0);
+            QCOMPARE(groups->size(), size_t(1));
+            QCOMPARE(ids(groups->front()), (QList<qint64>{4, 3, 1}));
+        }
+    }
+
+    // Sparse files are compared by their data extents, and still byte for byte:
+    // a hole equals written zeros, a byte past a hole tells files apart.
+    void sparse_data()
+    {
+        QTest::addColumn<qint64>("length");
+        QTest::addColumn<Pieces>("pieces");
+        QTest::addColumn<QList<int>>("kinds"); // per file: 0 sparse, 1 dense, 2 sparse with one byte changed
+        QTest::addColumn<QList<qint64>>("expected");
+        const qint64 gib = 1024 * 1024 * 1024;
+        const Pieces scattered = {{0, TwinFiles::noise(5000, 1)},
+                                  {70000, TwinFiles::noise(3, 2)},
+                                  {300 * 1024 * 1024 + 4097, TwinFiles::noise(9000, 3)},
+                                  {gib - 100, TwinFiles::noise(100, 4)}};
+        QTest::newRow("two sparse alike") << gib << scattered << QList<int>{0, 0} << QList<qint64>{1, 2};
+        QTest::newRow("one byte past a hole") << gib << scattered << QList<int>{0, 2, 0} << QList<qint64>{1, 3};
+        const Pieces small = {{4096, TwinFiles::noise(4096, 5)},
+                              {5 * 1024 * 1024 + 3, TwinFiles::noise(70000, 6)},
+                              {8 * 1024 * 1024 - 10, TwinFiles::noise(10, 7)}};
+        QTest::newRow("sparse and dense")
+            << qint64(8 * 1024 * 1024) << small << QList<int>{1, 0, 2, 1} << QList<qint64>{1, 2, 4};
+    }
+
+    void sparse()
+    {
+        QFETCH(qint64, length);
+        QFETCH(Pieces, pieces);
+        QFETCH(QList<int>, kinds);
+        QFETCH(QList<qint64>, expected);
+
+        TwinFiles dir;
+        std::vector<FileItem> files;
+        for (const int kind : kinds) {
+            const QByteArray name = "f" + QByteArray::number(qint64(files.size()));
+            auto own = pieces;
+            if (kind == 2) // a byte in the middle of the second piece, past a hole
+                own[1].second = TwinFiles::flipped(own[1].second, own[1].second.size() / 2);
+            if (kind == 1) {
+                QByteArray content(length, '\0');
+                for (const auto &[offset, bytes] : own)
+                    content.replace(offset, bytes.size(), bytes);
+                files.push_back(dir.write(name, content, -double(files.size())));
+            } else {
+                files.push_back(dir.writeSparse(name, length, own));
+                files.back().modified = -double(files.size() - 1);
+                if (files.back().size * 2 > length)
+                    QSKIP("this file system does not keep holes");
+            }
+        }
+        for (const Reading reading : {Reading::oneAtATime, Reading::pooled}) {
+            DuplicateEngine::Unreadable unreadable;
+            Reports reports;
+            const auto groups =
+                DuplicateEngine::find(files, makeCancelToken(), reports.callback(), reading, &unreadable);
+            QVERIFY(groups);
+            QCOMPARE(unreadable.count, 0);
+            QCOMPARE(groups->size(), size_t(1));
+            QCOMPARE(ids(groups->front()), expected);
+            QCOMPARE(reports.all.back().fraction, 1.0);
+        }
     }
 
     // Cancelled at each report in turn, the search answers absent every time.

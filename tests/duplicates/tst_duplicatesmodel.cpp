@@ -106,6 +106,27 @@ private slots:
         QCOMPARE(running.count(), 2);
     }
 
+    // The count of files a run could not read, signalled only when it changes.
+    void unreadableCount()
+    {
+        TwinFiles dir;
+        std::vector<FileItem> files = twins(dir, "copy", 3000, 3, 1);
+        DuplicatesModel model;
+        QSignalSpy changed(&model, &DuplicatesModel::unreadableCountChanged);
+        for (const qint64 expected : {0, 1, 1}) {
+            if (expected == 1)
+                QFile::remove(QFile::decodeName(files[1].path));
+            model.run(files, 0);
+            QTRY_VERIFY(!model.isRunning());
+            QCOMPARE(model.unreadableCount(), expected);
+            QCOMPARE(model.groupCount(), 1);
+        }
+        QCOMPARE(changed.count(), 1);
+        model.reset();
+        QCOMPARE(model.unreadableCount(), 0);
+        QCOMPARE(changed.count(), 2);
+    }
+
     // Reports reach the model on the main thread, in order, ending in the last
     // file's.
     void progressReports()
