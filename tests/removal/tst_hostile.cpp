@@ -1,3 +1,4 @@
+#include "DeepTree.h"
 #include "RemovalFixtures.h"
 #include "TestMain.h"
 #include "Unprivileged.h"
@@ -95,30 +96,6 @@ private:
         return EPERM;
     }
 };
-
-// A folder chain `depth` levels deep, made through descriptors since its paths
-// outgrow PATH_MAX; a file at every level. Returns the top folder.
-bool makeChain(const QByteArray &top, int depth, const QByteArray &name)
-{
-    if (!makeDirs(top))
-        return false;
-    int fd = ::open(top.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    for (int level = 0; fd >= 0 && level < depth; ++level) {
-        const int file = ::openat(fd, "f", O_CREAT | O_WRONLY | O_CLOEXEC, 0644);
-        if (file < 0 || ::write(file, "data", 4) != 4)
-            return false;
-        ::close(file);
-        if (::mkdirat(fd, name.constData(), 0755) != 0)
-            return false;
-        const int next = ::openat(fd, name.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        ::close(fd);
-        fd = next;
-    }
-    if (fd < 0)
-        return false;
-    ::close(fd);
-    return true;
-}
 
 } // namespace
 
@@ -256,20 +233,14 @@ private slots:
     // bottom is removed, not followed.
     void deeperThanPathMax()
     {
-        const QByteArray name(21, 'd');
-        QVERIFY(makeChain(m_root + "/deep", 1200, name)); // about 26 KB of path
+        QVERIFY(makeDirs(m_root + "/deep"));
         QVERIFY(plantCanary(m_root + "/canary"));
         const QByteArray before = digest(m_root + "/canary");
-        int fd = ::open((m_root + "/deep").constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        for (int i = 0; i < 1200 && fd >= 0; ++i) {
-            const int next = ::openat(fd, name.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-            ::close(fd);
-            fd = next;
-        }
-        QVERIFY(fd >= 0);
-        QCOMPARE(::symlinkat((m_root + "/canary").constData(), fd, "out"), 0);
-        ::close(fd);
-
+        const QByteArray canary = m_root + "/canary";
+        QVERIFY(DeepTree::make(m_root + "/deep", 1200, 21, 1, [&canary](int fd, int level) {
+            if (level == 1200)
+                QCOMPARE(::symlinkat(canary.constData(), fd, "out"), 0);
+        })); // about 26 KB of path
         auto operations = FileOperations::system();
         const Removal::Outcome outcome =
             Removal::run({{m_root + "/deep", std::nullopt, false}}, true, *operations, profile());
