@@ -154,13 +154,13 @@ private slots:
     // System places reached through links never reach a file operation.
     void linkToSystemPlaces()
     {
-        QVERIFY(link("/", m_root + "/root"));
+        QVERIFY(link("/", m_root + "/slash"));
         QVERIFY(link("/etc", m_home + "/etc-link"));
         RefusingOperations operations;
         const QList<DeletionItem> items = {
-            {m_root + "/root/usr/bin/ls", std::nullopt, false}, {m_root + "/root/etc", std::nullopt, false},
-            {m_root + "/root/usr/bin", std::nullopt, true},     {m_home + "/etc-link/../usr/bin/ls", 1, false},
-            {m_root + "/root/home", std::nullopt, true},
+            {m_root + "/slash/usr/bin/ls", std::nullopt, false}, {m_root + "/slash/etc", std::nullopt, false},
+            {m_root + "/slash/usr/bin", std::nullopt, true},     {m_home + "/etc-link/../usr/bin/ls", 1, false},
+            {m_root + "/slash/home", std::nullopt, true},
         };
         const Removal::Outcome outcome = Removal::run(items, true, operations, profile());
         QVERIFY2(operations.calls.isEmpty(), operations.calls.join(' ').constData());

@@ -56,11 +56,11 @@ private slots:
         QVERIFY(QDir().mkpath(QFile::decodeName(home + "/proj")));
         QFile(QFile::decodeName(home + "/.ssh/id_key")).open(QIODevice::WriteOnly);
         QVERIFY(QFile::link(QStringLiteral("../.ssh"), QFile::decodeName(home + "/proj/keys")));
-        QVERIFY(QFile::link(QStringLiteral("/"), QFile::decodeName(home + "/proj/root")));
+        QVERIFY(QFile::link(QStringLiteral("/"), QFile::decodeName(home + "/proj/slash")));
 
         std::unique_ptr<QProcess> process(
-            run({QStringLiteral("risk"), QStringLiteral("~/proj/keys/id_key"), QStringLiteral("~/proj/root/usr/bin/ls"),
-                 QStringLiteral("~/proj/keys"), QStringLiteral("passwd")},
+            run({QStringLiteral("risk"), QStringLiteral("~/proj/keys/id_key"),
+                 QStringLiteral("~/proj/slash/usr/bin/ls"), QStringLiteral("~/proj/keys"), QStringLiteral("passwd")},
                 QStringLiteral("/etc")));
         QCOMPARE(process->exitCode(), 0);
         const QString out = QString::fromUtf8(process->readAllStandardOutput());
