@@ -5,6 +5,8 @@
 
 #include "deepclean/JunkLocation.h"
 
+#include <QDir>
+#include <QFile>
 #include <QHash>
 
 namespace {
@@ -166,6 +168,13 @@ private slots:
         CleanItem junk = item("junk:" + TestMain::home());
         junk.kind = Kind::junk;
         QCOMPARE(ReviewRules::badgeFor(junk), ReviewRules::BadgeKind::risk);
+
+        // A row whose folders lead into the keys through a link is kept too.
+        const QByteArray home = TestMain::home();
+        QVERIFY(QDir().mkpath(QFile::decodeName(home + "/.ssh")) && QDir().mkpath(QFile::decodeName(home + "/linked")));
+        QFile::link(QStringLiteral("../.ssh"), QFile::decodeName(home + "/linked/keys"));
+        QCOMPARE(ReviewRules::badgeFor(item(home + "/linked/keys/id", Kind::file)), ReviewRules::BadgeKind::kept);
+        QCOMPARE(ReviewRules::badgeFor(item(home + "/linked/keys", Kind::file)), ReviewRules::BadgeKind::risk);
     }
 
     void buttons()
