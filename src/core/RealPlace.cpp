@@ -58,17 +58,31 @@ QByteArray readLink(int dirFd, const QByteArray &name, int &error)
     }
 }
 
+// Moves `fd` to `name` inside it ("/" when `fd` is -1) and stats where it
+// landed; on failure closes `fd`, sets `error` and returns false.
+bool step(int &fd, const char *name, struct stat &st, int &error)
+{
+    const int next = fd < 0 ? ::open(name, stepFlags) : ::openat(fd, name, stepFlags);
+    if (next < 0 || ::fstat(next, &st) != 0) {
+        error = errno;
+        if (next >= 0)
+            ::close(next);
+        closeFd(fd);
+        return false;
+    }
+    closeFd(fd);
+    fd = next;
+    return true;
+}
+
 // Opens the folder the pieces lead to, from the root down, following links by
 // hand. Fills `resolved` with the canonical pieces. Returns the descriptor, or
 // -1 with `error` set.
 int resolveFolder(std::vector<QByteArray> pending, std::vector<QByteArray> &resolved, struct stat &st, int &error)
 {
-    int fd = ::open("/", stepFlags);
-    if (fd < 0 || ::fstat(fd, &st) != 0) {
-        error = errno;
-        closeFd(fd);
+    int fd = -1;
+    if (!step(fd, "/", st, error))
         return -1;
-    }
     resolved.clear();
     int links = 0;
     // The pieces still to walk, last first, so that a link's text can be put in
@@ -80,16 +94,8 @@ int resolveFolder(std::vector<QByteArray> pending, std::vector<QByteArray> &reso
         if (piece == "..") {
             if (resolved.empty())
                 continue;
-            const int up = ::openat(fd, "..", stepFlags);
-            if (up < 0 || ::fstat(up, &st) != 0) {
-                error = errno;
-                closeFd(fd);
-                if (up >= 0)
-                    ::close(up);
+            if (!step(fd, "..", st, error))
                 return -1;
-            }
-            ::close(fd);
-            fd = up;
             resolved.pop_back();
             continue;
         }
@@ -114,13 +120,9 @@ int resolveFolder(std::vector<QByteArray> pending, std::vector<QByteArray> &reso
             split(target, pieces);
             todo.insert(todo.end(), pieces.rbegin(), pieces.rend());
             if (target.startsWith('/')) {
-                ::close(fd);
-                fd = ::open("/", stepFlags);
-                if (fd < 0 || ::fstat(fd, &st) != 0) {
-                    error = errno;
-                    closeFd(fd);
+                closeFd(fd);
+                if (!step(fd, "/", st, error))
                     return -1;
-                }
                 resolved.clear();
             }
             continue;
@@ -130,17 +132,9 @@ int resolveFolder(std::vector<QByteArray> pending, std::vector<QByteArray> &reso
             closeFd(fd);
             return -1;
         }
-        const int down = ::openat(fd, piece.constData(), stepFlags);
         struct stat opened {};
-        if (down < 0 || ::fstat(down, &opened) != 0) {
-            error = errno;
-            closeFd(fd);
-            if (down >= 0)
-                ::close(down);
+        if (!step(fd, piece.constData(), opened, error))
             return -1;
-        }
-        ::close(fd);
-        fd = down;
         // Swapped between the look and the open: not the folder that was looked at.
         if (opened.st_dev != entry.st_dev || opened.st_ino != entry.st_ino) {
             error = ESTALE;
@@ -222,15 +216,8 @@ RealPlace RealPlace::open(QByteArrayView path)
     if (dotsLast && !resolved.empty()) {
         place.m_name = resolved.back();
         resolved.pop_back();
-        const int up = ::openat(place.m_fd, "..", stepFlags);
-        closeFd(place.m_fd);
-        if (up < 0 || ::fstat(up, &place.m_parentStat) != 0) {
-            place.m_error = errno;
-            if (up >= 0)
-                ::close(up);
+        if (!step(place.m_fd, "..", place.m_parentStat, place.m_error))
             return place;
-        }
-        place.m_fd = up;
     }
     place.m_parent = joinPieces(resolved);
     return place;

@@ -141,7 +141,7 @@ private slots:
         protectedRows(true, {"/usr/bin/ls", "/Volumes/X", "/usr/bin", "/usr/lib", "/usr/sbin", "/usr/share", "/etc",
                              "/var", "/usr/libexec", "/usr/include", "/usr/src", "/usr/lib64/x", "/sbin/x", "/run"});
         // Another user's home, and everything in it.
-        protectedRows(true, {"/home/other", "/home/other/", "/home/other/.ssh/id_rsa", "/home/other/notes.txt"});
+        protectedRows(true, {"/home/guest7", "/home/guest7/", "/home/guest7/.ssh/id_rsa", "/home/guest7/notes.txt"});
         // Mount points by shape; what lies on a volume is not protected, not even
         // below "/run/".
         protectedRows(true, {"/media/alice", "/media/alice/USB", "/run/media", "/run/media/alice",
@@ -204,7 +204,7 @@ private slots:
         QTest::newRow("linux ~/.config") << true << QByteArray("~/.config") << homeFolderReason;
         QTest::newRow("linux /boot") << true << QByteArray("/boot") << systemReason;
         QTest::newRow("linux mount") << true << QByteArray("/media/alice/USB") << systemReason;
-        QTest::newRow("linux other home") << true << QByteArray("/home/other/.ssh/id_rsa")
+        QTest::newRow("linux other home") << true << QByteArray("/home/guest7/.ssh/id_rsa")
                                           << QStringLiteral("Another user's home folder, never touched");
     }
 
