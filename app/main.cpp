@@ -1,6 +1,6 @@
 #include "GuiDesktop.h"
 
-#include "core/AppState.h"
+#include "state/AppState.h"
 #include "core/Fmt.h"
 #include "core/Prefs.h"
 #include "core/Translations.h"

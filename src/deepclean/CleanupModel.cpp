@@ -2,7 +2,6 @@
 
 #include "core/Paths.h"
 #include "core/Xdg.h"
-#include "demo/Demo.h"
 #include "scan/DiskScanner.h"
 
 #include <QCoreApplication>
@@ -199,12 +198,6 @@ void CleanupModel::loadContents(bool force, const JunkLocation &location)
             m_loadingContents.remove(id);
             emit loadingContentsChanged();
         });
-}
-
-void CleanupModel::loadDemo()
-{
-    const QMap<QString, DiskUsage> figures = Demo::measurements();
-    loadDemo(QHash<QString, DiskUsage>(figures.keyValueBegin(), figures.keyValueEnd()), Demo::cacheContents());
 }
 
 void CleanupModel::loadDemo(const QHash<QString, DiskUsage> &measurements, const QList<JunkEntry> &cacheContents)

@@ -50,9 +50,8 @@ public:
     // Loads the listing of one location, unless loaded (and not forced) or
     // already loading.
     void loadContents(bool force, const JunkLocation &location);
-    // Fills the model with the demo figures and stops measuring and loading for
-    // real: demo mode shows made-up data and touches nothing.
-    void loadDemo();
+    // Fills the model with made-up figures and the caches' listing, and stops
+    // measuring and loading for real: the demo shows them and touches nothing.
     void loadDemo(const QHash<QString, DiskUsage> &measurements, const QList<JunkEntry> &cacheContents);
     // When on, measuring and loading leave the (demo) data alone.
     void setDemoMode(bool on) { m_demo = on; }

@@ -1,6 +1,6 @@
 #include "SpaceModel.h"
 
-#include "core/AppState.h"
+#include "state/AppState.h"
 #include "core/Desktop.h"
 #include "core/FileActions.h"
 #include "core/Fmt.h"

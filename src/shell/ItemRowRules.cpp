@@ -2,7 +2,7 @@
 
 #include "AppStateForeign.h"
 
-#include "core/AppState.h"
+#include "state/AppState.h"
 #include "core/FileActions.h"
 #include "core/Fmt.h"
 #include "core/Paths.h"

@@ -4,7 +4,7 @@
 
 #include "AppStateForeign.h"
 
-#include "core/AppState.h"
+#include "state/AppState.h"
 #include "core/Fmt.h"
 #include "core/Paths.h"
 #include "core/Platform.h"

@@ -4,7 +4,7 @@
 #include "ScanControls.h"
 #include "ToastTimer.h"
 
-#include "core/Navigation.h"
+#include "state/SidebarItem.h"
 
 #include <QByteArray>
 #include <QList>

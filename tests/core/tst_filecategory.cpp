@@ -1,7 +1,6 @@
 #include "TestMain.h"
 
 #include "core/FileCategory.h"
-#include "core/Navigation.h"
 
 #include <QSet>
 
@@ -95,16 +94,6 @@ private slots:
         QCOMPARE(wrong.load(), 0);
     }
 
-    void navigation()
-    {
-        QCOMPARE(Area(Area::files).items(),
-                 (QList<SidebarItem>{SidebarItem::largest, SidebarItem::old, SidebarItem::duplicates}));
-        QCOMPARE(Area(Area::space).items(), QList<SidebarItem>{SidebarItem::overview});
-        QCOMPARE(SidebarItem::fromRawValue(u"largest"), std::optional<SidebarItem>(SidebarItem::largest));
-        QVERIFY(!SidebarItem::fromRawValue(u"Largest"));
-        QVERIFY(!Area::fromRawValue(u"nowhere"));
-        QCOMPARE(SidebarItem(SidebarItem::cleanup).area(), Area(Area::steam));
-    }
 };
 
 SORVEL_TEST(TestFileCategory);

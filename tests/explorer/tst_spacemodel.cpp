@@ -1,7 +1,7 @@
 #include "TestMain.h"
 #include "Trees.h"
 
-#include "core/AppState.h"
+#include "state/AppState.h"
 #include "core/Prefs.h"
 #include "explorer/SpaceModel.h"
 

@@ -7,7 +7,7 @@
 #include "AppStateForeign.h"
 #include "ShellRules.h"
 
-#include "core/AppState.h"
+#include "state/AppState.h"
 #include "core/Prefs.h"
 #include "core/Translations.h"
 #include "removal/CleanQueue.h"

@@ -3,7 +3,7 @@
 #include "ItemRowRules.h"
 #include "SheetModels.h"
 
-#include "core/AppState.h"
+#include "state/AppState.h"
 #include "core/Paths.h"
 #include "core/Prefs.h"
 

@@ -1,11 +1,11 @@
 #include "RemovalFixtures.h"
 #include "TestMain.h"
 
-#include "core/AppState.h"
 #include "core/Paths.h"
 #include "core/Prefs.h"
 #include "removal/Removal.h"
 #include "scan/DiskScanner.h"
+#include "state/AppState.h"
 
 #include <QRandomGenerator>
 #include <QSignalSpy>
@@ -273,11 +273,12 @@ private slots:
 
         DeletionRequest request;
         request.items = items;
-        QSignalSpy applied(&state, &AppState::removalApplied);
-        state.performDeletion(request, permanently);
+        QSignalSpy applied(state.removal(), &RemovalSession::removalApplied);
+        state.removal()->performDeletion(request, permanently);
         QVERIFY(applied.wait(10000));
-        QVERIFY2(!state.deletionFailures(), qPrintable(QStringLiteral("seed %1: a removal failed").arg(seed)));
-        QCOMPARE(state.lastRemoval().size(), items.size());
+        QVERIFY2(!state.removal()->deletionFailures(),
+                 qPrintable(QStringLiteral("seed %1: a removal failed").arg(seed)));
+        QCOMPARE(state.removal()->lastRemoval().size(), items.size());
         for (const DeletionItem &item : items)
             QVERIFY(!exists(item.path));
 
@@ -315,7 +316,7 @@ private slots:
         }
 
         // The bytes said to be freed are the bytes that came back.
-        QCOMPARE(state.sessionFreed(), sizeBefore - rescan->root->size);
+        QCOMPARE(state.removal()->sessionFreed(), sizeBefore - rescan->root->size);
     }
 };
 

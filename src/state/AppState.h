@@ -1,18 +1,26 @@
 #pragma once
 
-#include "CancelToken.h"
-#include "FileCategory.h"
-#include "Navigation.h"
-#include "ScanOptions.h"
-#include "ScanRecords.h"
-#include "ScanResult.h"
+// The one long-lived state of the application and its composition root: what
+// is shown, what was scanned, the volumes and the recent targets, and the
+// sub-models (selection, Deep Clean, duplicates, the removal road). Lives on
+// the main thread for the life of the process; workers never touch it and hand
+// their results back by queued call.
+
+#include "Area.h"
+#include "Environment.h"
+#include "RemovalSession.h"
+#include "SidebarItem.h"
 #include "Toast.h"
-#include "VolumeInfo.h"
+
+#include "core/CancelToken.h"
+#include "core/FileCategory.h"
+#include "core/ScanOptions.h"
+#include "core/ScanRecords.h"
+#include "core/ScanResult.h"
+#include "core/VolumeInfo.h"
 #include "deepclean/CleanupModel.h"
 #include "duplicates/DuplicatesModel.h"
 #include "removal/CleanQueue.h"
-#include "removal/Deletion.h"
-#include "removal/FileOperations.h"
 
 #include <QByteArray>
 #include <QByteArrayList>
@@ -36,11 +44,6 @@
 
 class Desktop;
 
-// The one long-lived state of the application: what is shown, what was scanned,
-// the volumes and the recent targets. Lives on the main thread for the life of
-// the process; workers never touch it and hand their results back by queued
-// call.
-//
 // Each observed field is a property with a change signal that fires only when
 // the value really changes; writing the present value notifies nobody. A field
 // is one member, one reader, one setter (through assign()) and one signal.
@@ -69,24 +72,11 @@ class AppState : public QObject
     Q_PROPERTY(CleanQueue *queue READ queue CONSTANT)
     Q_PROPERTY(CleanupModel *cleanup READ cleanup CONSTANT)
     Q_PROPERTY(DuplicatesModel *duplicates READ duplicates CONSTANT)
-    Q_PROPERTY(bool isReviewing READ isReviewing WRITE setReviewing NOTIFY isReviewingChanged)
-    Q_PROPERTY(bool isDeleting READ isDeleting NOTIFY isDeletingChanged)
-    // Lossless text form of the paths of the removal under way.
-    Q_PROPERTY(QStringList vanishingPaths READ vanishingPathsText NOTIFY vanishingPathsChanged)
-    // Selection ids of the removal under way, in their text form.
-    Q_PROPERTY(QStringList sorvelisingIDs READ sorvelisingIDsText NOTIFY sorvelisingIDsChanged)
-    Q_PROPERTY(qint64 sessionFreed READ sessionFreed NOTIFY sessionFreedChanged)
-    Q_PROPERTY(bool hasDeletionFailures READ hasDeletionFailures NOTIFY deletionFailuresChanged)
-    // Each failure as {path (text form), reason (raw value), title, explanation, detail}.
-    Q_PROPERTY(QVariantList deletionFailures READ deletionFailuresValue NOTIFY deletionFailuresChanged)
+    Q_PROPERTY(RemovalSession *removal READ removal CONSTANT)
 
 public:
-    // Walks a tree on a worker; DiskScanner::scan unless replaced.
-    using ScanFunction = std::function<ScanResultPtr(const QByteArray &root, const ScanOptions &options, qint64 firstID,
-                                                     const CancelTokenPtr &token,
-                                                     const std::function<void(const ScanProgress &)> &progress)>;
-    // Lists the mounted volumes on a worker; VolumeInfo::mounted unless replaced.
-    using VolumesFunction = std::function<QList<VolumeInfo>()>;
+    using ScanFunction = Environment::ScanFunction;
+    using VolumesFunction = Environment::VolumesFunction;
 
     // Reads the recent targets from the preferences, so Prefs::registerDefaults()
     // must have run. The launch arguments are the process's own unless set.
@@ -95,23 +85,29 @@ public:
     ~AppState() override;
 
     // -- Seams, set before onLaunch -------------------------------------------
+    // The launch arguments; "-demo" among them puts the state in the demo
+    // environment, any other set in the system one.
     void setArguments(const QByteArrayList &arguments);
     const QByteArrayList &arguments() const { return m_arguments; }
-    void setScanFunction(ScanFunction function);
-    void setVolumesFunction(VolumesFunction function);
+    void setEnvironment(Environment environment) { m_environment = std::move(environment); }
+    const Environment &environment() const { return m_environment; }
+    // Replace one seam of the present environment.
+    void setScanFunction(ScanFunction function) { m_environment.scan = std::move(function); }
+    void setVolumesFunction(VolumesFunction function) { m_environment.volumes = std::move(function); }
     // Not owned; may be null, and then nothing that needs the desktop happens.
     void setDesktop(Desktop *desktop) { m_desktop = desktop; }
     Desktop *desktop() const { return m_desktop; }
-    // What removes files; FileOperations::system() unless replaced. A removal
-    // under way keeps the one it started with.
-    void setFileOperations(std::shared_ptr<FileOperations> operations) { m_fileOperations = std::move(operations); }
-    const std::shared_ptr<FileOperations> &fileOperations() const { return m_fileOperations; }
+    // Removes files through `operations` from now on. A removal under way
+    // keeps what it started with.
+    void setFileOperations(std::shared_ptr<FileOperations> operations)
+    {
+        m_environment.fileOperations = std::move(operations);
+    }
     // Scales the minimum time a removal stays on screen (1 unless set; tests
     // use 0 so they do not wait).
-    void setShowTimeScale(double scale) { m_showTimeScale = scale; }
+    void setShowTimeScale(double scale) { m_removal.setShowTimeScale(scale); }
 
-    // True when the launch arguments hold "-demo".
-    bool isDemo() const { return m_demo; }
+    bool isDemo() const { return m_environment.isDemo; }
 
     // -- Observed fields -------------------------------------------------------
     std::optional<SidebarItem> section() const { return m_section; }
@@ -159,6 +155,9 @@ public:
     // The state of one duplicate search.
     DuplicatesModel *duplicates() { return &m_duplicates; }
     const DuplicatesModel *duplicates() const { return &m_duplicates; }
+    // The review and removal of the selection.
+    RemovalSession *removal() { return &m_removal; }
+    const RemovalSession *removal() const { return &m_removal; }
 
     // -- Unobserved fields -----------------------------------------------------
     // The item last shown in each area.
@@ -170,38 +169,9 @@ public:
     // The root volume, else the first one, else nothing.
     std::optional<VolumeInfo> rootVolume() const;
     QVariant rootVolumeValue() const;
+    void setVolumes(const QList<VolumeInfo> &volumes);
 
-    // -- Removal ---------------------------------------------------------------
-    bool isReviewing() const { return m_isReviewing; }
-    void setReviewing(bool on);
-    bool isDeleting() const { return m_isDeleting; }
-    const std::optional<DeletionRequest> &pendingDeletion() const { return m_pendingDeletion; }
-    void setPendingDeletion(const std::optional<DeletionRequest> &request);
-    const std::optional<ConfirmRequest> &confirm() const { return m_confirm; }
-    void setConfirm(const std::optional<ConfirmRequest> &request);
-    const QSet<QByteArray> &vanishingPaths() const { return m_vanishingPaths; }
-    QStringList vanishingPathsText() const;
-    const QSet<QByteArray> &sorvelisingIDs() const { return m_sorvelisingIDs; }
-    QStringList sorvelisingIDsText() const;
-    // Path -> bytes freed by the last removal. Not observed.
-    const QHash<QByteArray, qint64> &lastRemoval() const { return m_lastRemoval; }
-    qint64 sessionFreed() const { return m_sessionFreed; }
-    // What stayed behind after the last removal; absent when nothing did.
-    const std::optional<QList<DeletionFailure>> &deletionFailures() const { return m_deletionFailures; }
-    bool hasDeletionFailures() const { return m_deletionFailures.has_value(); }
-    QVariantList deletionFailuresValue() const;
-    void setDeletionFailures(const std::optional<QList<DeletionFailure>> &failures);
-    Q_INVOKABLE void clearDeletionFailures() { setDeletionFailures(std::nullopt); }
-
-    // Opens the review, unless the selection is empty or a removal runs.
-    Q_INVOKABLE void sorvelise();
-    // Removes the selected items with these ids (the ticked rows of the review):
-    // expands them into paths and hands them to performDeletion.
-    void sorvelise(const QSet<QByteArray> &ids, bool permanently);
-    Q_INVOKABLE void sorveliseText(const QStringList &ids, bool permanently);
-    // What sorvelise(ids, ...) would hand to performDeletion: absent when no
-    // queued item has one of the ids; without items when they expand to nothing.
-    std::optional<DeletionRequest> deletionRequest(const QSet<QByteArray> &ids);
+    // -- Selection ---------------------------------------------------------------
     // A click on a row: selects or deselects it; inside a selected folder it
     // leaves that one thing out.
     void toggleSelection(const CleanItem &item);
@@ -212,11 +182,9 @@ public:
     // Puts the paths on the clipboard, one a line.
     void copyPaths(const QByteArrayList &paths);
     Q_INVOKABLE void copyPathsText(const QStringList &paths);
-    // Runs one removal: the guard's last word, the file operations on a worker,
-    // at least the minimum show time, then the model, the toast, the failures,
-    // the request's onComplete and a volume refresh. Returns at once. In demo
-    // mode nothing on disk is touched.
-    void performDeletion(const DeletionRequest &request, bool permanently);
+    // Takes paths that are gone off the scan result and the duplicates, with
+    // `freed` (path -> bytes) for the figures, and bumps the revision.
+    void applyRemoval(const QSet<QByteArray> &paths, const QHash<QByteArray, qint64> &freed);
 
     // -- Operations ------------------------------------------------------------
     // Runs once: lists the volumes and keeps them fresh, checks disk access, and
@@ -235,6 +203,9 @@ public:
     Q_INVOKABLE void checkFullDiskAccess();
     // Puts `path` at the front of the recent targets, six at most, and stores them.
     void addRecent(const QByteArray &path);
+    // Shows `result` as the scan of `target`: a fresh revision, no category or
+    // folder focus.
+    void showResult(const QByteArray &target, const ScanResultPtr &result);
 
     // Seconds between two volume listings after launch.
     static constexpr int volumeRefreshSeconds = 30;
@@ -254,17 +225,6 @@ signals:
     void toastChanged();
     void largestCategoryChanged();
     void folderFocusChanged();
-    void isReviewingChanged();
-    void isDeletingChanged();
-    void pendingDeletionChanged();
-    void confirmChanged();
-    void vanishingPathsChanged();
-    void sorvelisingIDsChanged();
-    void sessionFreedChanged();
-    void deletionFailuresChanged();
-    // After a removal has been applied to the models and the paths of the
-    // removal under way have been emptied: the moment the views animate.
-    void removalApplied();
 
 private:
     // Writes `value` into `field` and emits `changed`, unless they are equal.
@@ -279,13 +239,7 @@ private:
     }
 
     void finishScan(const CancelTokenPtr &token, const ScanResultPtr &result, const QByteArray &target);
-    void launchDemo();
     void handleSectionArgument();
-    void pretendDeletion(const DeletionRequest &request);
-    void applyRemoval(const QSet<QByteArray> &paths);
-    // The closing steps shared by a real and a pretended removal.
-    void closeRemoval(const QSet<QByteArray> &removed);
-    int showTimeMilliseconds(qsizetype count) const;
 
     // Observed.
     std::optional<SidebarItem> m_section = SidebarItem::overview;
@@ -302,14 +256,6 @@ private:
     std::optional<Toast> m_toast;
     std::optional<FileCategory> m_largestCategory;
     QByteArray m_folderFocus;
-    bool m_isReviewing = false;
-    bool m_isDeleting = false;
-    std::optional<DeletionRequest> m_pendingDeletion;
-    std::optional<ConfirmRequest> m_confirm;
-    QSet<QByteArray> m_vanishingPaths;
-    QSet<QByteArray> m_sorvelisingIDs;
-    qint64 m_sessionFreed = 0;
-    std::optional<QList<DeletionFailure>> m_deletionFailures;
 
     // Unobserved.
     QMap<Area::Value, SidebarItem> m_lastInArea;
@@ -324,13 +270,11 @@ private:
 
     // Surroundings.
     QByteArrayList m_arguments;
-    bool m_demo = false;
-    ScanFunction m_scanFunction;
-    VolumesFunction m_volumesFunction;
+    Environment m_environment;
     Desktop *m_desktop = nullptr;
-    std::shared_ptr<FileOperations> m_fileOperations = FileOperations::system();
-    double m_showTimeScale = 1.0;
-    QHash<QByteArray, qint64> m_lastRemoval;
     QTimer m_volumeTimer;
     QThreadPool m_workers;
+
+    // Last: it reaches the members above, and its workers are waited for first.
+    RemovalSession m_removal{*this};
 };

@@ -1,13 +1,13 @@
 #include "RemovalFixtures.h"
 #include "TestMain.h"
 
-#include "core/AppState.h"
 #include "core/Desktop.h"
 #include "core/Fmt.h"
 #include "core/Paths.h"
 #include "core/Prefs.h"
 #include "safety/SafetyGuard.h"
 #include "scan/DiskScanner.h"
+#include "state/AppState.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
@@ -71,8 +71,8 @@ struct Fixture {
     // Runs the removal of these ids to its end.
     bool sorvelise(const QSet<QByteArray> &ids, bool permanently)
     {
-        QSignalSpy applied(&state, &AppState::removalApplied);
-        state.sorvelise(ids, permanently);
+        QSignalSpy applied(state.removal(), &RemovalSession::removalApplied);
+        state.removal()->sorvelise(ids, permanently);
         return applied.wait(5000);
     }
 
@@ -112,23 +112,23 @@ private slots:
     void openingTheReview()
     {
         Fixture f;
-        f.state.sorvelise();
-        QVERIFY(!f.state.isReviewing());
+        f.state.removal()->sorvelise();
+        QVERIFY(!f.state.removal()->isReviewing());
         f.state.queue()->add(pathItem("/nowhere/x", 1));
-        f.state.sorvelise();
-        QVERIFY(f.state.isReviewing());
+        f.state.removal()->sorvelise();
+        QVERIFY(f.state.removal()->isReviewing());
         // Ids that match nothing close the review, and nothing else happens.
-        f.state.sorvelise({"/elsewhere"}, false);
-        QVERIFY(!f.state.isReviewing());
+        f.state.removal()->sorvelise({"/elsewhere"}, false);
+        QVERIFY(!f.state.removal()->isReviewing());
         QVERIFY(!f.state.toast());
-        QVERIFY(!f.state.isDeleting());
+        QVERIFY(!f.state.removal()->isDeleting());
         QCOMPARE(f.state.queue()->count(), 1);
 
         // An empty contents-only folder leaves nothing to do, and says so.
         const QByteArray cache = TestMain::home() + "/.cache";
         QVERIFY(makeDirs(cache));
         f.state.queue()->add(pathItem(cache, 0, CleanItem::Kind::folder));
-        f.state.sorvelise({cache}, false);
+        f.state.removal()->sorvelise({cache}, false);
         QCOMPARE(toastText(f.state), QStringLiteral("Nothing left to sorvelise"));
         QCOMPARE(f.state.toast()->symbol, QStringLiteral("info.circle.fill"));
         QCOMPARE(f.state.queue()->count(), 2);
@@ -156,7 +156,7 @@ private slots:
             pathItem(bytes(dir) + "/picked", 20, CleanItem::Kind::artifact, CleanItem::Source::deepClean));
         f.state.queue()->add(junkItem("nonesuch", 5));
         const QSet<QByteArray> ids = {"junk:thumbnails", cache, plain, bytes(dir) + "/picked", "junk:nonesuch"};
-        const std::optional<DeletionRequest> request = f.state.deletionRequest(ids);
+        const std::optional<DeletionRequest> request = f.state.removal()->deletionRequest(ids);
         QVERIFY(request);
 
         QList<DeletionItem> expected = {
@@ -198,13 +198,13 @@ private slots:
         f.state.queue()->add(pathItem(home + "/./", 10, CleanItem::Kind::folder));
         f.state.queue()->add(pathItem(plain, 10));
         const QSet<QByteArray> ids = {documents, home + "/./", plain};
-        QCOMPARE(f.state.deletionRequest(ids)->protectedCount(), 2);
+        QCOMPARE(f.state.removal()->deletionRequest(ids)->protectedCount(), 2);
         QVERIFY(f.sorvelise(ids, true));
 
         QCOMPARE(f.operations->calls(), QByteArrayList{plain});
         QVERIFY(exists(documents + "/canary"));
         QVERIFY(!exists(plain));
-        const QList<DeletionFailure> failures = f.state.deletionFailures().value();
+        const QList<DeletionFailure> failures = f.state.removal()->deletionFailures().value();
         QCOMPARE(failures.size(), 2);
         for (const DeletionFailure &failure : failures) {
             QCOMPARE(failure.reason, DeletionFailure::Reason::safetyGuard);
@@ -249,15 +249,15 @@ private slots:
         f.operations->refuse = [](const QByteArray &path) { return path.endsWith("/busy") ? EBUSY : 0; };
 
         QStringList events;
-        QObject::connect(&f.state, &AppState::isDeletingChanged,
-                         [&] { events << QString::fromLatin1(f.state.isDeleting() ? "deleting" : "done"); });
+        QObject::connect(f.state.removal(), &RemovalSession::isDeletingChanged,
+                         [&] { events << QString::fromLatin1(f.state.removal()->isDeleting() ? "deleting" : "done"); });
         QObject::connect(&f.state, &AppState::revisionChanged, [&] { events << "applied"; });
-        QObject::connect(&f.state, &AppState::vanishingPathsChanged, [&] {
-            events << QString::fromLatin1(f.state.vanishingPaths().isEmpty() ? "emptied" : "vanishing");
+        QObject::connect(f.state.removal(), &RemovalSession::vanishingPathsChanged, [&] {
+            events << QString::fromLatin1(f.state.removal()->vanishingPaths().isEmpty() ? "emptied" : "vanishing");
         });
-        QObject::connect(&f.state, &AppState::sessionFreedChanged, [&] { events << "freed"; });
+        QObject::connect(f.state.removal(), &RemovalSession::sessionFreedChanged, [&] { events << "freed"; });
         QObject::connect(&f.state, &AppState::toastChanged, [&] { events << "toast"; });
-        QObject::connect(&f.state, &AppState::deletionFailuresChanged, [&] { events << "failures"; });
+        QObject::connect(f.state.removal(), &RemovalSession::deletionFailuresChanged, [&] { events << "failures"; });
         QObject::connect(f.state.queue(), &CleanQueue::itemsChanged, [&] { events << "queue"; });
 
         const int revision = f.state.revision();
@@ -265,15 +265,15 @@ private slots:
         QCOMPARE(events, QStringList({"deleting", "vanishing", "done", "applied", "emptied", "freed", "toast",
                                       "failures", "queue"}));
         QCOMPARE(f.state.revision(), revision + 1);
-        QCOMPARE(f.state.sessionFreed(), total);
+        QCOMPARE(f.state.removal()->sessionFreed(), total);
         QCOMPARE(toastText(f.state), QStringLiteral("Sorvelised %1 · %2").arg(Fmt::bytes(total), words));
         QCOMPARE(f.state.toast()->symbol, QStringLiteral("humidity.fill"));
         // What failed stays selected for another try.
         QCOMPARE(f.state.queue()->count(), 1);
         QCOMPARE(f.state.queue()->items().first().id, busy);
-        QCOMPARE(f.state.deletionFailures()->first().reason, DeletionFailure::Reason::inUse);
-        QCOMPARE(f.state.lastRemoval().size(), files);
-        QVERIFY(f.state.sorvelisingIDs().isEmpty());
+        QCOMPARE(f.state.removal()->deletionFailures()->first().reason, DeletionFailure::Reason::inUse);
+        QCOMPARE(f.state.removal()->lastRemoval().size(), files);
+        QVERIFY(f.state.removal()->sorvelisingIDs().isEmpty());
     }
 
     // Everything failed: no success toast, the model still gets its (empty)
@@ -291,17 +291,17 @@ private slots:
         request.onComplete = [&](const QByteArrayList &removed) {
             completed = true;
             QVERIFY(removed.isEmpty());
-            QVERIFY(f.state.deletionFailures());
+            QVERIFY(f.state.removal()->deletionFailures());
         };
         const int revision = f.state.revision();
-        QSignalSpy applied(&f.state, &AppState::removalApplied);
-        f.state.performDeletion(request, false);
-        QVERIFY(f.state.isDeleting());
+        QSignalSpy applied(f.state.removal(), &RemovalSession::removalApplied);
+        f.state.removal()->performDeletion(request, false);
+        QVERIFY(f.state.removal()->isDeleting());
         QVERIFY(applied.wait(5000));
         QVERIFY(completed);
         QVERIFY(!f.state.toast());
         QCOMPARE(f.state.revision(), revision + 1);
-        QCOMPARE(f.state.sessionFreed(), 0);
+        QCOMPARE(f.state.removal()->sessionFreed(), 0);
     }
 
     // A fast worker still leaves the removal on screen for the minimum time.
@@ -316,12 +316,12 @@ private slots:
         request.items = {{path, 10, false}};
         for (int i = 0; i < 20; ++i)
             request.queueIDs.insert("id" + QByteArray::number(i));
-        QSignalSpy applied(&f.state, &AppState::removalApplied);
+        QSignalSpy applied(f.state.removal(), &RemovalSession::removalApplied);
         QElapsedTimer timer;
         timer.start();
-        f.state.performDeletion(request, true);
-        QCOMPARE(f.state.sorvelisingIDs(), request.queueIDs);
-        QCOMPARE(f.state.vanishingPathsText(), QStringList{Paths::toText(path)});
+        f.state.removal()->performDeletion(request, true);
+        QCOMPARE(f.state.removal()->sorvelisingIDs(), request.queueIDs);
+        QCOMPARE(f.state.removal()->vanishingPathsText(), QStringList{Paths::toText(path)});
         QVERIFY(applied.wait(5000));
         QVERIFY2(timer.elapsed() >= 790, QByteArray::number(timer.elapsed()).constData());
     }
@@ -347,10 +347,10 @@ private slots:
         QCOMPARE(result->root->size, rootSize - biggest.size);
         QCOMPARE(toastText(f.state),
                  QStringLiteral("Sorvelised %1 · demo mode, nothing was deleted").arg(Fmt::bytes(biggest.size + 4096)));
-        QCOMPARE(f.state.sessionFreed(), 0);
+        QCOMPARE(f.state.removal()->sessionFreed(), 0);
         QVERIFY(f.state.queue()->isEmpty());
-        QVERIFY(!f.state.isDeleting());
-        QVERIFY(f.state.vanishingPaths().isEmpty());
+        QVERIFY(!f.state.removal()->isDeleting());
+        QVERIFY(f.state.removal()->vanishingPaths().isEmpty());
     }
 
     // A click inside a selected folder opens it: the siblings up the path come

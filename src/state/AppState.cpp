@@ -1,0 +1,485 @@
+#include "AppState.h"
+
+#include "core/Desktop.h"
+#include "core/Fmt.h"
+#include "core/Paths.h"
+#include "core/Platform.h"
+#include "core/Prefs.h"
+#include "demo/Demo.h"
+#include "scan/DiskScanner.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QPointer>
+
+#include <pwd.h>
+
+namespace {
+
+double now() { return double(QDateTime::currentMSecsSinceEpoch()) / 1000.0; }
+
+QByteArrayList processArguments()
+{
+    QByteArrayList out;
+    for (const QString &arg : QCoreApplication::arguments())
+        out.append(QFile::encodeName(arg));
+    return out;
+}
+
+// "~" and "~/x" become the home folder, "~user/x" that user's home folder.
+// Anything else, or an unknown user, stays as it is.
+QByteArray expandTilde(const QByteArray &path)
+{
+    if (!path.startsWith('~'))
+        return path;
+    const qsizetype slash = path.indexOf('/');
+    const QByteArray user = path.mid(1, slash < 0 ? -1 : slash - 1);
+    const QByteArray rest = slash < 0 ? QByteArray() : path.mid(slash);
+    QByteArray home;
+    if (user.isEmpty()) {
+        home = Platform::homeDirectory();
+    } else if (const passwd *pw = ::getpwnam(user.constData()); pw && pw->pw_dir) {
+        home = QByteArray(pw->pw_dir);
+    } else {
+        return path;
+    }
+    if (home == "/" && !rest.isEmpty())
+        return rest;
+    return home + rest;
+}
+
+// The path as people see it, with the home folder written as "~".
+QString abbreviateHome(const QByteArray &path)
+{
+    const QByteArray home = Platform::homeDirectory();
+    if (home != "/") {
+        if (Paths::equal(path, home))
+            return QStringLiteral("~");
+        if (Paths::isBelow(path, home))
+            return QStringLiteral("~") + Paths::toDisplay(QByteArrayView(path).sliced(home.size()));
+    }
+    return Paths::toDisplay(path);
+}
+
+} // namespace
+
+AppState::AppState(QObject *parent)
+    : QObject(parent), m_scanStarted(now()), m_arguments(processArguments()),
+      m_environment(Demo::isOn(m_arguments) ? Environment::demo() : Environment::system())
+{
+    for (const QString &entry : Prefs::list(Prefs::recentTargets))
+        m_recents.append(Paths::fromText(entry));
+    // A scan that is cancelled but not yet returned may overlap a new one and a
+    // volume listing; the global pool is shared with everything else.
+    m_workers.setMaxThreadCount(qMax(4, QThread::idealThreadCount()));
+    m_volumeTimer.setInterval(volumeRefreshSeconds * 1000);
+    connect(&m_volumeTimer, &QTimer::timeout, this, &AppState::refreshVolumes);
+}
+
+AppState::~AppState()
+{
+    if (m_scanToken)
+        m_scanToken->cancel();
+    m_workers.waitForDone();
+}
+
+void AppState::setArguments(const QByteArrayList &arguments)
+{
+    m_arguments = arguments;
+    m_environment = Demo::isOn(arguments) ? Environment::demo() : Environment::system();
+}
+
+// -- Fields -------------------------------------------------------------------
+
+void AppState::setSection(std::optional<SidebarItem> section)
+{
+    if (section)
+        m_lastInArea.insert(section->area(), *section);
+    assign(m_section, section, &AppState::sectionChanged);
+}
+
+QString AppState::sectionText() const { return m_section ? m_section->rawValue() : QString(); }
+
+void AppState::setSectionText(const QString &raw)
+{
+    if (raw.isEmpty())
+        setSection(std::nullopt);
+    else if (const auto item = SidebarItem::fromRawValue(raw))
+        setSection(item);
+}
+
+QString AppState::scanTargetText() const { return Paths::toText(m_scanTarget); }
+
+QStringList AppState::recentsText() const
+{
+    QStringList out;
+    for (const QByteArray &path : m_recents)
+        out.append(Paths::toText(path));
+    return out;
+}
+
+void AppState::setErrorMessage(const QString &message)
+{
+    if (m_errorMessage.isNull() != message.isNull() || m_errorMessage != message) {
+        m_errorMessage = message;
+        emit errorMessageChanged();
+    }
+}
+
+void AppState::setLargestCategory(std::optional<FileCategory> category)
+{
+    assign(m_largestCategory, category, &AppState::largestCategoryChanged);
+}
+
+QString AppState::largestCategoryText() const { return m_largestCategory ? m_largestCategory->rawValue() : QString(); }
+
+void AppState::setLargestCategoryText(const QString &raw)
+{
+    if (raw.isEmpty())
+        setLargestCategory(std::nullopt);
+    else if (const auto category = FileCategory::fromRawValue(raw))
+        setLargestCategory(category);
+}
+
+void AppState::setFolderFocus(const QByteArray &path) { assign(m_folderFocus, path, &AppState::folderFocusChanged); }
+
+QString AppState::folderFocusText() const { return Paths::toText(m_folderFocus); }
+
+void AppState::setFolderFocusText(const QString &path) { setFolderFocus(Paths::fromText(path)); }
+
+void AppState::setToast(const std::optional<Toast> &toast) { assign(m_toast, toast, &AppState::toastChanged); }
+
+QVariantMap AppState::toastValue() const
+{
+    if (!m_toast)
+        return {};
+    return {{QStringLiteral("id"), m_toast->id},
+            {QStringLiteral("message"), m_toast->message},
+            {QStringLiteral("symbol"), m_toast->symbol}};
+}
+
+void AppState::showToast(const QString &message, const QString &symbol) { setToast(Toast::make(message, symbol)); }
+
+void AppState::clearToast(const QString &id)
+{
+    if (m_toast && m_toast->id == id)
+        setToast(std::nullopt);
+}
+
+std::optional<SidebarItem> AppState::lastInArea(Area area) const
+{
+    const auto it = m_lastInArea.constFind(area);
+    return it == m_lastInArea.cend() ? std::nullopt : std::optional<SidebarItem>(*it);
+}
+
+std::optional<VolumeInfo> AppState::rootVolume() const
+{
+    for (const VolumeInfo &v : m_volumes)
+        if (v.isRoot)
+            return v;
+    if (!m_volumes.isEmpty())
+        return m_volumes.first();
+    return std::nullopt;
+}
+
+QVariant AppState::rootVolumeValue() const
+{
+    const auto v = rootVolume();
+    return v ? QVariant::fromValue(*v) : QVariant();
+}
+
+// -- Launch -------------------------------------------------------------------
+
+void AppState::onLaunch()
+{
+    if (m_didLaunch)
+        return;
+    m_didLaunch = true;
+
+    m_volumeTimer.start();
+    if (m_environment.preload) {
+        // The environment brings its own figures; "-scan" would replace them.
+        m_environment.preload(*this);
+    } else {
+        refreshVolumes();
+        checkFullDiskAccess();
+        m_cleanup.measure();
+        const qsizetype scanAt = m_arguments.indexOf("-scan");
+        if (scanAt >= 0 && scanAt + 1 < m_arguments.size())
+            scan(expandTilde(m_arguments.at(scanAt + 1)));
+    }
+    handleSectionArgument();
+}
+
+void AppState::handleSectionArgument()
+{
+    const qsizetype at = m_arguments.indexOf("-section");
+    if (at < 0 || at + 1 >= m_arguments.size())
+        return;
+    if (const auto item = SidebarItem::fromRawValue(QString::fromUtf8(m_arguments.at(at + 1))))
+        setSection(item);
+}
+
+// -- Scanning -----------------------------------------------------------------
+
+void AppState::scanText(const QString &path) { scan(Paths::fromText(path)); }
+
+void AppState::scanUrl(const QUrl &url)
+{
+    if (!url.isLocalFile())
+        return;
+    // The encoded form keeps bytes that are not valid UTF-8.
+    scan(QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()));
+}
+
+void AppState::scan(const QByteArray &path)
+{
+    if (path.isEmpty())
+        return;
+    if (m_isScanning)
+        cancelScan();
+
+    QByteArray absolute = path;
+    if (!absolute.startsWith('/') && !absolute.startsWith('~'))
+        absolute = QFile::encodeName(QDir::currentPath()) + '/' + absolute;
+    const QByteArray target = DiskScanner::normalize(absolute);
+    const ScanOptions options = ScanOptions::current();
+    const CancelTokenPtr token = makeCancelToken();
+    m_scanToken = token;
+
+    assign(m_scanTarget, target, &AppState::scanTargetChanged);
+    assign(m_isScanning, true, &AppState::isScanningChanged);
+    assign(m_scanStarted, now(), &AppState::scanStartedChanged);
+    assign(m_progress, ScanProgress{}, &AppState::progressChanged);
+    // Twins found in the old result mean nothing for the new one.
+    m_duplicates.reset();
+    addRecent(target);
+    const qint64 firstID = m_nextFileID;
+
+    // The worker gets values only; whatever it produces comes back by queued
+    // call and is looked at only while its token is still the current one.
+    const ScanFunction walk = m_environment.scan;
+    m_workers.start(
+        [this, walk, target, options, firstID, token] {
+            auto publish = [this, token](const ScanProgress &record) {
+                QMetaObject::invokeMethod(
+                    this,
+                    [this, token, record] {
+                        if (token == m_scanToken && !token->isCancelled())
+                            assign(m_progress, record, &AppState::progressChanged);
+                    },
+                    Qt::QueuedConnection);
+            };
+            ScanResultPtr result = walk ? walk(target, options, firstID, token, publish) : ScanResultPtr();
+            QMetaObject::invokeMethod(
+                this, [this, token, result, target] { finishScan(token, result, target); }, Qt::QueuedConnection);
+        },
+        QThread::HighPriority);
+}
+
+void AppState::finishScan(const CancelTokenPtr &token, const ScanResultPtr &result, const QByteArray &target)
+{
+    // A cancelled or replaced scan leaves no trace.
+    if (!m_scanToken || m_scanToken != token)
+        return;
+    m_scanToken.reset();
+    assign(m_isScanning, false, &AppState::isScanningChanged);
+
+    if (!result) {
+        if (!token->isCancelled())
+            setErrorMessage(tr("Couldn't scan %1.").arg(abbreviateHome(target)));
+    } else {
+        showResult(target, result);
+        if (result->unreadableCount > 0)
+            checkFullDiskAccess();
+    }
+    refreshVolumes();
+}
+
+void AppState::showResult(const QByteArray &target, const ScanResultPtr &result)
+{
+    assign(m_scanTarget, target, &AppState::scanTargetChanged);
+    m_nextFileID = qMax(m_nextFileID, result->lastID);
+    assign(m_result, result, &AppState::resultChanged);
+    setLargestCategory(std::nullopt);
+    setFolderFocus({});
+    assign(m_revision, m_revision + 1, &AppState::revisionChanged);
+}
+
+void AppState::cancelScan()
+{
+    if (m_scanToken)
+        m_scanToken->cancel();
+    m_scanToken.reset();
+    assign(m_isScanning, false, &AppState::isScanningChanged);
+}
+
+void AppState::chooseFolderAndScan()
+{
+    if (!m_desktop)
+        return;
+    QPointer<AppState> self(this);
+    m_desktop->chooseFolder(tr("Scan"), tr("Choose a folder or disk to analyze"), Platform::homeDirectory(),
+                            [self](const QByteArray &path) {
+                                if (self && !path.isEmpty())
+                                    self->scan(path);
+                            });
+}
+
+void AppState::addRecent(const QByteArray &path)
+{
+    QByteArrayList recents = m_recents;
+    recents.removeIf([&path](const QByteArray &entry) { return Paths::equal(entry, path); });
+    recents.prepend(path);
+    while (recents.size() > 6)
+        recents.removeLast();
+    if (assign(m_recents, recents, &AppState::recentsChanged))
+        Prefs::setList(Prefs::recentTargets, recentsText());
+}
+
+// -- Volumes and access ------------------------------------------------------
+
+void AppState::refreshVolumes()
+{
+    const VolumesFunction list = m_environment.volumes;
+    if (!list)
+        return;
+    m_workers.start(
+        [this, list] {
+            const QList<VolumeInfo> volumes = list();
+            QMetaObject::invokeMethod(
+                this, [this, volumes] { setVolumes(volumes); }, Qt::QueuedConnection);
+        },
+        QThread::LowPriority);
+}
+
+void AppState::checkFullDiskAccess()
+{
+    if (m_environment.fullDiskAccess)
+        assign(m_hasFullDiskAccess, m_environment.fullDiskAccess(), &AppState::hasFullDiskAccessChanged);
+}
+
+void AppState::setVolumes(const QList<VolumeInfo> &volumes) { assign(m_volumes, volumes, &AppState::volumesChanged); }
+
+// -- Selection ----------------------------------------------------------------
+
+namespace {
+
+QString quoted(const QString &text) { return QStringLiteral("\u201C") + text + QStringLiteral("\u201D"); }
+
+} // namespace
+
+void AppState::toggleSelection(const CleanItem &item)
+{
+    if (!item.isJunk() && !m_queue.contains(item.id) && m_queue.covering(item.id)) {
+        deselectInside(item.id);
+        return;
+    }
+    if (m_queue.contains(item.id))
+        m_queue.remove(item.id);
+    else
+        m_queue.add(item);
+}
+
+void AppState::deselectInsideText(const QString &path) { deselectInside(Paths::fromText(path)); }
+
+void AppState::deselectInside(const QByteArray &path)
+{
+    const std::optional<CleanItem> covering = m_queue.covering(path);
+    if (!covering || covering->isJunk())
+        return;
+    const DirNodePtr top = m_result ? m_result->node(covering->id) : DirNodePtr();
+    if (!top) {
+        showToast(tr("%1 is selected as a whole. Deselect it to choose inside it").arg(quoted(covering->name)),
+                  QStringLiteral("info.circle.fill"));
+        return;
+    }
+
+    QList<CleanItem> replacements;
+    qint64 looseSize = top->smallFilesSize;
+    DirNodePtr current = top;
+    for (;;) {
+        DirNodePtr next;
+        for (const DirNodePtr &child : current->children) {
+            const QByteArray childPath = child->path();
+            if (Paths::equal(childPath, path) || Paths::isBelow(path, childPath)) {
+                next = child;
+                break;
+            }
+        }
+        for (const DirNodePtr &child : current->children) {
+            if (child == next || child->size <= 0)
+                continue;
+            CleanItem item;
+            item.id = child->path();
+            item.symbolPath = item.id;
+            item.name = QString::fromUtf8(child->name);
+            item.size = child->size;
+            const bool artifact = !child->artifactKind.isNull();
+            item.kind = artifact ? CleanItem::Kind::artifact : CleanItem::Kind::folder;
+            item.heat = artifact ? 1.0 : 0.0;
+            item.source = covering->source;
+            replacements.append(item);
+        }
+        for (const FileItem &file : current->files) {
+            if (Paths::equal(file.path, path))
+                continue;
+            CleanItem item;
+            item.id = file.path;
+            item.symbolPath = file.path;
+            item.name = QString::fromUtf8(file.name);
+            item.size = file.size;
+            item.kind = CleanItem::Kind::file;
+            item.source = covering->source;
+            replacements.append(item);
+        }
+        if (!next || Paths::equal(next->path(), path))
+            break;
+        looseSize += next->smallFilesSize;
+        current = next;
+    }
+    m_queue.remove(covering->id);
+    m_queue.add(replacements);
+
+    const QString name = quoted(QString::fromUtf8(Paths::lastComponent(path)));
+    if (looseSize <= 0)
+        showToast(tr("Left out %1 · the rest of %2 stays selected").arg(name, quoted(covering->name)),
+                  QStringLiteral("checklist"));
+    else
+        showToast(tr("Left out %1 · the rest of %2 stays selected (%3 of loose small files are kept too)")
+                      .arg(name, quoted(covering->name), Fmt::bytes(looseSize)),
+                  QStringLiteral("checklist"));
+}
+
+void AppState::copyPathsText(const QStringList &paths)
+{
+    QByteArrayList bytes;
+    for (const QString &path : paths)
+        bytes.append(Paths::fromText(path));
+    copyPaths(bytes);
+}
+
+void AppState::copyPaths(const QByteArrayList &paths)
+{
+    QStringList lines;
+    for (const QByteArray &path : paths)
+        lines.append(Paths::toDisplay(path));
+    if (m_desktop)
+        m_desktop->copyText(lines.join(QLatin1Char('\n')));
+    if (paths.size() == 1)
+        showToast(tr("Copied %1").arg(Paths::toDisplay(Paths::lastComponent(paths.first()))),
+                  QStringLiteral("doc.on.doc.fill"));
+    else
+        showToast(tr("Copied %1 paths").arg(paths.size()), QStringLiteral("doc.on.doc.fill"));
+}
+
+void AppState::applyRemoval(const QSet<QByteArray> &paths, const QHash<QByteArray, qint64> &freed)
+{
+    if (m_result)
+        m_result->remove(paths, freed);
+    m_duplicates.remove(paths);
+    assign(m_revision, m_revision + 1, &AppState::revisionChanged);
+}

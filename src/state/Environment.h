@@ -1,0 +1,70 @@
+#pragma once
+
+// What the application state reaches outside itself: the scanner, the volume
+// listing, the disk-access probe, the removal worker and the first figures on
+// screen. The state holds one and calls through it; the real disk and the demo
+// disk are two fillings of the same seams. The functions run on workers where
+// their comments say so and must then touch nothing but their arguments.
+
+#include "core/CancelToken.h"
+#include "core/ScanOptions.h"
+#include "core/ScanRecords.h"
+#include "core/ScanResult.h"
+#include "core/VolumeInfo.h"
+#include "removal/CleanItem.h"
+#include "removal/Deletion.h"
+#include "removal/FileOperations.h"
+#include "removal/Removal.h"
+
+#include <QByteArray>
+#include <QList>
+
+#include <functional>
+#include <memory>
+
+class AppState;
+class CleanupModel;
+struct JunkLocation;
+
+struct Environment {
+    // Walks a tree, on a worker.
+    using ScanFunction = std::function<ScanResultPtr(const QByteArray &root, const ScanOptions &options, qint64 firstID,
+                                                     const CancelTokenPtr &token,
+                                                     const std::function<void(const ScanProgress &)> &progress)>;
+    // Lists the mounted volumes, on a worker.
+    using VolumesFunction = std::function<QList<VolumeInfo>()>;
+    // Whether the user's files can be read at all; on the main thread.
+    using AccessProbe = std::function<bool()>;
+    // Removes the items the guard let through, on a worker, with file
+    // operations of its own.
+    using RemoveFunction = std::function<Removal::Outcome(const QList<DeletionItem> &items, bool permanently,
+                                                          const ReviewedFolders &reviewed, FileOperations &operations)>;
+    // Records the folders of a request as they are at the review; on the main thread.
+    using ReviewFunction = std::function<ReviewedFolders(const QList<DeletionItem> &items)>;
+    // What clearing a Deep Clean location removes; on the main thread.
+    using JunkTargetsFunction = std::function<QList<DeletionItem>(const JunkLocation &location, const CleanItem &item,
+                                                                  const CleanupModel &cleanup)>;
+    // Puts the environment's own figures on screen at launch, in place of
+    // listing, probing and measuring; honouring "-scan" is then left out.
+    using Preload = std::function<void(AppState &state)>;
+
+    ScanFunction scan;
+    VolumesFunction volumes;
+    AccessProbe fullDiskAccess;
+    RemoveFunction remove;
+    // What remove() acts through; a removal under way keeps the one it started with.
+    std::shared_ptr<FileOperations> fileOperations;
+    ReviewFunction review;
+    JunkTargetsFunction junkTargets;
+    Preload preload;
+    // True for the demo disk: the window says so, and so does the toast after
+    // a removal, which only pretends.
+    bool isDemo = false;
+
+    // The real disk: DiskScanner, the mount table, Removal::run through
+    // FileOperations::system().
+    static Environment system();
+    // The made-up home of the demo: its result, volume and Deep Clean figures;
+    // removals only pretend, and a scan the user starts is real.
+    static Environment demo();
+};

@@ -1,0 +1,281 @@
+#include "RemovalSession.h"
+
+#include "AppState.h"
+
+#include "core/Fmt.h"
+#include "deepclean/JunkLocation.h"
+#include "removal/Removal.h"
+#include "safety/SafetyGuard.h"
+#include "scan/DiskScanner.h"
+
+#include <QElapsedTimer>
+#include <QPointer>
+#include <QTimer>
+
+namespace {
+
+QStringList textList(const QSet<QByteArray> &paths)
+{
+    QByteArrayList sorted(paths.cbegin(), paths.cend());
+    std::sort(sorted.begin(), sorted.end());
+    QStringList out;
+    out.reserve(sorted.size());
+    for (const QByteArray &path : sorted)
+        out.append(Paths::toText(path));
+    return out;
+}
+
+bool isContentsOnlyFolder(const QByteArray &id) { return SafetyGuard::isContentsOnly(DiskScanner::normalize(id)); }
+
+} // namespace
+
+RemovalSession::RemovalSession(AppState &state) : QObject(&state), m_state(state) {}
+
+RemovalSession::~RemovalSession() { m_workers.waitForDone(); }
+
+void RemovalSession::setReviewing(bool on) { assign(m_isReviewing, on, &RemovalSession::isReviewingChanged); }
+
+void RemovalSession::setPendingDeletion(const std::optional<DeletionRequest> &request)
+{
+    if (m_pendingDeletion.has_value() == request.has_value() && (!request || m_pendingDeletion->id == request->id))
+        return;
+    m_pendingDeletion = request;
+    emit pendingDeletionChanged();
+}
+
+void RemovalSession::setConfirm(const std::optional<ConfirmRequest> &request)
+{
+    if (m_confirm.has_value() == request.has_value() && (!request || m_confirm->id == request->id))
+        return;
+    m_confirm = request;
+    emit confirmChanged();
+}
+
+QStringList RemovalSession::vanishingPathsText() const { return textList(m_vanishingPaths); }
+
+QStringList RemovalSession::sorvelisingIDsText() const { return textList(m_sorvelisingIDs); }
+
+void RemovalSession::setDeletionFailures(const std::optional<QList<DeletionFailure>> &failures)
+{
+    assign(m_deletionFailures, failures, &RemovalSession::deletionFailuresChanged);
+}
+
+QVariantList RemovalSession::deletionFailuresValue() const
+{
+    QVariantList out;
+    if (!m_deletionFailures)
+        return out;
+    for (const DeletionFailure &failure : *m_deletionFailures)
+        out.append(QVariantMap{{QStringLiteral("path"), Paths::toText(failure.path)},
+                               {QStringLiteral("reason"), failure.reason.rawValue()},
+                               {QStringLiteral("title"), failure.reason.title()},
+                               {QStringLiteral("explanation"), failure.reason.explanation()},
+                               {QStringLiteral("detail"), failure.detail}});
+    return out;
+}
+
+void RemovalSession::sorvelise()
+{
+    if (m_state.queue()->isEmpty() || m_isDeleting)
+        return;
+    setReviewing(true);
+}
+
+void RemovalSession::sorveliseText(const QStringList &ids, bool permanently)
+{
+    QSet<QByteArray> set;
+    for (const QString &id : ids)
+        set.insert(Paths::fromText(id));
+    sorvelise(set, permanently);
+}
+
+void RemovalSession::sorvelise(const QSet<QByteArray> &ids, bool permanently)
+{
+    setReviewing(false);
+    const std::optional<DeletionRequest> request = deletionRequest(ids);
+    if (!request)
+        return;
+    if (request->items.isEmpty()) {
+        m_state.showToast(tr("Nothing left to sorvelise"), QStringLiteral("info.circle.fill"));
+        return;
+    }
+    performDeletion(*request, permanently);
+}
+
+std::optional<DeletionRequest> RemovalSession::deletionRequest(const QSet<QByteArray> &ids)
+{
+    const Environment &environment = m_state.environment();
+    CleanupModel &cleanup = *m_state.cleanup();
+    QList<CleanItem> selection;
+    for (const CleanItem &item : m_state.queue()->items())
+        if (ids.contains(item.id))
+            selection.append(item);
+    if (selection.isEmpty())
+        return std::nullopt;
+
+    // Each item's targets: a location's things, a contents-only folder's
+    // entries (Apple's own left alone), or the item itself.
+    QList<DeletionItem> items;
+    QSet<QByteArray> seen;
+    QSet<QByteArray> clearedIDs;
+    bool touchesDeepClean = false;
+    qint64 estimatedSize = 0;
+    for (const CleanItem &item : selection) {
+        estimatedSize += item.size;
+        QList<DeletionItem> targets;
+        if (item.isJunk()) {
+            clearedIDs.insert(item.id);
+            for (const JunkLocation &location : cleanup.locations()) {
+                if (CleanItem::junkPrefix.toByteArray() + location.id.toUtf8() != item.id)
+                    continue;
+                if (environment.junkTargets)
+                    targets = environment.junkTargets(location, item, cleanup);
+                break;
+            }
+        } else if (isContentsOnlyFolder(item.id)) {
+            clearedIDs.insert(item.id);
+            for (const QByteArray &name : Removal::listNames(item.id))
+                if (!name.startsWith("com.apple."))
+                    targets.append({Paths::join(item.id, name), std::nullopt, true});
+        } else {
+            targets.append({item.id, item.size, item.source == CleanItem::Source::deepClean});
+        }
+        if (item.source == CleanItem::Source::deepClean)
+            touchesDeepClean = true;
+        for (const DeletionItem &target : targets) {
+            const QByteArray key = Paths::comparable(target.path);
+            if (seen.contains(key))
+                continue;
+            seen.insert(key);
+            items.append(target);
+        }
+    }
+    if (items.isEmpty())
+        return DeletionRequest{};
+    touchesDeepClean = touchesDeepClean || !clearedIDs.isEmpty();
+
+    DeletionRequest request;
+    request.items = items;
+    request.estimatedSize = estimatedSize;
+    if (environment.review)
+        request.reviewed = environment.review(items);
+    for (const CleanItem &item : selection)
+        request.queueIDs.insert(item.id);
+    QPointer<RemovalSession> self(this);
+    request.onComplete = [self, selection, clearedIDs, touchesDeepClean](const QByteArrayList &removedPaths) {
+        if (!self)
+            return;
+        // A protected item can never go, so it need not stay selected.
+        QSet<QByteArray> cleared = clearedIDs;
+        for (const CleanItem &item : selection) {
+            if (item.isJunk())
+                continue;
+            const QByteArray normalized = DiskScanner::normalize(item.id);
+            if (SafetyGuard::isProtected(normalized) && !SafetyGuard::isContentsOnly(normalized))
+                cleared.insert(item.id);
+        }
+        AppState &state = self->m_state;
+        state.queue()->removeEvaporated(QSet<QByteArray>(removedPaths.cbegin(), removedPaths.cend()), cleared);
+        if (touchesDeepClean) {
+            state.cleanup()->subtract(self->m_lastRemoval);
+            state.cleanup()->measure();
+        }
+    };
+    return request;
+}
+
+QString RemovalSession::removedMessage(qint64 total, qsizetype n, bool permanently)
+{
+    const QString bytes = Fmt::bytes(std::max<qint64>(total, 0));
+    if (permanently)
+        return n == 1 ? tr("Sorvelised %1 · %2 item gone for good").arg(bytes).arg(n)
+                      : tr("Sorvelised %1 · %2 items gone for good").arg(bytes).arg(n);
+    return n == 1 ? tr("Sorvelised %1 · %2 item in the Trash").arg(bytes).arg(n)
+                  : tr("Sorvelised %1 · %2 items in the Trash").arg(bytes).arg(n);
+}
+
+int RemovalSession::showTimeMilliseconds(qsizetype count) const
+{
+    return int(Removal::minimumShowTime(count) * 1000.0 * m_showTimeScale);
+}
+
+void RemovalSession::performDeletion(const DeletionRequest &request, bool permanently)
+{
+    // The last word of the guard: nothing it keeps reaches a file operation.
+    QList<DeletionItem> allowed;
+    QList<DeletionFailure> guardFailures;
+    for (const DeletionItem &item : request.items) {
+        const QByteArray normalized = DiskScanner::normalize(item.path);
+        if (SafetyGuard::isProtected(normalized))
+            guardFailures.append({item.path, DeletionFailure::Reason::safetyGuard, SafetyGuard::reason(normalized)});
+        else
+            allowed.append(item);
+    }
+
+    assign(m_isDeleting, true, &RemovalSession::isDeletingChanged);
+    QSet<QByteArray> vanishing;
+    for (const DeletionItem &item : allowed)
+        vanishing.insert(item.path);
+    assign(m_vanishingPaths, vanishing, &RemovalSession::vanishingPathsChanged);
+    assign(m_sorvelisingIDs, request.queueIDs, &RemovalSession::sorvelisingIDsChanged);
+
+    QElapsedTimer started;
+    started.start();
+    const int showTime = showTimeMilliseconds(request.queueIDs.size());
+    const Environment::RemoveFunction remove = m_state.environment().remove;
+    const std::shared_ptr<FileOperations> operations = m_state.environment().fileOperations;
+    const ReviewedFolders reviewed = request.reviewed;
+
+    auto land = [this, started, showTime, request, permanently, guardFailures](const Removal::Outcome &outcome) {
+        m_lastRemoval = outcome.freed;
+        auto finish = [this, request, permanently, guardFailures, outcome] {
+            close(request, permanently, guardFailures, outcome.freed, outcome.failures);
+        };
+        const qint64 rest = showTime - started.elapsed();
+        if (rest > 0)
+            QTimer::singleShot(int(rest), this, finish);
+        else
+            finish();
+    };
+
+    m_workers.start(
+        [this, allowed, permanently, remove, operations, reviewed, land] {
+            const Removal::Outcome outcome =
+                remove && operations ? remove(allowed, permanently, reviewed, *operations) : Removal::Outcome();
+            QMetaObject::invokeMethod(
+                this, [land, outcome] { land(outcome); }, Qt::QueuedConnection);
+        },
+        QThread::HighPriority);
+}
+
+void RemovalSession::close(const DeletionRequest &request, bool permanently,
+                           const QList<DeletionFailure> &guardFailures, const QHash<QByteArray, qint64> &freed,
+                           const QList<DeletionFailure> &failures)
+{
+    assign(m_isDeleting, false, &RemovalSession::isDeletingChanged);
+    const QSet<QByteArray> removed(freed.keyBegin(), freed.keyEnd());
+    m_state.applyRemoval(removed, freed);
+    assign(m_vanishingPaths, QSet<QByteArray>(), &RemovalSession::vanishingPathsChanged);
+    assign(m_sorvelisingIDs, QSet<QByteArray>(), &RemovalSession::sorvelisingIDsChanged);
+    emit removalApplied();
+
+    qint64 total = 0;
+    for (const qint64 bytes : freed)
+        total += bytes;
+    if (m_state.isDemo()) {
+        // Nothing went, so nothing counts as freed.
+        m_state.showToast(tr("Sorvelised %1 · demo mode, nothing was deleted")
+                              .arg(Fmt::bytes(std::max<qint64>(request.estimatedSize, 0))),
+                          QStringLiteral("humidity.fill"));
+    } else {
+        assign(m_sessionFreed, m_sessionFreed + total, &RemovalSession::sessionFreedChanged);
+        if (!removed.isEmpty())
+            m_state.showToast(removedMessage(total, removed.size(), permanently), QStringLiteral("humidity.fill"));
+    }
+    const QList<DeletionFailure> all = guardFailures + failures;
+    if (!all.isEmpty())
+        setDeletionFailures(all);
+    if (request.onComplete)
+        request.onComplete(QByteArrayList(removed.cbegin(), removed.cend()));
+    m_state.refreshVolumes();
+}
