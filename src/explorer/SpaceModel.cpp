@@ -1,5 +1,8 @@
 #include "SpaceModel.h"
 
+#include "FilePreview.h"
+#include "SpaceHeader.h"
+
 #include "core/AppState.h"
 #include "core/Desktop.h"
 #include "core/FileActions.h"
@@ -7,19 +10,10 @@
 #include "core/Paths.h"
 #include "core/Prefs.h"
 #include "safety/SafetyGuard.h"
+#include "scan/LooseFiles.h"
 
 #include <QCoreApplication>
-#include <QDateTime>
-#include <QElapsedTimer>
-#include <QFile>
-#include <QFileInfo>
-#include <QLocale>
-#include <QMimeDatabase>
 #include <QThreadPool>
-#include <QUrl>
-
-#include <dirent.h>
-#include <sys/stat.h>
 
 #include <algorithm>
 
@@ -28,70 +22,6 @@ namespace {
 QString explorerText(const char *text) { return QCoreApplication::translate("Explorer", text); }
 
 bool keptByGuard(const QByteArray &id) { return SafetyGuard::isProtected(id) && !SafetyGuard::isContentsOnly(id); }
-
-struct SmallFile {
-    QByteArray path;
-    qint64 size = 0;
-};
-
-// Lists the plain files of `folder` that the scan did not keep, by name.
-// Symbolic links count as themselves. A folder that can't be read gives
-// nothing.
-QList<SmallFile> readLooseFiles(const QByteArray &folder, const QSet<QByteArray> &known, bool skipHidden)
-{
-    QList<SmallFile> out;
-    DIR *dir = ::opendir(folder.constData());
-    if (!dir)
-        return out;
-    const QByteArray prefix = folder.endsWith('/') ? folder : folder + '/';
-    while (const dirent *ent = ::readdir(dir)) {
-        const QByteArray name(ent->d_name);
-        if (name == "." || name == ".." || known.contains(name))
-            continue;
-        if (skipHidden && name.startsWith('.'))
-            continue;
-        const QByteArray path = prefix + name;
-        struct stat st;
-        if (::lstat(path.constData(), &st) != 0 || S_ISDIR(st.st_mode))
-            continue;
-        out.append({path, qint64(st.st_blocks) * 512});
-    }
-    ::closedir(dir);
-    return out;
-}
-
-// The hue of each category in the composition strip, in turns (0...1); the
-// strip gives all the same saturation and brightness.
-double categoryHue(FileCategory category)
-{
-    switch (category) {
-    case FileCategory::video:
-        return 0.78;
-    case FileCategory::audio:
-        return 0.90;
-    case FileCategory::image:
-        return 0.55;
-    case FileCategory::document:
-        return 0.12;
-    case FileCategory::archive:
-        return 0.06;
-    case FileCategory::diskImage:
-        return 0.98;
-    case FileCategory::application:
-        return 0.40;
-    case FileCategory::code:
-        return 0.25;
-    case FileCategory::developer:
-        return 0.47;
-    case FileCategory::other:
-        break;
-    }
-    return 0.62;
-}
-
-} // namespace
-
-namespace {
 
 // What a row shows that can change without its id changing.
 size_t signature(const ExplorerTile &tile)
@@ -105,10 +35,6 @@ size_t signature(const ExplorerTile &tile)
 
 SpaceModel::SpaceModel(QObject *parent) : QAbstractListModel(parent)
 {
-    static QElapsedTimer started;
-    if (!started.isValid())
-        started.start();
-    m_clock = [] { return double(started.nsecsElapsed()) / 1e9; };
     m_layout = ExplorerLayout::fromRawValue(Prefs::text(Prefs::spaceLayout)).value_or(ExplorerLayout::icons);
     m_otherTiles = SpaceView::welcomeTiles();
     for (const ExplorerTile &tile : m_otherTiles) {
@@ -165,7 +91,7 @@ void SpaceModel::setState(AppState *state)
                 focus(QByteArray(m_state->folderFocus()));
         });
     }
-    m_stack.clear();
+    m_navigator.clear();
     refresh();
     emit stateChanged();
     emit folderChanged();
@@ -177,14 +103,7 @@ void SpaceModel::setState(AppState *state)
 
 // -- The list ----------------------------------------------------------------
 
-DirNodePtr SpaceModel::currentNode() const
-{
-    if (!m_state || !m_state->result())
-        return {};
-    if (!m_stack.empty())
-        return m_stack.back();
-    return m_state->result()->root;
-}
+DirNodePtr SpaceModel::currentNode() const { return m_navigator.current(m_state ? m_state->result() : nullptr); }
 
 QList<ExplorerEntry> SpaceModel::smallFor(const DirNodePtr &node) const
 {
@@ -385,7 +304,7 @@ QVariant SpaceModel::data(const QModelIndex &index, int role) const
     case HelpRole: {
         if (!e)
             return QString();
-        TileText::HelpFacts facts;
+        HelpFacts facts;
         facts.condition = tile->condition;
         facts.layout = m_layout;
         facts.isProtected = SafetyGuard::isProtected(e->id);
@@ -607,13 +526,9 @@ QString SpaceModel::folderKey() const
 
 QStringList SpaceModel::crumbs() const
 {
-    QStringList out;
-    if (!m_state || !m_state->result() || !m_state->result()->root)
-        return out;
-    out << Fmt::displayName(m_state->result()->root->path());
-    for (const DirNodePtr &node : m_stack)
-        out << Paths::toDisplay(node->name);
-    return out;
+    if (!m_state || !m_state->result())
+        return {};
+    return SpaceHeader::crumbs(*m_state->result(), m_navigator.stack());
 }
 
 QString SpaceModel::subtitle() const
@@ -621,85 +536,45 @@ QString SpaceModel::subtitle() const
     const DirNodePtr node = currentNode();
     if (!node)
         return {};
-    if (!m_stack.empty())
-        return TileText::abbreviateWithTilde(node->path());
     const double duration = m_state && m_state->result() ? m_state->result()->duration : 0;
-    return explorerText(QT_TRANSLATE_NOOP("Explorer", "Scanned %1 in %2"))
-        .arg(TileText::abbreviateWithTilde(node->path()), Fmt::duration(duration));
+    return SpaceHeader::subtitle(*node, !m_navigator.canGoBack(), duration);
 }
 
 QString SpaceModel::currentSizeText() const
 {
     const DirNodePtr node = currentNode();
-    return node ? Fmt::bytes(node->size) : QString();
+    return node ? SpaceHeader::sizeText(*node) : QString();
 }
 
 QString SpaceModel::currentFilesText() const
 {
     const DirNodePtr node = currentNode();
-    return node ? explorerText(QT_TRANSLATE_NOOP("Explorer", "%1 files")).arg(QLocale().toString(node->fileCount))
-                : QString();
+    return node ? SpaceHeader::filesText(*node) : QString();
 }
 
 QString SpaceModel::discoveringTitle() const
 {
-    if (!m_state || m_state->scanTarget().isEmpty())
-        return explorerText(QT_TRANSLATE_NOOP("Explorer", "Reading your disk"));
-    return explorerText(QT_TRANSLATE_NOOP("Explorer", "Reading %1")).arg(Fmt::displayName(m_state->scanTarget()));
+    return SpaceHeader::discoveringTitle(m_state ? m_state->scanTarget() : QByteArray());
 }
 
-QString SpaceModel::scanPath() const { return m_state ? Paths::toDisplay(m_state->progress().currentPath) : QString(); }
+QString SpaceModel::scanPath() const { return m_state ? SpaceHeader::scanPath(m_state->progress()) : QString(); }
 
-QString SpaceModel::scanBytesText() const { return Fmt::bytes(m_state ? m_state->progress().bytesScanned : 0); }
+QString SpaceModel::scanBytesText() const
+{
+    return SpaceHeader::scanBytesText(m_state ? m_state->progress().bytesScanned : 0);
+}
 
 QString SpaceModel::scanCountsText() const
 {
-    if (!m_state)
-        return {};
-    const ScanProgress &p = m_state->progress();
-    return explorerText(QT_TRANSLATE_NOOP("Explorer", "%1 files · %2 found"))
-        .arg(QLocale().toString(p.filesScanned), QLocale().toString(qint64(p.discovered.size())));
+    return m_state ? SpaceHeader::scanCountsText(m_state->progress()) : QString();
 }
 
 QVariantList SpaceModel::composition() const
 {
-    QVariantList out;
-    if (!m_state || !m_state->result())
-        return out;
-    struct Part {
-        FileCategory category;
-        qint64 size;
-    };
-    QList<Part> parts;
-    for (const FileCategory c : FileCategory::allCases) {
-        const CategoryTotal t = m_state->result()->total(c);
-        if (t.size > 0)
-            parts.append({c, t.size});
-    }
-    std::stable_sort(parts.begin(), parts.end(), [](const Part &a, const Part &b) { return a.size > b.size; });
-    for (const Part &p : parts)
-        out << QVariantMap{
-            {QStringLiteral("category"), p.category.id()},
-            {QStringLiteral("title"), p.category.title()},
-            {QStringLiteral("size"), double(p.size)},
-            {QStringLiteral("hue"), categoryHue(p.category)},
-            {QStringLiteral("help"), QStringLiteral("%1: %2").arg(p.category.title(), Fmt::bytes(p.size))},
-        };
-    return out;
+    return m_state && m_state->result() ? SpaceHeader::composition(*m_state->result()) : QVariantList();
 }
 
-QVariantList SpaceModel::recents() const
-{
-    QVariantList out;
-    if (!m_state)
-        return out;
-    const QByteArrayList &recents = m_state->recents();
-    for (qsizetype i = 0; i < recents.size() && i < 3; ++i)
-        out << QVariantMap{{QStringLiteral("path"), Paths::toText(recents[i])},
-                           {QStringLiteral("title"), Fmt::displayName(recents[i])},
-                           {QStringLiteral("help"), Paths::toDisplay(recents[i])}};
-    return out;
-}
+QVariantList SpaceModel::recents() const { return m_state ? SpaceHeader::recents(m_state->recents()) : QVariantList(); }
 
 void SpaceModel::chooseCategory(const QString &category)
 {
@@ -717,58 +592,36 @@ void SpaceModel::openFullDiskAccessSettings()
         FileActions::openFullDiskAccessSettings();
 }
 
-QVariantList SpaceModel::segmentWidths(double width) const
-{
-    QList<qint64> sizes;
-    for (const QVariant &part : composition())
-        sizes << qint64(part.toMap().value(QStringLiteral("size")).toDouble());
-    QVariantList out;
-    for (const double w : TileText::segmentWidths(sizes, width))
-        out << w;
-    return out;
-}
+QVariantList SpaceModel::segmentWidths(double width) const { return SpaceHeader::segmentWidths(composition(), width); }
 
 int SpaceModel::legendCount(const QVariantList &entryWidths, double width, double gap) const
 {
-    QList<double> widths;
-    for (const QVariant &w : entryWidths)
-        widths << w.toDouble();
-    return TileText::legendCount(widths, width, gap);
+    return SpaceHeader::legendCount(entryWidths, width, gap);
 }
 
 // -- Navigation --------------------------------------------------------------
 
 void SpaceModel::openNode(const DirNodePtr &node, int clickCount, bool isMouse)
 {
-    if (!m_clicks.acceptNavigation(now(), isMouse, clickCount))
-        return;
-    m_stack.push_back(node);
-    if (!m_query.search.isEmpty()) {
-        m_query.search.clear();
-        emit searchChanged();
-    }
-    refresh();
+    if (m_navigator.open(node, clickCount, isMouse))
+        folderMoved(true);
 }
 
 void SpaceModel::goBack(int clickCount, bool isMouse)
 {
-    if (m_stack.empty() || !m_clicks.acceptNavigation(now(), isMouse, clickCount))
-        return;
-    m_stack.pop_back();
-    if (!m_query.search.isEmpty()) {
-        m_query.search.clear();
-        emit searchChanged();
-    }
-    refresh();
+    if (m_navigator.goBack(clickCount, isMouse))
+        folderMoved(true);
 }
 
 void SpaceModel::goToCrumb(int index)
 {
-    const size_t keep = index < 0 ? 0 : size_t(index) + 1;
-    if (keep >= m_stack.size())
-        return;
-    m_stack.resize(keep);
-    if (!m_query.search.isEmpty()) {
+    if (m_navigator.goToCrumb(index))
+        folderMoved(true);
+}
+
+void SpaceModel::folderMoved(bool clearSearch)
+{
+    if (clearSearch && !m_query.search.isEmpty()) {
         m_query.search.clear();
         emit searchChanged();
     }
@@ -789,22 +642,13 @@ void SpaceModel::focus(const QByteArray &asked)
     const DirNodePtr node = result->node(path);
     if (!node)
         return;
-    std::vector<DirNodePtr> chain;
-    for (DirNodePtr n = node; n && n != result->root; n = n->parentNode())
-        chain.push_back(n);
-    std::reverse(chain.begin(), chain.end());
-    const bool countChanged = chain.size() != m_stack.size();
-    m_stack = std::move(chain);
-    if (countChanged && !m_query.search.isEmpty()) {
-        m_query.search.clear();
-        emit searchChanged();
-    }
-    refresh();
+    // Search stays when the depth does.
+    folderMoved(m_navigator.reach(result, node));
 }
 
 void SpaceModel::onResultChanged()
 {
-    m_stack.clear();
+    m_navigator.clear();
     m_smallFiles.clear();
     refresh();
     emit compositionChanged();
@@ -835,7 +679,7 @@ void SpaceModel::onQueueChanged()
 
 void SpaceModel::tap(int row, int modifiers, int clickCount, bool isMouse)
 {
-    if (ClickRules::isRepeat(isMouse, clickCount))
+    if (NavigationGuard::isRepeat(isMouse, clickCount))
         return;
     const ExplorerTile *tile = tileAt(row);
     if (!tile || !tile->entry())
@@ -858,7 +702,7 @@ void SpaceModel::toggle(int row, int clickCount, bool isMouse)
     if (!tile || !tile->entry() || !m_state)
         return;
     const ExplorerEntry entry = *tile->entry();
-    if (entry.measuring || ClickRules::isRepeat(isMouse, clickCount))
+    if (entry.measuring || NavigationGuard::isRepeat(isMouse, clickCount))
         return;
     if (keptByGuard(entry.id)) {
         m_state->showToast(TileText::protectedToast(entry.name, SafetyGuard::reason(entry.id)),
@@ -948,7 +792,7 @@ void SpaceModel::loadSmallFiles()
     const int revision = m_state->revision();
     QPointer<SpaceModel> self(this);
     QThreadPool::globalInstance()->start([self, path, known, skipHidden, revision] {
-        const QList<SmallFile> found = readLooseFiles(path, known, skipHidden);
+        const QList<LooseFiles::File> found = LooseFiles::list(path, known, skipHidden);
         QMetaObject::invokeMethod(
             QCoreApplication::instance(),
             [self, path, found, revision] {
@@ -959,7 +803,7 @@ void SpaceModel::loadSmallFiles()
                 if (self->m_state && self->m_state->revision() == revision) {
                     QList<ExplorerEntry> entries;
                     entries.reserve(found.size());
-                    for (const SmallFile &f : found)
+                    for (const LooseFiles::File &f : found)
                         entries.append(ExplorerEntry::smallFile(f.path, f.size));
                     self->m_smallFiles.insert(path, entries);
                 }
@@ -995,38 +839,5 @@ void SpaceModel::preview(int row)
     const ExplorerTile *tile = tileAt(row);
     if (!tile || !tile->entry() || tile->entry()->isDirectory)
         return;
-    emit previewRequested(previewDetails(tile->entry()->id));
-}
-
-QVariantMap SpaceModel::previewDetails(const QByteArray &path)
-{
-    const QString text = Paths::toText(path);
-    const QMimeDatabase mimes;
-    const QMimeType mime = mimes.mimeTypeForFile(text);
-    QString kind = QStringLiteral("other");
-    QString content;
-    if (mime.name().startsWith(QLatin1String("image/")))
-        kind = QStringLiteral("image");
-    else if (mime.inherits(QStringLiteral("text/plain"))) {
-        QFile file(text);
-        if (file.open(QIODevice::ReadOnly)) {
-            kind = QStringLiteral("text");
-            content = QString::fromUtf8(file.read(64 * 1024));
-        }
-    }
-    struct stat st;
-    const bool exists = ::lstat(path.constData(), &st) == 0;
-    const QFileInfo info(text);
-    return {
-        {QStringLiteral("path"), text},
-        {QStringLiteral("url"), QUrl::fromLocalFile(text)},
-        {QStringLiteral("name"), Paths::toDisplay(Paths::lastComponent(path))},
-        {QStringLiteral("location"), TileText::abbreviateWithTilde(path)},
-        {QStringLiteral("kind"), kind},
-        {QStringLiteral("type"), mime.comment()},
-        {QStringLiteral("text"), content},
-        {QStringLiteral("exists"), exists},
-        {QStringLiteral("size"), exists ? Fmt::bytes(qint64(st.st_blocks) * 512) : QString()},
-        {QStringLiteral("modified"), exists ? QLocale().toString(info.lastModified(), QLocale::LongFormat) : QString()},
-    };
+    emit previewRequested(FilePreview::details(tile->entry()->id));
 }

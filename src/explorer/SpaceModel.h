@@ -1,7 +1,18 @@
+// The list model of the Space explorer's grid, the object its QML talks to:
+// the shown tiles as rows, with the search, filter, sort, layout, paging, clicks
+// and hover that decide them. Lives on the main thread; follows AppState.
+
 #pragma once
 
-#include "ExplorerTypes.h"
+#include "ExplorerEntry.h"
+#include "ExplorerFilter.h"
+#include "ExplorerLayout.h"
+#include "ExplorerQuery.h"
+#include "ExplorerSort.h"
+#include "ExplorerTile.h"
+#include "SpaceNavigator.h"
 #include "SpaceView.h"
+#include "TileMemo.h"
 #include "TileText.h"
 
 #include <QAbstractListModel>
@@ -18,13 +29,11 @@
 
 class AppState;
 
-// The state and the actions of the Space explorer: which folder is shown, the
-// search, filter, sort and layout, paging, the loose small files, clicks, keys
-// and hover. The rows are the first `shown` tiles of the current list, so the
-// view never holds more than it draws; the whole list is built once per change
-// of its key (see SpaceView::resultTiles) and not for hover, scroll or paging.
-//
-// Lives on the main thread. Reads AppState and follows its signals.
+// The rows are the first `shown` tiles of the current list, so the view never
+// holds more than it draws; the whole list is built once per change of its key
+// (see SpaceView::resultTiles) and not for hover, scroll or paging. Where it
+// stands is the navigator's; the header texts come from SpaceHeader and are
+// forwarded as properties, so QML reaches everything through this one object.
 class SpaceModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -99,7 +108,7 @@ public:
     void setState(AppState *state);
 
     // Seconds on a monotonic clock; replaceable for tests.
-    void setClock(std::function<double()> clock) { m_clock = std::move(clock); }
+    void setClock(std::function<double()> clock) { m_navigator.setClock(std::move(clock)); }
 
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;
@@ -133,9 +142,9 @@ public:
     QString smallRowText() const;
 
     DirNodePtr currentNode() const;
-    const std::vector<DirNodePtr> &stack() const { return m_stack; }
+    const std::vector<DirNodePtr> &stack() const { return m_navigator.stack(); }
     QString folderKey() const;
-    bool canGoBack() const { return !m_stack.empty(); }
+    bool canGoBack() const { return m_navigator.canGoBack(); }
     QStringList crumbs() const;
     QString subtitle() const;
     QString currentSizeText() const;
@@ -196,8 +205,6 @@ public:
     // -- Conveniences for tests and C++ callers --------------------------------
     int rowOf(const QByteArray &id) const;
     void focus(const QByteArray &asked);
-    // The details the preview window shows for a file.
-    static QVariantMap previewDetails(const QByteArray &path);
 
 signals:
     void stateChanged();
@@ -215,7 +222,7 @@ signals:
     void compositionChanged();
     void recentsChanged();
     void smallFilesLoaded(const QByteArray &path);
-    // The preview window should show this file (see previewDetails).
+    // The preview window should show this file (see FilePreview::details).
     void previewRequested(const QVariantMap &details);
 
 private:
@@ -226,18 +233,19 @@ private:
     void setShown(int shown);
     void resetShown() { m_shown = pageSize; }
     void openNode(const DirNodePtr &node, int clickCount, bool isMouse);
+    // After the navigator moved: clears the search if asked, and refreshes.
+    void folderMoved(bool clearSearch);
     void toggleInQueue(const ExplorerEntry &entry);
     void onResultChanged();
     void onRevisionChanged();
     void onQueueChanged();
     QList<ExplorerEntry> smallFor(const DirNodePtr &node) const;
-    double now() const { return m_clock(); }
 
     QPointer<AppState> m_state;
     SpaceView::Mode m_mode = SpaceView::Mode::welcome;
-    SpaceView::Query m_query;
+    ExplorerQuery m_query;
     ExplorerLayout m_layout;
-    std::vector<DirNodePtr> m_stack;
+    SpaceNavigator m_navigator;
     TileMemo m_memo;
     QList<ExplorerTile> m_otherTiles; // welcome or discovering
     QList<QByteArray> m_rowIds;       // ids of the rows as the view has them
@@ -248,11 +256,9 @@ private:
     int m_shown = pageSize;
     QByteArray m_hovered;
     bool m_gridFocused = false;
-    ClickRules m_clicks;
     QHash<QByteArray, QList<ExplorerEntry>> m_smallFiles;
     QSet<QByteArray> m_loadingSmall;
     QSet<QByteArray> m_vanishing;
     QString m_lastFolderKey;
-    std::function<double()> m_clock;
     QList<QMetaObject::Connection> m_connections;
 };

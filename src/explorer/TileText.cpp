@@ -160,13 +160,3 @@ int legendCount(const QList<double> &entryWidths, double width, double gap)
 }
 
 } // namespace TileText
-
-bool ClickRules::acceptNavigation(double now, bool isMouse, int clickCount)
-{
-    if (isRepeat(isMouse, clickCount))
-        return false;
-    if (isMouse && now - m_last < navigationGuard)
-        return false;
-    m_last = now;
-    return true;
-}

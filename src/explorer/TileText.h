@@ -1,29 +1,20 @@
+// The words on and around a tile: kind line, tooltip, toasts, the showing line
+// and the composition strip's measures. Plain functions without state, so the
+// views only render what these say; called on the main thread.
+
 #pragma once
 
-#include "ExplorerTypes.h"
+#include "ExplorerEntry.h"
+#include "HelpFacts.h"
 
 #include <QString>
 #include <QStringList>
 
-// The words on and around a tile, and the rules that decide what a click does.
-// Plain functions, so the views only render what these say.
 namespace TileText {
 
 // The second line of a list row: "Measuring…", a risk title, an artefact kind,
 // "Folder · N files", a category title, "App or bundle" or "File".
 QString kindLine(const ExplorerEntry &entry);
-
-// What the tooltip needs to know besides the entry.
-struct HelpFacts {
-    ExplorerTile::Condition condition = ExplorerTile::Condition::clean;
-    ExplorerLayout layout;
-    bool isProtected = false;    // by the safety guard
-    bool isContentsOnly = false; // a folder whose contents may go
-    QString protectedReason;     // the guard's sentence
-    bool includes = false;       // queued itself or covered
-    bool inQueue = false;        // queued itself
-    QString coveringName;        // the selected folder that covers it, if any
-};
 
 // The tooltip, one line per fact that applies.
 QStringList helpLines(const ExplorerEntry &entry, const HelpFacts &facts);
@@ -50,25 +41,3 @@ QList<double> segmentWidths(const QList<qint64> &sizes, double width);
 int legendCount(const QList<double> &entryWidths, double width, double gap);
 
 } // namespace TileText
-
-// When a click counts. A repeat is the second (or later) click of a
-// multi-click: it is dropped wherever a click would navigate or select, since
-// the first click already acted and the pointer now stands over something
-// else. Navigation by mouse is held back for 0.35 seconds after the last one;
-// keys are not.
-class ClickRules
-{
-public:
-    static constexpr double navigationGuard = 0.35; // seconds
-
-    static bool isRepeat(bool isMouse, int clickCount) { return isMouse && clickCount >= 2; }
-
-    // True, and noted as the last navigation, when a navigation at `now`
-    // (seconds) may go ahead.
-    bool acceptNavigation(double now, bool isMouse, int clickCount);
-
-    double lastNavigation() const { return m_last; }
-
-private:
-    double m_last = -1e300;
-};
