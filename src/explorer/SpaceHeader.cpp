@@ -2,6 +2,7 @@
 
 #include "TileText.h"
 
+#include "core/AppState.h"
 #include "core/FileCategory.h"
 #include "core/Fmt.h"
 #include "core/Paths.h"
@@ -47,65 +48,85 @@ double categoryHue(FileCategory category)
 
 } // namespace
 
-namespace SpaceHeader {
+void SpaceHeader::setState(AppState *state) { m_state = state; }
 
-QStringList crumbs(const ScanResult &result, const std::vector<DirNodePtr> &stack)
+DirNodePtr SpaceHeader::current() const { return m_navigator.current(m_state ? m_state->result() : nullptr); }
+
+QStringList SpaceHeader::crumbs() const
 {
     QStringList out;
-    if (!result.root)
+    if (!m_state || !m_state->result() || !m_state->result()->root)
         return out;
-    out << Fmt::displayName(result.root->path());
-    for (const DirNodePtr &node : stack)
+    out << Fmt::displayName(m_state->result()->root->path());
+    for (const DirNodePtr &node : m_navigator.stack())
         out << Paths::toDisplay(node->name);
     return out;
 }
 
-QString subtitle(const DirNode &node, bool atRoot, double duration)
+QString SpaceHeader::subtitle() const
 {
-    if (!atRoot)
-        return TileText::abbreviateWithTilde(node.path());
+    const DirNodePtr node = current();
+    if (!node)
+        return {};
+    if (m_navigator.canGoBack())
+        return TileText::abbreviateWithTilde(node->path());
+    const double duration = m_state && m_state->result() ? m_state->result()->duration : 0;
     return explorerText(QT_TRANSLATE_NOOP("Explorer", "Scanned %1 in %2"))
-        .arg(TileText::abbreviateWithTilde(node.path()), Fmt::duration(duration));
+        .arg(TileText::abbreviateWithTilde(node->path()), Fmt::duration(duration));
 }
 
-QString sizeText(const DirNode &node) { return Fmt::bytes(node.size); }
-
-QString filesText(const DirNode &node)
+QString SpaceHeader::sizeText() const
 {
-    return explorerText(QT_TRANSLATE_NOOP("Explorer", "%1 files")).arg(QLocale().toString(node.fileCount));
+    const DirNodePtr node = current();
+    return node ? Fmt::bytes(node->size) : QString();
 }
 
-QString discoveringTitle(const QByteArray &scanTarget)
+QString SpaceHeader::filesText() const
 {
-    if (scanTarget.isEmpty())
+    const DirNodePtr node = current();
+    return node ? explorerText(QT_TRANSLATE_NOOP("Explorer", "%1 files")).arg(QLocale().toString(node->fileCount))
+                : QString();
+}
+
+QString SpaceHeader::discoveringTitle() const
+{
+    if (!m_state || m_state->scanTarget().isEmpty())
         return explorerText(QT_TRANSLATE_NOOP("Explorer", "Reading your disk"));
-    return explorerText(QT_TRANSLATE_NOOP("Explorer", "Reading %1")).arg(Fmt::displayName(scanTarget));
+    return explorerText(QT_TRANSLATE_NOOP("Explorer", "Reading %1")).arg(Fmt::displayName(m_state->scanTarget()));
 }
 
-QString scanPath(const ScanProgress &progress) { return Paths::toDisplay(progress.currentPath); }
-
-QString scanBytesText(qint64 bytes) { return Fmt::bytes(bytes); }
-
-QString scanCountsText(const ScanProgress &progress)
+QString SpaceHeader::scanPath() const
 {
+    return m_state ? Paths::toDisplay(m_state->progress().currentPath) : QString();
+}
+
+QString SpaceHeader::scanBytesText() const { return Fmt::bytes(m_state ? m_state->progress().bytesScanned : 0); }
+
+QString SpaceHeader::scanCountsText() const
+{
+    if (!m_state)
+        return {};
+    const ScanProgress &p = m_state->progress();
     return explorerText(QT_TRANSLATE_NOOP("Explorer", "%1 files · %2 found"))
-        .arg(QLocale().toString(progress.filesScanned), QLocale().toString(qint64(progress.discovered.size())));
+        .arg(QLocale().toString(p.filesScanned), QLocale().toString(qint64(p.discovered.size())));
 }
 
-QVariantList composition(const ScanResult &result)
+QVariantList SpaceHeader::composition() const
 {
+    QVariantList out;
+    if (!m_state || !m_state->result())
+        return out;
     struct Part {
         FileCategory category;
         qint64 size;
     };
     QList<Part> parts;
     for (const FileCategory c : FileCategory::allCases) {
-        const CategoryTotal t = result.total(c);
+        const CategoryTotal t = m_state->result()->total(c);
         if (t.size > 0)
             parts.append({c, t.size});
     }
     std::stable_sort(parts.begin(), parts.end(), [](const Part &a, const Part &b) { return a.size > b.size; });
-    QVariantList out;
     for (const Part &p : parts)
         out << QVariantMap{
             {QStringLiteral("category"), p.category.id()},
@@ -117,10 +138,10 @@ QVariantList composition(const ScanResult &result)
     return out;
 }
 
-QVariantList segmentWidths(const QVariantList &composition, double width)
+QVariantList SpaceHeader::segmentWidths(double width) const
 {
     QList<qint64> sizes;
-    for (const QVariant &part : composition)
+    for (const QVariant &part : composition())
         sizes << qint64(part.toMap().value(QStringLiteral("size")).toDouble());
     QVariantList out;
     for (const double w : TileText::segmentWidths(sizes, width))
@@ -128,7 +149,7 @@ QVariantList segmentWidths(const QVariantList &composition, double width)
     return out;
 }
 
-int legendCount(const QVariantList &entryWidths, double width, double gap)
+int SpaceHeader::legendCount(const QVariantList &entryWidths, double width, double gap)
 {
     QList<double> widths;
     for (const QVariant &w : entryWidths)
@@ -136,14 +157,15 @@ int legendCount(const QVariantList &entryWidths, double width, double gap)
     return TileText::legendCount(widths, width, gap);
 }
 
-QVariantList recents(const QByteArrayList &recents)
+QVariantList SpaceHeader::recents() const
 {
     QVariantList out;
+    if (!m_state)
+        return out;
+    const QByteArrayList &recents = m_state->recents();
     for (qsizetype i = 0; i < recents.size() && i < 3; ++i)
         out << QVariantMap{{QStringLiteral("path"), Paths::toText(recents[i])},
                            {QStringLiteral("title"), Fmt::displayName(recents[i])},
                            {QStringLiteral("help"), Paths::toDisplay(recents[i])}};
     return out;
 }
-
-} // namespace SpaceHeader

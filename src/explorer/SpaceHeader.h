@@ -1,49 +1,58 @@
-// The texts of the Space explorer's headers: the folder header (crumbs,
-// subtitle, size and file count), the discovering header (the scan's progress),
-// the composition strip and the welcome's recent targets. Plain functions of
-// what they are given; called on the main thread.
+// The texts of the Space explorer's headers, read from AppState and the
+// navigator: the folder header (crumbs, subtitle, size, file count), the
+// discovering header (the scan's progress), the composition strip and the
+// welcome's recent targets. Owned by SpaceModel, which forwards them to QML;
+// main thread only.
 
 #pragma once
 
-#include "core/DirNode.h"
-#include "core/ScanRecords.h"
-#include "core/ScanResult.h"
+#include "SpaceNavigator.h"
 
-#include <QByteArrayList>
+#include <QPointer>
 #include <QString>
 #include <QStringList>
 #include <QVariantList>
 
-#include <vector>
+class AppState;
 
-namespace SpaceHeader {
+class SpaceHeader
+{
+public:
+    explicit SpaceHeader(const SpaceNavigator &navigator) : m_navigator(navigator) {}
+    void setState(AppState *state);
 
-// -- The folder header -------------------------------------------------------
-// The root's display name, then the name of each folder of `stack`.
-QStringList crumbs(const ScanResult &result, const std::vector<DirNodePtr> &stack);
-// Where `node` is; at the root, also how long its scan of `duration` seconds took.
-QString subtitle(const DirNode &node, bool atRoot, double duration);
-QString sizeText(const DirNode &node);
-QString filesText(const DirNode &node); // "1,234 files"
+    // -- The folder header ---------------------------------------------------
+    // The root's display name, then the name of each opened folder.
+    QStringList crumbs() const;
+    // Where the folder is; at the root, also how long the scan took.
+    QString subtitle() const;
+    QString sizeText() const;
+    QString filesText() const; // "1,234 files"
 
-// -- The discovering header --------------------------------------------------
-// "Reading your disk" without a target, else "Reading <name>".
-QString discoveringTitle(const QByteArray &scanTarget);
-QString scanPath(const ScanProgress &progress);
-QString scanBytesText(qint64 bytes);
-QString scanCountsText(const ScanProgress &progress); // "N files · M found"
+    // -- The discovering header ----------------------------------------------
+    // "Reading your disk" without a target, else "Reading <name>".
+    QString discoveringTitle() const;
+    QString scanPath() const;
+    QString scanBytesText() const;
+    QString scanCountsText() const; // "N files · M found"
 
-// -- The composition strip ---------------------------------------------------
-// One map per category with a size, largest first: {category, title, size,
-// hue, help}.
-QVariantList composition(const ScanResult &result);
-// Widths of the strip's segments for `composition` in a bar `width` wide.
-QVariantList segmentWidths(const QVariantList &composition, double width);
-// How many legend entries fit in `width` (see TileText::legendCount).
-int legendCount(const QVariantList &entryWidths, double width, double gap);
+    // -- The composition strip -----------------------------------------------
+    // One map per category with a size, largest first: {category, title, size,
+    // hue, help}.
+    QVariantList composition() const;
+    // Widths of the strip's segments in a bar `width` wide: each its share of
+    // the width less the gaps, and at least 2.
+    QVariantList segmentWidths(double width) const;
+    // How many legend entries fit in `width` (see TileText::legendCount).
+    static int legendCount(const QVariantList &entryWidths, double width, double gap);
 
-// -- The welcome -------------------------------------------------------------
-// The first three of `recents` as {path, title, help}.
-QVariantList recents(const QByteArrayList &recents);
+    // -- The welcome ---------------------------------------------------------
+    // The first three recent targets as {path, title, help}.
+    QVariantList recents() const;
 
-} // namespace SpaceHeader
+private:
+    DirNodePtr current() const;
+
+    const SpaceNavigator &m_navigator;
+    QPointer<AppState> m_state;
+};

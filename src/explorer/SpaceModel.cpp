@@ -2,6 +2,7 @@
 
 #include "FilePreview.h"
 #include "SpaceHeader.h"
+#include "TileRoles.h"
 
 #include "core/AppState.h"
 #include "core/Desktop.h"
@@ -10,18 +11,14 @@
 #include "core/Paths.h"
 #include "core/Prefs.h"
 #include "safety/SafetyGuard.h"
-#include "scan/LooseFiles.h"
 
 #include <QCoreApplication>
-#include <QThreadPool>
 
 #include <algorithm>
 
 namespace {
 
 QString explorerText(const char *text) { return QCoreApplication::translate("Explorer", text); }
-
-bool keptByGuard(const QByteArray &id) { return SafetyGuard::isProtected(id) && !SafetyGuard::isContentsOnly(id); }
 
 // What a row shows that can change without its id changing.
 size_t signature(const ExplorerTile &tile)
@@ -33,7 +30,9 @@ size_t signature(const ExplorerTile &tile)
 
 } // namespace
 
-SpaceModel::SpaceModel(QObject *parent) : QAbstractListModel(parent)
+SpaceModel::SpaceModel(QObject *parent)
+    : QAbstractListModel(parent),
+      m_smallFiles([this] { return m_state ? std::optional<int>(m_state->revision()) : std::nullopt; })
 {
     m_layout = ExplorerLayout::fromRawValue(Prefs::text(Prefs::spaceLayout)).value_or(ExplorerLayout::icons);
     m_otherTiles = SpaceView::welcomeTiles();
@@ -43,6 +42,10 @@ SpaceModel::SpaceModel(QObject *parent) : QAbstractListModel(parent)
     }
     m_progressTimer.setSingleShot(true);
     m_progressTimer.setInterval(100);
+    connect(&m_smallFiles, &SmallFileStore::listed, this, [this](const QByteArray &path) {
+        refresh();
+        emit smallFilesLoaded(path);
+    });
     connect(&m_progressTimer, &QTimer::timeout, this, [this] {
         if (m_mode == SpaceView::Mode::discovering)
             refresh();
@@ -50,6 +53,8 @@ SpaceModel::SpaceModel(QObject *parent) : QAbstractListModel(parent)
 }
 
 SpaceModel::~SpaceModel() = default;
+
+AppState *SpaceModel::state() const { return m_state; }
 
 void SpaceModel::setState(AppState *state)
 {
@@ -59,6 +64,7 @@ void SpaceModel::setState(AppState *state)
         disconnect(c);
     m_connections.clear();
     m_state = state;
+    m_header.setState(state);
     if (state) {
         // A scan that ends clears isScanning just before its result arrives:
         // queued, so the view goes from discovering straight to results.
@@ -105,11 +111,6 @@ void SpaceModel::setState(AppState *state)
 
 DirNodePtr SpaceModel::currentNode() const { return m_navigator.current(m_state ? m_state->result() : nullptr); }
 
-QList<ExplorerEntry> SpaceModel::smallFor(const DirNodePtr &node) const
-{
-    return node ? m_smallFiles.value(node->path()) : QList<ExplorerEntry>{};
-}
-
 const QList<ExplorerTile> &SpaceModel::allTiles() const
 {
     if (m_mode != SpaceView::Mode::results)
@@ -136,7 +137,8 @@ void SpaceModel::refresh()
     case SpaceView::Mode::results: {
         const DirNodePtr node = currentNode();
         if (node)
-            SpaceView::resultTiles(node, m_state->revision(), smallFor(node), m_query, *m_state->queue(), m_memo);
+            SpaceView::resultTiles(node, m_state->revision(), m_smallFiles.of(node), m_query, *m_state->queue(),
+                                   m_memo);
         else
             m_memo.tiles.clear(), m_memo.key.reset();
         break;
@@ -274,88 +276,13 @@ QVariant SpaceModel::data(const QModelIndex &index, int role) const
     const ExplorerTile *tile = tileAt(index.row());
     if (!tile)
         return {};
-    const ExplorerEntry *e = tile->entry();
-    const CleanQueue *queue = m_state ? m_state->queue() : nullptr;
-    switch (role) {
-    case TileIdRole:
-        return Paths::toText(tile->id());
-    case NameRole:
-        return e ? e->name : QString();
-    case IsPlaceholderRole:
-        return !e;
-    case IconPathRole: {
-        // A trailing "/" tells the icon provider a folder that is not on disk.
-        const QByteArray path = e ? e->id : tile->placeholder().path();
-        const bool folder = e ? e->isDirectory : tile->placeholder() == PlaceholderKind::folder;
-        return Paths::toText(folder && !path.endsWith('/') ? path + '/' : path);
-    }
-    case ConditionRole:
-        return ExplorerTile::conditionName(tile->condition);
-    case SeedRole:
-        return tile->seed;
-    case SizeTextRole:
-        if (!e)
-            return QString();
-        if (e->measuring && e->size == 0)
-            return explorerText(QT_TRANSLATE_NOOP("Explorer", "Measuring…"));
-        return Fmt::bytes(e->size);
-    case KindLineRole:
-        return e ? TileText::kindLine(*e) : QString();
-    case HelpRole: {
-        if (!e)
-            return QString();
-        HelpFacts facts;
-        facts.condition = tile->condition;
-        facts.layout = m_layout;
-        facts.isProtected = SafetyGuard::isProtected(e->id);
-        facts.isContentsOnly = SafetyGuard::isContentsOnly(e->id);
-        if (facts.isProtected)
-            facts.protectedReason = SafetyGuard::reason(e->id);
-        if (queue) {
-            facts.inQueue = queue->contains(e->id);
-            facts.includes = queue->includes(e->id);
-            if (const auto covering = queue->covering(e->id))
-                facts.coveringName = covering->name;
-        }
-        return TileText::helpLines(*e, facts).join(QLatin1Char('\n'));
-    }
-    case IsDirectoryRole:
-        return e && e->isDirectory;
-    case MeasuringRole:
-        return e && e->measuring;
-    case CanOpenRole:
-        return e && e->node != nullptr;
-    case CanPreviewRole:
-        return e && !e->isDirectory;
-    case IncludesRole:
-        return e && queue && queue->includes(e->id);
-    case InheritedRole:
-        return e && queue && !queue->contains(e->id) && queue->covering(e->id).has_value();
-    case LockedRole:
-        return e && keptByGuard(e->id);
-    case RiskLevelRole:
-        return e ? e->risk.level.name() : QString();
-    case RiskTitleRole:
-        return e ? e->risk.title : QString();
-    case RiskHelpRole:
-        return e && e->risk.hasBadge() ? QStringLiteral("%1: %2").arg(e->risk.title, e->risk.why) : QString();
-    case ArtifactKindRole:
-        return e ? e->artifactKind : QString();
-    case WeightRole:
-        return e ? double(e->size) / double(m_heaviest) : 0.0;
-    case WaitingRole:
-        return m_state && m_state->isScanning();
-    case BarFactorRole:
-        return 0.45 + double((tile->seed * 37) % 40) / 100.0;
-    case SelectActionRole:
-        return e && queue && queue->includes(e->id)
-                   ? explorerText(QT_TRANSLATE_NOOP("Explorer", "Deselect"))
-                   : explorerText(QT_TRANSLATE_NOOP("Explorer", "Select for Cleaning"));
-    case VanishingRole:
-        return e && m_vanishing.contains(e->id);
-    default:
-        return {};
-    }
+    TileRoles::Around around;
+    around.queue = m_state ? m_state->queue() : nullptr;
+    around.layout = m_layout;
+    around.heaviest = m_heaviest;
+    around.vanishing = &m_vanishing;
+    around.waiting = m_state && m_state->isScanning();
+    return TileRoles::value(*tile, role, around);
 }
 
 void SpaceModel::setVanishing(const QSet<QByteArray> &paths)
@@ -486,13 +413,13 @@ bool SpaceModel::smallRowVisible() const
     if (m_rowIds.size() < allTiles().size())
         return false;
     const DirNodePtr node = currentNode();
-    return node && node->smallFilesSize > 0 && !m_smallFiles.contains(node->path());
+    return node && node->smallFilesSize > 0 && !m_smallFiles.holds(node->path());
 }
 
 bool SpaceModel::smallLoading() const
 {
     const DirNodePtr node = currentNode();
-    return node && m_loadingSmall.contains(node->path());
+    return node && m_smallFiles.isLoading(node->path());
 }
 
 QString SpaceModel::smallRowText() const
@@ -524,58 +451,6 @@ QString SpaceModel::folderKey() const
     return QString::number(quintptr(node.get()));
 }
 
-QStringList SpaceModel::crumbs() const
-{
-    if (!m_state || !m_state->result())
-        return {};
-    return SpaceHeader::crumbs(*m_state->result(), m_navigator.stack());
-}
-
-QString SpaceModel::subtitle() const
-{
-    const DirNodePtr node = currentNode();
-    if (!node)
-        return {};
-    const double duration = m_state && m_state->result() ? m_state->result()->duration : 0;
-    return SpaceHeader::subtitle(*node, !m_navigator.canGoBack(), duration);
-}
-
-QString SpaceModel::currentSizeText() const
-{
-    const DirNodePtr node = currentNode();
-    return node ? SpaceHeader::sizeText(*node) : QString();
-}
-
-QString SpaceModel::currentFilesText() const
-{
-    const DirNodePtr node = currentNode();
-    return node ? SpaceHeader::filesText(*node) : QString();
-}
-
-QString SpaceModel::discoveringTitle() const
-{
-    return SpaceHeader::discoveringTitle(m_state ? m_state->scanTarget() : QByteArray());
-}
-
-QString SpaceModel::scanPath() const { return m_state ? SpaceHeader::scanPath(m_state->progress()) : QString(); }
-
-QString SpaceModel::scanBytesText() const
-{
-    return SpaceHeader::scanBytesText(m_state ? m_state->progress().bytesScanned : 0);
-}
-
-QString SpaceModel::scanCountsText() const
-{
-    return m_state ? SpaceHeader::scanCountsText(m_state->progress()) : QString();
-}
-
-QVariantList SpaceModel::composition() const
-{
-    return m_state && m_state->result() ? SpaceHeader::composition(*m_state->result()) : QVariantList();
-}
-
-QVariantList SpaceModel::recents() const { return m_state ? SpaceHeader::recents(m_state->recents()) : QVariantList(); }
-
 void SpaceModel::chooseCategory(const QString &category)
 {
     if (!m_state)
@@ -590,13 +465,6 @@ void SpaceModel::openFullDiskAccessSettings()
         m_state->desktop()->openFullDiskAccessSettings();
     else
         FileActions::openFullDiskAccessSettings();
-}
-
-QVariantList SpaceModel::segmentWidths(double width) const { return SpaceHeader::segmentWidths(composition(), width); }
-
-int SpaceModel::legendCount(const QVariantList &entryWidths, double width, double gap) const
-{
-    return SpaceHeader::legendCount(entryWidths, width, gap);
 }
 
 // -- Navigation --------------------------------------------------------------
@@ -704,7 +572,7 @@ void SpaceModel::toggle(int row, int clickCount, bool isMouse)
     const ExplorerEntry entry = *tile->entry();
     if (entry.measuring || NavigationGuard::isRepeat(isMouse, clickCount))
         return;
-    if (keptByGuard(entry.id)) {
+    if (TileRoles::isLocked(entry.id)) {
         m_state->showToast(TileText::protectedToast(entry.name, SafetyGuard::reason(entry.id)),
                            QStringLiteral("lock.fill"));
         return;
@@ -774,44 +642,8 @@ void SpaceModel::loadMore()
 
 void SpaceModel::loadSmallFiles()
 {
-    const DirNodePtr node = currentNode();
-    if (!node || !m_state)
-        return;
-    const QByteArray path = node->path();
-    if (m_smallFiles.contains(path) || m_loadingSmall.contains(path))
-        return;
-    m_loadingSmall.insert(path);
-    emit tilesChanged();
-
-    QSet<QByteArray> known;
-    for (const DirNodePtr &child : node->children)
-        known.insert(child->name);
-    for (const FileItem &file : node->files)
-        known.insert(file.name);
-    const bool skipHidden = Prefs::boolean(Prefs::skipHiddenFiles);
-    const int revision = m_state->revision();
-    QPointer<SpaceModel> self(this);
-    QThreadPool::globalInstance()->start([self, path, known, skipHidden, revision] {
-        const QList<LooseFiles::File> found = LooseFiles::list(path, known, skipHidden);
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(),
-            [self, path, found, revision] {
-                if (!self)
-                    return;
-                self->m_loadingSmall.remove(path);
-                // A removal in the meantime made the listing stale.
-                if (self->m_state && self->m_state->revision() == revision) {
-                    QList<ExplorerEntry> entries;
-                    entries.reserve(found.size());
-                    for (const LooseFiles::File &f : found)
-                        entries.append(ExplorerEntry::smallFile(f.path, f.size));
-                    self->m_smallFiles.insert(path, entries);
-                }
-                self->refresh();
-                emit self->smallFilesLoaded(path);
-            },
-            Qt::QueuedConnection);
-    });
+    if (m_smallFiles.load(currentNode()))
+        emit tilesChanged();
 }
 
 // -- Context actions -----------------------------------------------------------

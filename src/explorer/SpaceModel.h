@@ -10,6 +10,8 @@
 #include "ExplorerQuery.h"
 #include "ExplorerSort.h"
 #include "ExplorerTile.h"
+#include "SmallFileStore.h"
+#include "SpaceHeader.h"
 #include "SpaceNavigator.h"
 #include "SpaceView.h"
 #include "TileMemo.h"
@@ -104,7 +106,7 @@ public:
     explicit SpaceModel(QObject *parent = nullptr);
     ~SpaceModel() override;
 
-    AppState *state() const { return m_state; }
+    AppState *state() const;
     void setState(AppState *state);
 
     // Seconds on a monotonic clock; replaceable for tests.
@@ -145,27 +147,27 @@ public:
     const std::vector<DirNodePtr> &stack() const { return m_navigator.stack(); }
     QString folderKey() const;
     bool canGoBack() const { return m_navigator.canGoBack(); }
-    QStringList crumbs() const;
-    QString subtitle() const;
-    QString currentSizeText() const;
-    QString currentFilesText() const;
+    QStringList crumbs() const { return m_header.crumbs(); }
+    QString subtitle() const { return m_header.subtitle(); }
+    QString currentSizeText() const { return m_header.sizeText(); }
+    QString currentFilesText() const { return m_header.filesText(); }
 
     QString hoveredText() const;
     bool gridFocused() const { return m_gridFocused; }
     void setGridFocused(bool focused);
     double waterLevel() const;
 
-    QString discoveringTitle() const;
-    QString scanPath() const;
-    QString scanBytesText() const;
-    QString scanCountsText() const;
-    QVariantList composition() const;
-    QVariantList recents() const;
+    QString discoveringTitle() const { return m_header.discoveringTitle(); }
+    QString scanPath() const { return m_header.scanPath(); }
+    QString scanBytesText() const { return m_header.scanBytesText(); }
+    QString scanCountsText() const { return m_header.scanCountsText(); }
+    QVariantList composition() const { return m_header.composition(); }
+    QVariantList recents() const { return m_header.recents(); }
 
     // The whole current list (welcome, discovering or results).
     const QList<ExplorerTile> &allTiles() const;
     const TileMemo &memo() const { return m_memo; }
-    const QHash<QByteArray, QList<ExplorerEntry>> &smallFiles() const { return m_smallFiles; }
+    const QHash<QByteArray, QList<ExplorerEntry>> &smallFiles() const { return m_smallFiles.all(); }
 
     // -- Actions from the view -------------------------------------------------
     // A tap on row `row`: `modifiers` as Qt::KeyboardModifiers, `clickCount` 2
@@ -193,10 +195,13 @@ public:
     Q_INVOKABLE void openFullDiskAccessSettings();
     // Widths of the composition strip's segments for a bar `width` wide: each
     // its share of the width less the gaps, and at least 2.
-    Q_INVOKABLE QVariantList segmentWidths(double width) const;
+    Q_INVOKABLE QVariantList segmentWidths(double width) const { return m_header.segmentWidths(width); }
     // How many legend entries fit in `width`: 6, else 4, 3 or 2 (or all, when
     // fewer), given the width of each entry in order and the gap between them.
-    Q_INVOKABLE int legendCount(const QVariantList &entryWidths, double width, double gap) const;
+    Q_INVOKABLE int legendCount(const QVariantList &entryWidths, double width, double gap) const
+    {
+        return SpaceHeader::legendCount(entryWidths, width, gap);
+    }
 
     // The paths a running removal is taking; their tiles fade out. Empty when
     // none runs.
@@ -239,13 +244,13 @@ private:
     void onResultChanged();
     void onRevisionChanged();
     void onQueueChanged();
-    QList<ExplorerEntry> smallFor(const DirNodePtr &node) const;
 
     QPointer<AppState> m_state;
     SpaceView::Mode m_mode = SpaceView::Mode::welcome;
     ExplorerQuery m_query;
     ExplorerLayout m_layout;
     SpaceNavigator m_navigator;
+    SpaceHeader m_header{m_navigator};
     TileMemo m_memo;
     QList<ExplorerTile> m_otherTiles; // welcome or discovering
     QList<QByteArray> m_rowIds;       // ids of the rows as the view has them
@@ -256,8 +261,7 @@ private:
     int m_shown = pageSize;
     QByteArray m_hovered;
     bool m_gridFocused = false;
-    QHash<QByteArray, QList<ExplorerEntry>> m_smallFiles;
-    QSet<QByteArray> m_loadingSmall;
+    SmallFileStore m_smallFiles;
     QSet<QByteArray> m_vanishing;
     QString m_lastFolderKey;
     QList<QMetaObject::Connection> m_connections;
