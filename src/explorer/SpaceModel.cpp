@@ -1,34 +1,18 @@
 #include "SpaceModel.h"
 
 #include "FilePreview.h"
+#include "RowDiff.h"
 #include "SpaceHeader.h"
 #include "TileRoles.h"
 
 #include "core/AppState.h"
 #include "core/Desktop.h"
 #include "core/FileActions.h"
-#include "core/Fmt.h"
 #include "core/Paths.h"
 #include "core/Prefs.h"
 #include "safety/SafetyGuard.h"
 
-#include <QCoreApplication>
-
 #include <algorithm>
-
-namespace {
-
-QString explorerText(const char *text) { return QCoreApplication::translate("Explorer", text); }
-
-// What a row shows that can change without its id changing.
-size_t signature(const ExplorerTile &tile)
-{
-    const ExplorerEntry *e = tile.entry();
-    return qHashMulti(0, tile.id(), int(tile.condition), e ? e->size : -1, e && e->measuring,
-                      e ? e->risk.title : QString());
-}
-
-} // namespace
 
 SpaceModel::SpaceModel(QObject *parent)
     : QAbstractListModel(parent),
@@ -38,7 +22,7 @@ SpaceModel::SpaceModel(QObject *parent)
     m_otherTiles = SpaceView::welcomeTiles();
     for (const ExplorerTile &tile : m_otherTiles) {
         m_rowIds.append(tile.id());
-        m_rowSigs.append(signature(tile));
+        m_rowSigs.append(RowDiff::signature(tile));
     }
     m_progressTimer.setSingleShot(true);
     m_progressTimer.setInterval(100);
@@ -169,7 +153,7 @@ void SpaceModel::syncRows(bool resetAll)
     qint64 heaviest = 1;
     for (qsizetype i = 0; i < count; ++i) {
         ids.append(all[i].id());
-        sigs.append(signature(all[i]));
+        sigs.append(RowDiff::signature(all[i]));
         heaviest = std::max(heaviest, all[i].size());
     }
     const bool weightsMoved = heaviest != m_heaviest;
@@ -182,18 +166,9 @@ void SpaceModel::syncRows(bool resetAll)
         return;
     }
     // Keep the rows that stay in place, so the view keeps their delegates and
-    // its scroll position. A placeholder that gives way to an entry (or the
-    // other way round) changes in place; what follows the first real change
-    // is replaced.
-    qsizetype same = 0;
-    const auto isPlaceholderId = [](const QByteArray &id) { return id.startsWith("placeholder-"); };
-    while (same < ids.size() && same < m_rowIds.size() &&
-           (ids[same] == m_rowIds[same] || isPlaceholderId(ids[same]) || isPlaceholderId(m_rowIds[same])))
-        ++same;
-    QList<int> changed;
-    for (qsizetype i = 0; i < same; ++i)
-        if (weightsMoved || sigs[i] != m_rowSigs[i])
-            changed.append(int(i));
+    // its scroll position; what follows the first real change is replaced.
+    const RowDiff diff = RowDiff::between(m_rowIds, m_rowSigs, ids, sigs, weightsMoved);
+    const qsizetype same = diff.same;
     if (same < m_rowIds.size()) {
         beginRemoveRows({}, int(same), int(m_rowIds.size() - 1));
         m_rowIds.resize(same);
@@ -210,13 +185,8 @@ void SpaceModel::syncRows(bool resetAll)
         endInsertRows();
     }
     // Neighbouring rows in one signal each.
-    for (qsizetype i = 0; i < changed.size();) {
-        qsizetype j = i;
-        while (j + 1 < changed.size() && changed[j + 1] == changed[j] + 1)
-            ++j;
-        emit dataChanged(index(changed[i]), index(changed[j]));
-        i = j + 1;
-    }
+    for (const auto &[first, last] : diff.changed)
+        emit dataChanged(index(first), index(last));
 }
 
 void SpaceModel::setShown(int shown)
@@ -397,14 +367,7 @@ bool SpaceModel::emptyVisible() const
     return m_mode == SpaceView::Mode::results && allTiles().isEmpty() && !smallRowVisible();
 }
 
-QString SpaceModel::emptyText() const
-{
-    if (!m_query.search.isEmpty())
-        return explorerText(QT_TRANSLATE_NOOP("Explorer", "Nothing here is named like “%1”.")).arg(m_query.search);
-    if (m_query.filter == ExplorerFilter::all)
-        return explorerText(QT_TRANSLATE_NOOP("Explorer", "This folder is empty."));
-    return explorerText(QT_TRANSLATE_NOOP("Explorer", "No %1 in this folder.")).arg(m_query.filter.title().toLower());
-}
+QString SpaceModel::emptyText() const { return TileText::emptyLine(m_query); }
 
 bool SpaceModel::smallRowVisible() const
 {
@@ -425,12 +388,7 @@ bool SpaceModel::smallLoading() const
 QString SpaceModel::smallRowText() const
 {
     const DirNodePtr node = currentNode();
-    if (!node)
-        return {};
-    const QString size = Fmt::bytes(node->smallFilesSize);
-    if (smallLoading())
-        return explorerText(QT_TRANSLATE_NOOP("Explorer", "Loading %1 in smaller files…")).arg(size);
-    return explorerText(QT_TRANSLATE_NOOP("Explorer", "Scroll to load %1 in smaller files")).arg(size);
+    return node ? TileText::smallFilesLine(node->smallFilesSize, smallLoading()) : QString();
 }
 
 // -- Folder, header ----------------------------------------------------------

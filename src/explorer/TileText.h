@@ -1,10 +1,11 @@
-// The words on and around a tile: kind line, tooltip, toasts, the showing line
-// and the composition strip's measures. Plain functions without state, so the
-// views only render what these say; called on the main thread.
+// The words on and around a tile and the grid: kind line, tooltip, toasts, the
+// lines under and instead of the grid, the composition strip's measures. Plain
+// functions without state, so the views only render what these say; main thread.
 
 #pragma once
 
 #include "ExplorerEntry.h"
+#include "ExplorerQuery.h"
 #include "HelpFacts.h"
 
 #include <QString>
@@ -32,6 +33,13 @@ double waterLevel(qint64 bytes);
 
 // "Showing {visible} of {all} · more load as you scroll".
 QString showingLine(qint64 visible, qint64 all);
+
+// Instead of an empty grid: what the search or the filter found nothing of.
+QString emptyLine(const ExplorerQuery &query);
+
+// The row of the loose small files, of `size` bytes in all, still to be listed
+// or on their way.
+QString smallFilesLine(qint64 size, bool loading);
 
 // The composition strip: segment widths for parts of `sizes` in a bar of
 // `width` with gaps of 2, each at least 2 wide.
