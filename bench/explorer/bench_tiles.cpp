@@ -44,7 +44,7 @@ int main(int argc, char **argv)
     CleanQueue queue;
     TileMemo memo;
     int revision = 0;
-    SpaceView::Query query;
+    ExplorerQuery query;
 
     const double build = msPer(3, [&] { SpaceView::resultTiles(root, ++revision, {}, query, queue, memo); });
     const double hit = msPer(100000, [&] { SpaceView::resultTiles(root, revision, {}, query, queue, memo); });

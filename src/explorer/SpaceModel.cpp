@@ -1,122 +1,35 @@
 #include "SpaceModel.h"
 
+#include "FilePreview.h"
+#include "RowDiff.h"
+#include "SpaceHeader.h"
+#include "TileRoles.h"
+
 #include "state/AppState.h"
 #include "core/Desktop.h"
 #include "core/FileActions.h"
-#include "core/Fmt.h"
 #include "core/Paths.h"
 #include "core/Prefs.h"
 #include "safety/SafetyGuard.h"
 
-#include <QCoreApplication>
-#include <QDateTime>
-#include <QElapsedTimer>
-#include <QFile>
-#include <QFileInfo>
-#include <QLocale>
-#include <QMimeDatabase>
-#include <QThreadPool>
-#include <QUrl>
-
-#include <dirent.h>
-#include <sys/stat.h>
-
 #include <algorithm>
 
-namespace {
-
-QString explorerText(const char *text) { return QCoreApplication::translate("Explorer", text); }
-
-bool keptByGuard(const QByteArray &id) { return SafetyGuard::isProtected(id) && !SafetyGuard::isContentsOnly(id); }
-
-struct SmallFile {
-    QByteArray path;
-    qint64 size = 0;
-};
-
-// Lists the plain files of `folder` that the scan did not keep, by name.
-// Symbolic links count as themselves. A folder that can't be read gives
-// nothing.
-QList<SmallFile> readLooseFiles(const QByteArray &folder, const QSet<QByteArray> &known, bool skipHidden)
+SpaceModel::SpaceModel(QObject *parent)
+    : QAbstractListModel(parent),
+      m_smallFiles([this] { return m_state ? std::optional<int>(m_state->revision()) : std::nullopt; })
 {
-    QList<SmallFile> out;
-    DIR *dir = ::opendir(folder.constData());
-    if (!dir)
-        return out;
-    const QByteArray prefix = folder.endsWith('/') ? folder : folder + '/';
-    while (const dirent *ent = ::readdir(dir)) {
-        const QByteArray name(ent->d_name);
-        if (name == "." || name == ".." || known.contains(name))
-            continue;
-        if (skipHidden && name.startsWith('.'))
-            continue;
-        const QByteArray path = prefix + name;
-        struct stat st;
-        if (::lstat(path.constData(), &st) != 0 || S_ISDIR(st.st_mode))
-            continue;
-        out.append({path, qint64(st.st_blocks) * 512});
-    }
-    ::closedir(dir);
-    return out;
-}
-
-// The hue of each category in the composition strip, in turns (0...1); the
-// strip gives all the same saturation and brightness.
-double categoryHue(FileCategory category)
-{
-    switch (category) {
-    case FileCategory::video:
-        return 0.78;
-    case FileCategory::audio:
-        return 0.90;
-    case FileCategory::image:
-        return 0.55;
-    case FileCategory::document:
-        return 0.12;
-    case FileCategory::archive:
-        return 0.06;
-    case FileCategory::diskImage:
-        return 0.98;
-    case FileCategory::application:
-        return 0.40;
-    case FileCategory::code:
-        return 0.25;
-    case FileCategory::developer:
-        return 0.47;
-    case FileCategory::other:
-        break;
-    }
-    return 0.62;
-}
-
-} // namespace
-
-namespace {
-
-// What a row shows that can change without its id changing.
-size_t signature(const ExplorerTile &tile)
-{
-    const ExplorerEntry *e = tile.entry();
-    return qHashMulti(0, tile.id(), int(tile.condition), e ? e->size : -1, e && e->measuring,
-                      e ? e->risk.title : QString());
-}
-
-} // namespace
-
-SpaceModel::SpaceModel(QObject *parent) : QAbstractListModel(parent)
-{
-    static QElapsedTimer started;
-    if (!started.isValid())
-        started.start();
-    m_clock = [] { return double(started.nsecsElapsed()) / 1e9; };
     m_layout = ExplorerLayout::fromRawValue(Prefs::text(Prefs::spaceLayout)).value_or(ExplorerLayout::icons);
     m_otherTiles = SpaceView::welcomeTiles();
     for (const ExplorerTile &tile : m_otherTiles) {
         m_rowIds.append(tile.id());
-        m_rowSigs.append(signature(tile));
+        m_rowSigs.append(RowDiff::signature(tile));
     }
     m_progressTimer.setSingleShot(true);
     m_progressTimer.setInterval(100);
+    connect(&m_smallFiles, &SmallFileStore::listed, this, [this](const QByteArray &path) {
+        refresh();
+        emit smallFilesLoaded(path);
+    });
     connect(&m_progressTimer, &QTimer::timeout, this, [this] {
         if (m_mode == SpaceView::Mode::discovering)
             refresh();
@@ -124,6 +37,8 @@ SpaceModel::SpaceModel(QObject *parent) : QAbstractListModel(parent)
 }
 
 SpaceModel::~SpaceModel() = default;
+
+AppState *SpaceModel::state() const { return m_state; }
 
 void SpaceModel::setState(AppState *state)
 {
@@ -133,6 +48,7 @@ void SpaceModel::setState(AppState *state)
         disconnect(c);
     m_connections.clear();
     m_state = state;
+    m_header.setState(state);
     if (state) {
         // A scan that ends clears isScanning just before its result arrives:
         // queued, so the view goes from discovering straight to results.
@@ -157,15 +73,15 @@ void SpaceModel::setState(AppState *state)
         m_connections << connect(state, &AppState::recentsChanged, this, &SpaceModel::recentsChanged);
         // Until the steamer passes over them, what a removal takes fades out
         // where it stands.
-        const auto followRemoval = [this] { setVanishing(m_state->vanishingPaths() + m_state->sorvelisingIDs()); };
-        m_connections << connect(state, &AppState::vanishingPathsChanged, this, followRemoval);
-        m_connections << connect(state, &AppState::sorvelisingIDsChanged, this, followRemoval);
+        const auto followRemoval = [this] { setVanishing(m_state->removal()->vanishingPaths() + m_state->removal()->sorvelisingIDs()); };
+        m_connections << connect(state->removal(), &RemovalSession::vanishingPathsChanged, this, followRemoval);
+        m_connections << connect(state->removal(), &RemovalSession::sorvelisingIDsChanged, this, followRemoval);
         m_connections << connect(state, &AppState::folderFocusChanged, this, [this] {
             if (m_state && !m_state->folderFocus().isEmpty() && m_state->result())
                 focus(QByteArray(m_state->folderFocus()));
         });
     }
-    m_stack.clear();
+    m_navigator.clear();
     refresh();
     emit stateChanged();
     emit folderChanged();
@@ -177,19 +93,7 @@ void SpaceModel::setState(AppState *state)
 
 // -- The list ----------------------------------------------------------------
 
-DirNodePtr SpaceModel::currentNode() const
-{
-    if (!m_state || !m_state->result())
-        return {};
-    if (!m_stack.empty())
-        return m_stack.back();
-    return m_state->result()->root;
-}
-
-QList<ExplorerEntry> SpaceModel::smallFor(const DirNodePtr &node) const
-{
-    return node ? m_smallFiles.value(node->path()) : QList<ExplorerEntry>{};
-}
+DirNodePtr SpaceModel::currentNode() const { return m_navigator.current(m_state ? m_state->result() : nullptr); }
 
 const QList<ExplorerTile> &SpaceModel::allTiles() const
 {
@@ -217,7 +121,8 @@ void SpaceModel::refresh()
     case SpaceView::Mode::results: {
         const DirNodePtr node = currentNode();
         if (node)
-            SpaceView::resultTiles(node, m_state->revision(), smallFor(node), m_query, *m_state->queue(), m_memo);
+            SpaceView::resultTiles(node, m_state->revision(), m_smallFiles.of(node), m_query, *m_state->queue(),
+                                   m_memo);
         else
             m_memo.tiles.clear(), m_memo.key.reset();
         break;
@@ -248,7 +153,7 @@ void SpaceModel::syncRows(bool resetAll)
     qint64 heaviest = 1;
     for (qsizetype i = 0; i < count; ++i) {
         ids.append(all[i].id());
-        sigs.append(signature(all[i]));
+        sigs.append(RowDiff::signature(all[i]));
         heaviest = std::max(heaviest, all[i].size());
     }
     const bool weightsMoved = heaviest != m_heaviest;
@@ -261,18 +166,9 @@ void SpaceModel::syncRows(bool resetAll)
         return;
     }
     // Keep the rows that stay in place, so the view keeps their delegates and
-    // its scroll position. A placeholder that gives way to an entry (or the
-    // other way round) changes in place; what follows the first real change
-    // is replaced.
-    qsizetype same = 0;
-    const auto isPlaceholderId = [](const QByteArray &id) { return id.startsWith("placeholder-"); };
-    while (same < ids.size() && same < m_rowIds.size() &&
-           (ids[same] == m_rowIds[same] || isPlaceholderId(ids[same]) || isPlaceholderId(m_rowIds[same])))
-        ++same;
-    QList<int> changed;
-    for (qsizetype i = 0; i < same; ++i)
-        if (weightsMoved || sigs[i] != m_rowSigs[i])
-            changed.append(int(i));
+    // its scroll position; what follows the first real change is replaced.
+    const RowDiff diff = RowDiff::between(m_rowIds, m_rowSigs, ids, sigs, weightsMoved);
+    const qsizetype same = diff.same;
     if (same < m_rowIds.size()) {
         beginRemoveRows({}, int(same), int(m_rowIds.size() - 1));
         m_rowIds.resize(same);
@@ -289,13 +185,8 @@ void SpaceModel::syncRows(bool resetAll)
         endInsertRows();
     }
     // Neighbouring rows in one signal each.
-    for (qsizetype i = 0; i < changed.size();) {
-        qsizetype j = i;
-        while (j + 1 < changed.size() && changed[j + 1] == changed[j] + 1)
-            ++j;
-        emit dataChanged(index(changed[i]), index(changed[j]));
-        i = j + 1;
-    }
+    for (const auto &[first, last] : diff.changed)
+        emit dataChanged(index(first), index(last));
 }
 
 void SpaceModel::setShown(int shown)
@@ -355,88 +246,13 @@ QVariant SpaceModel::data(const QModelIndex &index, int role) const
     const ExplorerTile *tile = tileAt(index.row());
     if (!tile)
         return {};
-    const ExplorerEntry *e = tile->entry();
-    const CleanQueue *queue = m_state ? m_state->queue() : nullptr;
-    switch (role) {
-    case TileIdRole:
-        return Paths::toText(tile->id());
-    case NameRole:
-        return e ? e->name : QString();
-    case IsPlaceholderRole:
-        return !e;
-    case IconPathRole: {
-        // A trailing "/" tells the icon provider a folder that is not on disk.
-        const QByteArray path = e ? e->id : tile->placeholder().path();
-        const bool folder = e ? e->isDirectory : tile->placeholder() == PlaceholderKind::folder;
-        return Paths::toText(folder && !path.endsWith('/') ? path + '/' : path);
-    }
-    case ConditionRole:
-        return ExplorerTile::conditionName(tile->condition);
-    case SeedRole:
-        return tile->seed;
-    case SizeTextRole:
-        if (!e)
-            return QString();
-        if (e->measuring && e->size == 0)
-            return explorerText(QT_TRANSLATE_NOOP("Explorer", "Measuring…"));
-        return Fmt::bytes(e->size);
-    case KindLineRole:
-        return e ? TileText::kindLine(*e) : QString();
-    case HelpRole: {
-        if (!e)
-            return QString();
-        TileText::HelpFacts facts;
-        facts.condition = tile->condition;
-        facts.layout = m_layout;
-        facts.isProtected = SafetyGuard::isProtected(e->id);
-        facts.isContentsOnly = SafetyGuard::isContentsOnly(e->id);
-        if (facts.isProtected)
-            facts.protectedReason = SafetyGuard::reason(e->id);
-        if (queue) {
-            facts.inQueue = queue->contains(e->id);
-            facts.includes = queue->includes(e->id);
-            if (const auto covering = queue->covering(e->id))
-                facts.coveringName = covering->name;
-        }
-        return TileText::helpLines(*e, facts).join(QLatin1Char('\n'));
-    }
-    case IsDirectoryRole:
-        return e && e->isDirectory;
-    case MeasuringRole:
-        return e && e->measuring;
-    case CanOpenRole:
-        return e && e->node != nullptr;
-    case CanPreviewRole:
-        return e && !e->isDirectory;
-    case IncludesRole:
-        return e && queue && queue->includes(e->id);
-    case InheritedRole:
-        return e && queue && !queue->contains(e->id) && queue->covering(e->id).has_value();
-    case LockedRole:
-        return e && keptByGuard(e->id);
-    case RiskLevelRole:
-        return e ? e->risk.level.name() : QString();
-    case RiskTitleRole:
-        return e ? e->risk.title : QString();
-    case RiskHelpRole:
-        return e && e->risk.hasBadge() ? QStringLiteral("%1: %2").arg(e->risk.title, e->risk.why) : QString();
-    case ArtifactKindRole:
-        return e ? e->artifactKind : QString();
-    case WeightRole:
-        return e ? double(e->size) / double(m_heaviest) : 0.0;
-    case WaitingRole:
-        return m_state && m_state->isScanning();
-    case BarFactorRole:
-        return 0.45 + double((tile->seed * 37) % 40) / 100.0;
-    case SelectActionRole:
-        return e && queue && queue->includes(e->id)
-                   ? explorerText(QT_TRANSLATE_NOOP("Explorer", "Deselect"))
-                   : explorerText(QT_TRANSLATE_NOOP("Explorer", "Select for Cleaning"));
-    case VanishingRole:
-        return e && m_vanishing.contains(e->id);
-    default:
-        return {};
-    }
+    TileRoles::Around around;
+    around.queue = m_state ? m_state->queue() : nullptr;
+    around.layout = m_layout;
+    around.heaviest = m_heaviest;
+    around.vanishing = &m_vanishing;
+    around.waiting = m_state && m_state->isScanning();
+    return TileRoles::value(*tile, role, around);
 }
 
 void SpaceModel::setVanishing(const QSet<QByteArray> &paths)
@@ -551,14 +367,7 @@ bool SpaceModel::emptyVisible() const
     return m_mode == SpaceView::Mode::results && allTiles().isEmpty() && !smallRowVisible();
 }
 
-QString SpaceModel::emptyText() const
-{
-    if (!m_query.search.isEmpty())
-        return explorerText(QT_TRANSLATE_NOOP("Explorer", "Nothing here is named like “%1”.")).arg(m_query.search);
-    if (m_query.filter == ExplorerFilter::all)
-        return explorerText(QT_TRANSLATE_NOOP("Explorer", "This folder is empty."));
-    return explorerText(QT_TRANSLATE_NOOP("Explorer", "No %1 in this folder.")).arg(m_query.filter.title().toLower());
-}
+QString SpaceModel::emptyText() const { return TileText::emptyLine(m_query); }
 
 bool SpaceModel::smallRowVisible() const
 {
@@ -567,24 +376,19 @@ bool SpaceModel::smallRowVisible() const
     if (m_rowIds.size() < allTiles().size())
         return false;
     const DirNodePtr node = currentNode();
-    return node && node->smallFilesSize > 0 && !m_smallFiles.contains(node->path());
+    return node && node->smallFilesSize > 0 && !m_smallFiles.holds(node->path());
 }
 
 bool SpaceModel::smallLoading() const
 {
     const DirNodePtr node = currentNode();
-    return node && m_loadingSmall.contains(node->path());
+    return node && m_smallFiles.isLoading(node->path());
 }
 
 QString SpaceModel::smallRowText() const
 {
     const DirNodePtr node = currentNode();
-    if (!node)
-        return {};
-    const QString size = Fmt::bytes(node->smallFilesSize);
-    if (smallLoading())
-        return explorerText(QT_TRANSLATE_NOOP("Explorer", "Loading %1 in smaller files…")).arg(size);
-    return explorerText(QT_TRANSLATE_NOOP("Explorer", "Scroll to load %1 in smaller files")).arg(size);
+    return node ? TileText::smallFilesLine(node->smallFilesSize, smallLoading()) : QString();
 }
 
 // -- Folder, header ----------------------------------------------------------
@@ -605,102 +409,6 @@ QString SpaceModel::folderKey() const
     return QString::number(quintptr(node.get()));
 }
 
-QStringList SpaceModel::crumbs() const
-{
-    QStringList out;
-    if (!m_state || !m_state->result() || !m_state->result()->root)
-        return out;
-    out << Fmt::displayName(m_state->result()->root->path());
-    for (const DirNodePtr &node : m_stack)
-        out << Paths::toDisplay(node->name);
-    return out;
-}
-
-QString SpaceModel::subtitle() const
-{
-    const DirNodePtr node = currentNode();
-    if (!node)
-        return {};
-    if (!m_stack.empty())
-        return TileText::abbreviateWithTilde(node->path());
-    const double duration = m_state && m_state->result() ? m_state->result()->duration : 0;
-    return explorerText(QT_TRANSLATE_NOOP("Explorer", "Scanned %1 in %2"))
-        .arg(TileText::abbreviateWithTilde(node->path()), Fmt::duration(duration));
-}
-
-QString SpaceModel::currentSizeText() const
-{
-    const DirNodePtr node = currentNode();
-    return node ? Fmt::bytes(node->size) : QString();
-}
-
-QString SpaceModel::currentFilesText() const
-{
-    const DirNodePtr node = currentNode();
-    return node ? explorerText(QT_TRANSLATE_NOOP("Explorer", "%1 files")).arg(QLocale().toString(node->fileCount))
-                : QString();
-}
-
-QString SpaceModel::discoveringTitle() const
-{
-    if (!m_state || m_state->scanTarget().isEmpty())
-        return explorerText(QT_TRANSLATE_NOOP("Explorer", "Reading your disk"));
-    return explorerText(QT_TRANSLATE_NOOP("Explorer", "Reading %1")).arg(Fmt::displayName(m_state->scanTarget()));
-}
-
-QString SpaceModel::scanPath() const { return m_state ? Paths::toDisplay(m_state->progress().currentPath) : QString(); }
-
-QString SpaceModel::scanBytesText() const { return Fmt::bytes(m_state ? m_state->progress().bytesScanned : 0); }
-
-QString SpaceModel::scanCountsText() const
-{
-    if (!m_state)
-        return {};
-    const ScanProgress &p = m_state->progress();
-    return explorerText(QT_TRANSLATE_NOOP("Explorer", "%1 files · %2 found"))
-        .arg(QLocale().toString(p.filesScanned), QLocale().toString(qint64(p.discovered.size())));
-}
-
-QVariantList SpaceModel::composition() const
-{
-    QVariantList out;
-    if (!m_state || !m_state->result())
-        return out;
-    struct Part {
-        FileCategory category;
-        qint64 size;
-    };
-    QList<Part> parts;
-    for (const FileCategory c : FileCategory::allCases) {
-        const CategoryTotal t = m_state->result()->total(c);
-        if (t.size > 0)
-            parts.append({c, t.size});
-    }
-    std::stable_sort(parts.begin(), parts.end(), [](const Part &a, const Part &b) { return a.size > b.size; });
-    for (const Part &p : parts)
-        out << QVariantMap{
-            {QStringLiteral("category"), p.category.id()},
-            {QStringLiteral("title"), p.category.title()},
-            {QStringLiteral("size"), double(p.size)},
-            {QStringLiteral("hue"), categoryHue(p.category)},
-            {QStringLiteral("help"), QStringLiteral("%1: %2").arg(p.category.title(), Fmt::bytes(p.size))},
-        };
-    return out;
-}
-
-QVariantList SpaceModel::recents() const
-{
-    QVariantList out;
-    if (!m_state)
-        return out;
-    const QByteArrayList &recents = m_state->recents();
-    for (qsizetype i = 0; i < recents.size() && i < 3; ++i)
-        out << QVariantMap{{QStringLiteral("path"), Paths::toText(recents[i])},
-                           {QStringLiteral("title"), Fmt::displayName(recents[i])},
-                           {QStringLiteral("help"), Paths::toDisplay(recents[i])}};
-    return out;
-}
-
 void SpaceModel::chooseCategory(const QString &category)
 {
     if (!m_state)
@@ -717,58 +425,29 @@ void SpaceModel::openFullDiskAccessSettings()
         FileActions::openFullDiskAccessSettings();
 }
 
-QVariantList SpaceModel::segmentWidths(double width) const
-{
-    QList<qint64> sizes;
-    for (const QVariant &part : composition())
-        sizes << qint64(part.toMap().value(QStringLiteral("size")).toDouble());
-    QVariantList out;
-    for (const double w : TileText::segmentWidths(sizes, width))
-        out << w;
-    return out;
-}
-
-int SpaceModel::legendCount(const QVariantList &entryWidths, double width, double gap) const
-{
-    QList<double> widths;
-    for (const QVariant &w : entryWidths)
-        widths << w.toDouble();
-    return TileText::legendCount(widths, width, gap);
-}
-
 // -- Navigation --------------------------------------------------------------
 
 void SpaceModel::openNode(const DirNodePtr &node, int clickCount, bool isMouse)
 {
-    if (!m_clicks.acceptNavigation(now(), isMouse, clickCount))
-        return;
-    m_stack.push_back(node);
-    if (!m_query.search.isEmpty()) {
-        m_query.search.clear();
-        emit searchChanged();
-    }
-    refresh();
+    if (m_navigator.open(node, clickCount, isMouse))
+        folderMoved(true);
 }
 
 void SpaceModel::goBack(int clickCount, bool isMouse)
 {
-    if (m_stack.empty() || !m_clicks.acceptNavigation(now(), isMouse, clickCount))
-        return;
-    m_stack.pop_back();
-    if (!m_query.search.isEmpty()) {
-        m_query.search.clear();
-        emit searchChanged();
-    }
-    refresh();
+    if (m_navigator.goBack(clickCount, isMouse))
+        folderMoved(true);
 }
 
 void SpaceModel::goToCrumb(int index)
 {
-    const size_t keep = index < 0 ? 0 : size_t(index) + 1;
-    if (keep >= m_stack.size())
-        return;
-    m_stack.resize(keep);
-    if (!m_query.search.isEmpty()) {
+    if (m_navigator.goToCrumb(index))
+        folderMoved(true);
+}
+
+void SpaceModel::folderMoved(bool clearSearch)
+{
+    if (clearSearch && !m_query.search.isEmpty()) {
         m_query.search.clear();
         emit searchChanged();
     }
@@ -789,22 +468,13 @@ void SpaceModel::focus(const QByteArray &asked)
     const DirNodePtr node = result->node(path);
     if (!node)
         return;
-    std::vector<DirNodePtr> chain;
-    for (DirNodePtr n = node; n && n != result->root; n = n->parentNode())
-        chain.push_back(n);
-    std::reverse(chain.begin(), chain.end());
-    const bool countChanged = chain.size() != m_stack.size();
-    m_stack = std::move(chain);
-    if (countChanged && !m_query.search.isEmpty()) {
-        m_query.search.clear();
-        emit searchChanged();
-    }
-    refresh();
+    // Search stays when the depth does.
+    folderMoved(m_navigator.reach(result, node));
 }
 
 void SpaceModel::onResultChanged()
 {
-    m_stack.clear();
+    m_navigator.clear();
     m_smallFiles.clear();
     refresh();
     emit compositionChanged();
@@ -835,7 +505,7 @@ void SpaceModel::onQueueChanged()
 
 void SpaceModel::tap(int row, int modifiers, int clickCount, bool isMouse)
 {
-    if (ClickRules::isRepeat(isMouse, clickCount))
+    if (NavigationGuard::isRepeat(isMouse, clickCount))
         return;
     const ExplorerTile *tile = tileAt(row);
     if (!tile || !tile->entry())
@@ -858,9 +528,9 @@ void SpaceModel::toggle(int row, int clickCount, bool isMouse)
     if (!tile || !tile->entry() || !m_state)
         return;
     const ExplorerEntry entry = *tile->entry();
-    if (entry.measuring || ClickRules::isRepeat(isMouse, clickCount))
+    if (entry.measuring || NavigationGuard::isRepeat(isMouse, clickCount))
         return;
-    if (keptByGuard(entry.id)) {
+    if (TileRoles::isLocked(entry.id)) {
         m_state->showToast(TileText::protectedToast(entry.name, SafetyGuard::reason(entry.id)),
                            QStringLiteral("lock.fill"));
         return;
@@ -930,44 +600,8 @@ void SpaceModel::loadMore()
 
 void SpaceModel::loadSmallFiles()
 {
-    const DirNodePtr node = currentNode();
-    if (!node || !m_state)
-        return;
-    const QByteArray path = node->path();
-    if (m_smallFiles.contains(path) || m_loadingSmall.contains(path))
-        return;
-    m_loadingSmall.insert(path);
-    emit tilesChanged();
-
-    QSet<QByteArray> known;
-    for (const DirNodePtr &child : node->children)
-        known.insert(child->name);
-    for (const FileItem &file : node->files)
-        known.insert(file.name);
-    const bool skipHidden = Prefs::boolean(Prefs::skipHiddenFiles);
-    const int revision = m_state->revision();
-    QPointer<SpaceModel> self(this);
-    QThreadPool::globalInstance()->start([self, path, known, skipHidden, revision] {
-        const QList<SmallFile> found = readLooseFiles(path, known, skipHidden);
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(),
-            [self, path, found, revision] {
-                if (!self)
-                    return;
-                self->m_loadingSmall.remove(path);
-                // A removal in the meantime made the listing stale.
-                if (self->m_state && self->m_state->revision() == revision) {
-                    QList<ExplorerEntry> entries;
-                    entries.reserve(found.size());
-                    for (const SmallFile &f : found)
-                        entries.append(ExplorerEntry::smallFile(f.path, f.size));
-                    self->m_smallFiles.insert(path, entries);
-                }
-                self->refresh();
-                emit self->smallFilesLoaded(path);
-            },
-            Qt::QueuedConnection);
-    });
+    if (m_smallFiles.load(currentNode()))
+        emit tilesChanged();
 }
 
 // -- Context actions -----------------------------------------------------------
@@ -995,38 +629,5 @@ void SpaceModel::preview(int row)
     const ExplorerTile *tile = tileAt(row);
     if (!tile || !tile->entry() || tile->entry()->isDirectory)
         return;
-    emit previewRequested(previewDetails(tile->entry()->id));
-}
-
-QVariantMap SpaceModel::previewDetails(const QByteArray &path)
-{
-    const QString text = Paths::toText(path);
-    const QMimeDatabase mimes;
-    const QMimeType mime = mimes.mimeTypeForFile(text);
-    QString kind = QStringLiteral("other");
-    QString content;
-    if (mime.name().startsWith(QLatin1String("image/")))
-        kind = QStringLiteral("image");
-    else if (mime.inherits(QStringLiteral("text/plain"))) {
-        QFile file(text);
-        if (file.open(QIODevice::ReadOnly)) {
-            kind = QStringLiteral("text");
-            content = QString::fromUtf8(file.read(64 * 1024));
-        }
-    }
-    struct stat st;
-    const bool exists = ::lstat(path.constData(), &st) == 0;
-    const QFileInfo info(text);
-    return {
-        {QStringLiteral("path"), text},
-        {QStringLiteral("url"), QUrl::fromLocalFile(text)},
-        {QStringLiteral("name"), Paths::toDisplay(Paths::lastComponent(path))},
-        {QStringLiteral("location"), TileText::abbreviateWithTilde(path)},
-        {QStringLiteral("kind"), kind},
-        {QStringLiteral("type"), mime.comment()},
-        {QStringLiteral("text"), content},
-        {QStringLiteral("exists"), exists},
-        {QStringLiteral("size"), exists ? Fmt::bytes(qint64(st.st_blocks) * 512) : QString()},
-        {QStringLiteral("modified"), exists ? QLocale().toString(info.lastModified(), QLocale::LongFormat) : QString()},
-    };
+    emit previewRequested(FilePreview::details(tile->entry()->id));
 }

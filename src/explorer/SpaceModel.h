@@ -1,7 +1,20 @@
+// The list model of the Space explorer's grid, the object its QML talks to:
+// the shown tiles as rows, with the search, filter, sort, layout, paging, clicks
+// and hover that decide them. Lives on the main thread; follows AppState.
+
 #pragma once
 
-#include "ExplorerTypes.h"
+#include "ExplorerEntry.h"
+#include "ExplorerFilter.h"
+#include "ExplorerLayout.h"
+#include "ExplorerQuery.h"
+#include "ExplorerSort.h"
+#include "ExplorerTile.h"
+#include "SmallFileStore.h"
+#include "SpaceHeader.h"
+#include "SpaceNavigator.h"
 #include "SpaceView.h"
+#include "TileMemo.h"
 #include "TileText.h"
 
 #include <QAbstractListModel>
@@ -18,13 +31,11 @@
 
 class AppState;
 
-// The state and the actions of the Space explorer: which folder is shown, the
-// search, filter, sort and layout, paging, the loose small files, clicks, keys
-// and hover. The rows are the first `shown` tiles of the current list, so the
-// view never holds more than it draws; the whole list is built once per change
-// of its key (see SpaceView::resultTiles) and not for hover, scroll or paging.
-//
-// Lives on the main thread. Reads AppState and follows its signals.
+// The rows are the first `shown` tiles of the current list, so the view never
+// holds more than it draws; the whole list is built once per change of its key
+// (see SpaceView::resultTiles) and not for hover, scroll or paging. Where it
+// stands is the navigator's; the header texts come from SpaceHeader and are
+// forwarded as properties, so QML reaches everything through this one object.
 class SpaceModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -95,11 +106,11 @@ public:
     explicit SpaceModel(QObject *parent = nullptr);
     ~SpaceModel() override;
 
-    AppState *state() const { return m_state; }
+    AppState *state() const;
     void setState(AppState *state);
 
     // Seconds on a monotonic clock; replaceable for tests.
-    void setClock(std::function<double()> clock) { m_clock = std::move(clock); }
+    void setClock(std::function<double()> clock) { m_navigator.setClock(std::move(clock)); }
 
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;
@@ -133,30 +144,30 @@ public:
     QString smallRowText() const;
 
     DirNodePtr currentNode() const;
-    const std::vector<DirNodePtr> &stack() const { return m_stack; }
+    const std::vector<DirNodePtr> &stack() const { return m_navigator.stack(); }
     QString folderKey() const;
-    bool canGoBack() const { return !m_stack.empty(); }
-    QStringList crumbs() const;
-    QString subtitle() const;
-    QString currentSizeText() const;
-    QString currentFilesText() const;
+    bool canGoBack() const { return m_navigator.canGoBack(); }
+    QStringList crumbs() const { return m_header.crumbs(); }
+    QString subtitle() const { return m_header.subtitle(); }
+    QString currentSizeText() const { return m_header.sizeText(); }
+    QString currentFilesText() const { return m_header.filesText(); }
 
     QString hoveredText() const;
     bool gridFocused() const { return m_gridFocused; }
     void setGridFocused(bool focused);
     double waterLevel() const;
 
-    QString discoveringTitle() const;
-    QString scanPath() const;
-    QString scanBytesText() const;
-    QString scanCountsText() const;
-    QVariantList composition() const;
-    QVariantList recents() const;
+    QString discoveringTitle() const { return m_header.discoveringTitle(); }
+    QString scanPath() const { return m_header.scanPath(); }
+    QString scanBytesText() const { return m_header.scanBytesText(); }
+    QString scanCountsText() const { return m_header.scanCountsText(); }
+    QVariantList composition() const { return m_header.composition(); }
+    QVariantList recents() const { return m_header.recents(); }
 
     // The whole current list (welcome, discovering or results).
     const QList<ExplorerTile> &allTiles() const;
     const TileMemo &memo() const { return m_memo; }
-    const QHash<QByteArray, QList<ExplorerEntry>> &smallFiles() const { return m_smallFiles; }
+    const QHash<QByteArray, QList<ExplorerEntry>> &smallFiles() const { return m_smallFiles.all(); }
 
     // -- Actions from the view -------------------------------------------------
     // A tap on row `row`: `modifiers` as Qt::KeyboardModifiers, `clickCount` 2
@@ -184,10 +195,13 @@ public:
     Q_INVOKABLE void openFullDiskAccessSettings();
     // Widths of the composition strip's segments for a bar `width` wide: each
     // its share of the width less the gaps, and at least 2.
-    Q_INVOKABLE QVariantList segmentWidths(double width) const;
+    Q_INVOKABLE QVariantList segmentWidths(double width) const { return m_header.segmentWidths(width); }
     // How many legend entries fit in `width`: 6, else 4, 3 or 2 (or all, when
     // fewer), given the width of each entry in order and the gap between them.
-    Q_INVOKABLE int legendCount(const QVariantList &entryWidths, double width, double gap) const;
+    Q_INVOKABLE int legendCount(const QVariantList &entryWidths, double width, double gap) const
+    {
+        return SpaceHeader::legendCount(entryWidths, width, gap);
+    }
 
     // The paths a running removal is taking; their tiles fade out. Empty when
     // none runs.
@@ -196,8 +210,6 @@ public:
     // -- Conveniences for tests and C++ callers --------------------------------
     int rowOf(const QByteArray &id) const;
     void focus(const QByteArray &asked);
-    // The details the preview window shows for a file.
-    static QVariantMap previewDetails(const QByteArray &path);
 
 signals:
     void stateChanged();
@@ -215,7 +227,7 @@ signals:
     void compositionChanged();
     void recentsChanged();
     void smallFilesLoaded(const QByteArray &path);
-    // The preview window should show this file (see previewDetails).
+    // The preview window should show this file (see FilePreview::details).
     void previewRequested(const QVariantMap &details);
 
 private:
@@ -226,18 +238,19 @@ private:
     void setShown(int shown);
     void resetShown() { m_shown = pageSize; }
     void openNode(const DirNodePtr &node, int clickCount, bool isMouse);
+    // After the navigator moved: clears the search if asked, and refreshes.
+    void folderMoved(bool clearSearch);
     void toggleInQueue(const ExplorerEntry &entry);
     void onResultChanged();
     void onRevisionChanged();
     void onQueueChanged();
-    QList<ExplorerEntry> smallFor(const DirNodePtr &node) const;
-    double now() const { return m_clock(); }
 
     QPointer<AppState> m_state;
     SpaceView::Mode m_mode = SpaceView::Mode::welcome;
-    SpaceView::Query m_query;
+    ExplorerQuery m_query;
     ExplorerLayout m_layout;
-    std::vector<DirNodePtr> m_stack;
+    SpaceNavigator m_navigator;
+    SpaceHeader m_header{m_navigator};
     TileMemo m_memo;
     QList<ExplorerTile> m_otherTiles; // welcome or discovering
     QList<QByteArray> m_rowIds;       // ids of the rows as the view has them
@@ -248,11 +261,8 @@ private:
     int m_shown = pageSize;
     QByteArray m_hovered;
     bool m_gridFocused = false;
-    ClickRules m_clicks;
-    QHash<QByteArray, QList<ExplorerEntry>> m_smallFiles;
-    QSet<QByteArray> m_loadingSmall;
+    SmallFileStore m_smallFiles;
     QSet<QByteArray> m_vanishing;
     QString m_lastFolderKey;
-    std::function<double()> m_clock;
     QList<QMetaObject::Connection> m_connections;
 };

@@ -1,3 +1,6 @@
+// QML declarations, compiled in the QML module, for the explorer's list model
+// and the base of every list model. Declarations only; nothing runs.
+
 #pragma once
 
 #include "explorer/SpaceModel.h"

@@ -1,5 +1,7 @@
 #include "SpaceView.h"
 
+#include "PlaceholderKind.h"
+
 #include "removal/CleanQueue.h"
 
 #include <QHash>
@@ -122,7 +124,7 @@ QList<ExplorerTile> discoveringTiles(const ScanProgress &progress, QHash<QByteAr
     return tiles;
 }
 
-bool matches(const ExplorerTile &tile, const Query &query, const CleanQueue &queue)
+bool matches(const ExplorerTile &tile, const ExplorerQuery &query, const CleanQueue &queue)
 {
     const ExplorerEntry *e = tile.entry();
     if (!e)
@@ -155,7 +157,7 @@ size_t selectionHash(const CleanQueue &queue)
     return h == 0 ? 1 : h;
 }
 
-TileKey key(const DirNode *node, int revision, const Query &query, const CleanQueue &queue, int small)
+TileKey key(const DirNode *node, int revision, const ExplorerQuery &query, const CleanQueue &queue, int small)
 {
     TileKey k;
     k.node = node;
@@ -169,7 +171,7 @@ TileKey key(const DirNode *node, int revision, const Query &query, const CleanQu
 }
 
 const QList<ExplorerTile> &resultTiles(const DirNodePtr &current, int revision, const QList<ExplorerEntry> &small,
-                                       const Query &query, const CleanQueue &queue, TileMemo &memo)
+                                       const ExplorerQuery &query, const CleanQueue &queue, TileMemo &memo)
 {
     if (!current) {
         static const QList<ExplorerTile> none;

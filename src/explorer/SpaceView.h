@@ -1,6 +1,13 @@
+// The tile lists of the Space explorer (welcome, discovering, results) and the
+// rules that mark, filter and sort them. Plain functions without state of their
+// own; called on the main thread.
+
 #pragma once
 
-#include "ExplorerTypes.h"
+#include "ExplorerEntry.h"
+#include "ExplorerQuery.h"
+#include "ExplorerTile.h"
+#include "TileMemo.h"
 
 #include "core/ScanResult.h"
 
@@ -36,27 +43,20 @@ QList<ExplorerTile> welcomeTiles();
 // `risks`, if given, keeps each path's verdict between calls of one scan.
 QList<ExplorerTile> discoveringTiles(const ScanProgress &progress, QHash<QByteArray, Risk> *risks = nullptr);
 
-// What the results list is filtered and sorted by.
-struct Query {
-    QString search;
-    ExplorerFilter filter;
-    ExplorerSort sort;
-};
-
 // Search (case-insensitive, as typed, on the name only) and filter; a
 // placeholder never matches.
-bool matches(const ExplorerTile &tile, const Query &query, const CleanQueue &queue);
+bool matches(const ExplorerTile &tile, const ExplorerQuery &query, const CleanQueue &queue);
 
 // The hash of the queue's ids in order; what the `selected` filter keys on.
 size_t selectionHash(const CleanQueue &queue);
 
-TileKey key(const DirNode *node, int revision, const Query &query, const CleanQueue &queue, int small);
+TileKey key(const DirNode *node, int revision, const ExplorerQuery &query, const CleanQueue &queue, int small);
 
 // The tiles of a folder: its non-empty folders and its files, largest first,
 // then `small` (never bloated), filtered and sorted. Answered from `memo` when
 // the key is the same.
 const QList<ExplorerTile> &resultTiles(const DirNodePtr &current, int revision, const QList<ExplorerEntry> &small,
-                                       const Query &query, const CleanQueue &queue, TileMemo &memo);
+                                       const ExplorerQuery &query, const CleanQueue &queue, TileMemo &memo);
 
 // Seed of an id: 0...996, stable within one run.
 int seed(const QByteArray &id);

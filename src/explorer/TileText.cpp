@@ -134,6 +134,22 @@ QString showingLine(qint64 visible, qint64 all)
         .arg(QLocale().toString(visible), QLocale().toString(all));
 }
 
+QString emptyLine(const ExplorerQuery &query)
+{
+    if (!query.search.isEmpty())
+        return explorerText(QT_TRANSLATE_NOOP("Explorer", "Nothing here is named like “%1”.")).arg(query.search);
+    if (query.filter == ExplorerFilter::all)
+        return explorerText(QT_TRANSLATE_NOOP("Explorer", "This folder is empty."));
+    return explorerText(QT_TRANSLATE_NOOP("Explorer", "No %1 in this folder.")).arg(query.filter.title().toLower());
+}
+
+QString smallFilesLine(qint64 size, bool loading)
+{
+    if (loading)
+        return explorerText(QT_TRANSLATE_NOOP("Explorer", "Loading %1 in smaller files…")).arg(Fmt::bytes(size));
+    return explorerText(QT_TRANSLATE_NOOP("Explorer", "Scroll to load %1 in smaller files")).arg(Fmt::bytes(size));
+}
+
 QList<double> segmentWidths(const QList<qint64> &sizes, double width)
 {
     double total = 0;
@@ -160,13 +176,3 @@ int legendCount(const QList<double> &entryWidths, double width, double gap)
 }
 
 } // namespace TileText
-
-bool ClickRules::acceptNavigation(double now, bool isMouse, int clickCount)
-{
-    if (isRepeat(isMouse, clickCount))
-        return false;
-    if (isMouse && now - m_last < navigationGuard)
-        return false;
-    m_last = now;
-    return true;
-}

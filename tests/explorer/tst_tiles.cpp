@@ -299,7 +299,7 @@ private slots:
         inside.id = "/data/photos/x.jpg"; // covered, not shown here anyway
         queue.add(inside);
 
-        SpaceView::Query query{search, *ExplorerFilter::fromRawValue(filter), *ExplorerSort::fromRawValue(sort)};
+        ExplorerQuery query{search, *ExplorerFilter::fromRawValue(filter), *ExplorerSort::fromRawValue(sort)};
         TileMemo memo;
         QCOMPARE(names(SpaceView::resultTiles(root, 0, {}, query, queue, memo)), expected);
     }
@@ -324,7 +324,7 @@ private slots:
         Trees::settle(root);
         CleanQueue queue;
         TileMemo memo;
-        SpaceView::Query query;
+        ExplorerQuery query;
 
         SpaceView::resultTiles(root, 1, {}, query, queue, memo);
         QCOMPARE(memo.builds, 1);

@@ -1,5 +1,6 @@
 #include "TestMain.h"
 
+#include "explorer/NavigationGuard.h"
 #include "explorer/TileText.h"
 
 namespace {
@@ -119,7 +120,7 @@ private slots:
             e.risk = {Risk::Level::caution, u"Look first"_qs, u"Why"_qs};
         if (s.contains(u"artifact"_qs))
             e.artifactKind = u"Rust"_qs;
-        TileText::HelpFacts facts;
+        HelpFacts facts;
         facts.layout = s.contains(u"list"_qs) ? ExplorerLayout::list : ExplorerLayout::icons;
         facts.condition = s.contains(u"bloated"_qs) ? ExplorerTile::Condition::bloated : ExplorerTile::Condition::clean;
         facts.isProtected = s.contains(u"protected"_qs);
@@ -173,12 +174,12 @@ private slots:
     void repeatsAndTheNavigationGuard()
     {
         // The second click of a double-click never counts.
-        QVERIFY(ClickRules::isRepeat(true, 2));
-        QVERIFY(ClickRules::isRepeat(true, 3));
-        QVERIFY(!ClickRules::isRepeat(true, 1));
-        QVERIFY(!ClickRules::isRepeat(false, 2));
+        QVERIFY(NavigationGuard::isRepeat(true, 2));
+        QVERIFY(NavigationGuard::isRepeat(true, 3));
+        QVERIFY(!NavigationGuard::isRepeat(true, 1));
+        QVERIFY(!NavigationGuard::isRepeat(false, 2));
 
-        ClickRules rules;
+        NavigationGuard rules;
         QVERIFY(rules.acceptNavigation(10.0, true, 1));
         QVERIFY(!rules.acceptNavigation(10.2, true, 1));  // 0.2 s later by mouse: held back
         QVERIFY(!rules.acceptNavigation(10.3, true, 2));  // a repeat

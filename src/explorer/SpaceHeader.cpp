@@ -1,0 +1,171 @@
+#include "SpaceHeader.h"
+
+#include "TileText.h"
+
+#include "state/AppState.h"
+#include "core/FileCategory.h"
+#include "core/Fmt.h"
+#include "core/Paths.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+#include <QVariantMap>
+
+#include <algorithm>
+
+namespace {
+
+QString explorerText(const char *text) { return QCoreApplication::translate("Explorer", text); }
+
+// The hue of each category in the composition strip, in turns (0...1); the
+// strip gives all the same saturation and brightness.
+double categoryHue(FileCategory category)
+{
+    switch (category) {
+    case FileCategory::video:
+        return 0.78;
+    case FileCategory::audio:
+        return 0.90;
+    case FileCategory::image:
+        return 0.55;
+    case FileCategory::document:
+        return 0.12;
+    case FileCategory::archive:
+        return 0.06;
+    case FileCategory::diskImage:
+        return 0.98;
+    case FileCategory::application:
+        return 0.40;
+    case FileCategory::code:
+        return 0.25;
+    case FileCategory::developer:
+        return 0.47;
+    case FileCategory::other:
+        break;
+    }
+    return 0.62;
+}
+
+} // namespace
+
+void SpaceHeader::setState(AppState *state) { m_state = state; }
+
+DirNodePtr SpaceHeader::current() const { return m_navigator.current(m_state ? m_state->result() : nullptr); }
+
+QStringList SpaceHeader::crumbs() const
+{
+    QStringList out;
+    if (!m_state || !m_state->result() || !m_state->result()->root)
+        return out;
+    out << Fmt::displayName(m_state->result()->root->path());
+    for (const DirNodePtr &node : m_navigator.stack())
+        out << Paths::toDisplay(node->name);
+    return out;
+}
+
+QString SpaceHeader::subtitle() const
+{
+    const DirNodePtr node = current();
+    if (!node)
+        return {};
+    if (m_navigator.canGoBack())
+        return TileText::abbreviateWithTilde(node->path());
+    const double duration = m_state && m_state->result() ? m_state->result()->duration : 0;
+    return explorerText(QT_TRANSLATE_NOOP("Explorer", "Scanned %1 in %2"))
+        .arg(TileText::abbreviateWithTilde(node->path()), Fmt::duration(duration));
+}
+
+QString SpaceHeader::sizeText() const
+{
+    const DirNodePtr node = current();
+    return node ? Fmt::bytes(node->size) : QString();
+}
+
+QString SpaceHeader::filesText() const
+{
+    const DirNodePtr node = current();
+    return node ? explorerText(QT_TRANSLATE_NOOP("Explorer", "%1 files")).arg(QLocale().toString(node->fileCount))
+                : QString();
+}
+
+QString SpaceHeader::discoveringTitle() const
+{
+    if (!m_state || m_state->scanTarget().isEmpty())
+        return explorerText(QT_TRANSLATE_NOOP("Explorer", "Reading your disk"));
+    return explorerText(QT_TRANSLATE_NOOP("Explorer", "Reading %1")).arg(Fmt::displayName(m_state->scanTarget()));
+}
+
+QString SpaceHeader::scanPath() const
+{
+    return m_state ? Paths::toDisplay(m_state->progress().currentPath) : QString();
+}
+
+QString SpaceHeader::scanBytesText() const { return Fmt::bytes(m_state ? m_state->progress().bytesScanned : 0); }
+
+QString SpaceHeader::scanCountsText() const
+{
+    if (!m_state)
+        return {};
+    const ScanProgress &p = m_state->progress();
+    return explorerText(QT_TRANSLATE_NOOP("Explorer", "%1 files · %2 found"))
+        .arg(QLocale().toString(p.filesScanned), QLocale().toString(qint64(p.discovered.size())));
+}
+
+QVariantList SpaceHeader::composition() const
+{
+    QVariantList out;
+    if (!m_state || !m_state->result())
+        return out;
+    struct Part {
+        FileCategory category;
+        qint64 size;
+    };
+    QList<Part> parts;
+    for (const FileCategory c : FileCategory::allCases) {
+        const CategoryTotal t = m_state->result()->total(c);
+        if (t.size > 0)
+            parts.append({c, t.size});
+    }
+    std::stable_sort(parts.begin(), parts.end(), [](const Part &a, const Part &b) { return a.size > b.size; });
+    for (const Part &p : parts)
+        out << QVariantMap{
+            {QStringLiteral("category"), p.category.id()},
+            {QStringLiteral("title"), p.category.title()},
+            {QStringLiteral("size"), double(p.size)},
+            {QStringLiteral("hue"), categoryHue(p.category)},
+            {QStringLiteral("help"), QStringLiteral("%1: %2").arg(p.category.title(), Fmt::bytes(p.size))},
+        };
+    return out;
+}
+
+QVariantList SpaceHeader::segmentWidths(double width) const
+{
+    QList<qint64> sizes;
+    for (const QVariant &part : composition())
+        sizes << qint64(part.toMap().value(QStringLiteral("size")).toDouble());
+    QVariantList out;
+    for (const double w : TileText::segmentWidths(sizes, width))
+        out << w;
+    return out;
+}
+
+int SpaceHeader::legendCount(const QVariantList &entryWidths, double width, double gap)
+{
+    QList<double> widths;
+    for (const QVariant &w : entryWidths)
+        widths << w.toDouble();
+    return TileText::legendCount(widths, width, gap);
+}
+
+QVariantList SpaceHeader::recents() const
+{
+    QVariantList out;
+    if (!m_state)
+        return out;
+    const QByteArrayList &recents = m_state->recents();
+    for (qsizetype i = 0; i < recents.size() && i < 3; ++i)
+        out << QVariantMap{{QStringLiteral("path"), Paths::toText(recents[i])},
+                           {QStringLiteral("title"), Fmt::displayName(recents[i])},
+                           {QStringLiteral("help"), Paths::toDisplay(recents[i])}};
+    return out;
+}
