@@ -2,7 +2,7 @@
 
 #include "ModalPresenter.h"
 #include "ScanControls.h"
-#include "ShellRules.h"
+#include "Shell.h"
 #include "ToastTimer.h"
 
 #include <QDir>

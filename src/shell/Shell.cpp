@@ -1,4 +1,4 @@
-#include "ShellRules.h"
+#include "Shell.h"
 
 #include "ItemRowRules.h"
 
