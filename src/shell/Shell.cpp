@@ -1,6 +1,7 @@
 #include "Shell.h"
 
 #include "ItemRowRules.h"
+#include "ShellRules.h"
 
 #include "AppStateForeign.h"
 
@@ -11,43 +12,9 @@
 #include "removal/CleanQueue.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QGuiApplication>
 
-#include <sys/stat.h>
-
 #include <algorithm>
-
-namespace ShellRules {
-
-SidebarItem sectionForArea(Area area, std::optional<SidebarItem> lastInArea)
-{
-    if (lastInArea && lastInArea->area() == area)
-        return *lastInArea;
-    const QList<SidebarItem> items = area.items();
-    return items.isEmpty() ? SidebarItem() : items.first();
-}
-
-std::optional<QByteArray> folderToScan(const QList<QUrl> &urls)
-{
-    if (urls.isEmpty() || !urls.first().isLocalFile())
-        return std::nullopt;
-    // The URL's path holds the bytes of the name, percent-decoded; keep them.
-    const QByteArray path = QByteArray::fromPercentEncoding(urls.first().path(QUrl::FullyEncoded).toLatin1());
-    struct stat info {};
-    if (path.isEmpty() || ::stat(path.constData(), &info) != 0 || !S_ISDIR(info.st_mode))
-        return std::nullopt;
-    return path;
-}
-
-QByteArray applicationsFolder()
-{
-    // Linux keeps installed programs under /usr (and /opt for those from
-    // outside the distribution); there is no one folder of applications.
-    return Platform::current() == Platform::macOS ? QByteArray("/Applications") : QByteArray("/usr");
-}
-
-} // namespace ShellRules
 
 namespace {
 

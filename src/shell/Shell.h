@@ -1,12 +1,12 @@
+// Shell: the QML singleton the window binds to. It owns the scan controls,
+// the sheet presenter and the toast timer, and keeps them current from the
+// application state; it lives on the GUI thread, with that state.
 #pragma once
 
 #include "ModalPresenter.h"
 #include "ScanControls.h"
 #include "ToastTimer.h"
 
-#include "core/Navigation.h"
-
-#include <QByteArray>
 #include <QList>
 #include <QObject>
 #include <QQmlEngine>
@@ -14,20 +14,7 @@
 #include <QUrl>
 #include <QVariantList>
 
-#include <optional>
-
 class AppState;
-
-// Small rules of the window.
-namespace ShellRules {
-// Going to an area shows the item last shown there, or else its first item.
-SidebarItem sectionForArea(Area area, std::optional<SidebarItem> lastInArea);
-// A drop on the window scans the first dropped URL if it is a local folder.
-// An empty list, a file or anything else gives nothing.
-std::optional<QByteArray> folderToScan(const QList<QUrl> &urls);
-// The folder the scan menu's "Applications" row scans.
-QByteArray applicationsFolder();
-} // namespace ShellRules
 
 // The window's view of the application state: what the top bar, the scan menu,
 // the sheets and the toasts show, kept current from AppState. QML binds to it

@@ -2,7 +2,7 @@
 
 #include "ModalPresenter.h"
 #include "ScanControls.h"
-#include "Shell.h"
+#include "ShellRules.h"
 #include "ToastTimer.h"
 
 #include <QDir>
