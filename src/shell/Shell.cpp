@@ -1,6 +1,7 @@
 #include "Shell.h"
 
 #include "ItemRowRules.h"
+#include "SelectionDrop.h"
 #include "ShellRules.h"
 
 #include "AppStateForeign.h"

@@ -1,6 +1,6 @@
 #include "TestMain.h"
 
-#include "ItemRowRules.h"
+#include "ItemRowModel.h"
 #include "SheetModels.h"
 
 #include "core/AppState.h"
