@@ -3,7 +3,7 @@
 
 #include "AppStateForeign.h"
 #include "ItemRowRules.h"
-#include "SheetModels.h"
+#include "ReviewModel.h"
 
 #include "core/AppState.h"
 #include "core/Fmt.h"

@@ -1,7 +1,7 @@
 #include "TestMain.h"
 
 #include "ItemRowModel.h"
-#include "SheetModels.h"
+#include "ReviewModel.h"
 
 #include "core/AppState.h"
 #include "core/Paths.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Deletion.h"
-#include "SheetRules.h"
+#include "removal/Deletion.h"
+#include "removal/SheetRules.h"
 
 #include <QObject>
 #include <QPointer>

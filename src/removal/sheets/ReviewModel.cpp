@@ -1,4 +1,4 @@
-#include "SheetModels.h"
+#include "ReviewModel.h"
 
 #include "AppStateForeign.h"
 
