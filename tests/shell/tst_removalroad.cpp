@@ -2,6 +2,7 @@
 #include "TestMain.h"
 
 #include "AppStateForeign.h"
+#include "FailureModel.h"
 #include "ItemRowRules.h"
 #include "ReviewModel.h"
 

@@ -1,5 +1,7 @@
 #include "TestMain.h"
 
+#include "ConfirmModel.h"
+#include "DeletionModel.h"
 #include "ItemRowModel.h"
 #include "ReviewModel.h"
 

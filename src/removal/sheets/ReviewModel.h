@@ -1,22 +1,24 @@
+// ReviewModel: the review sheet, the last look before anything is removed.
+// Owns the sheet's own choices (unticked and expanded rows, the acknowledged
+// dangers); QML makes one on the GUI thread each time the sheet appears.
 #pragma once
 
-#include "removal/Deletion.h"
 #include "removal/SheetRules.h"
 
+#include <QByteArray>
+#include <QList>
 #include <QObject>
 #include <QPointer>
 #include <QQmlEngine>
 #include <QSet>
+#include <QString>
 #include <QVariantList>
 
 class AppState;
 
-// The presentation of the sheets around a removal, as QML reads them. Each is
-// made when its sheet appears, so the sheet's own state (unticked rows, the
-// acknowledgement) starts afresh every time. All follow AppStateForeign's
-// state unless given another.
-
 // The last look before anything is removed.
+// Made when its sheet appears, so the sheet's own state starts afresh every
+// time. Follows AppStateForeign's state unless given another.
 class ReviewModel : public QObject
 {
     Q_OBJECT
@@ -79,155 +81,4 @@ private:
     QList<CleanItem> m_included;
     QList<CleanItem> m_dangers;
     ReviewRules::DangerBanner m_banner;
-};
-
-// What a Deep Clean location holds, with a tick for each entry.
-class JunkContentsModel : public QObject
-{
-    Q_OBJECT
-    QML_ELEMENT
-
-    Q_PROPERTY(QString locationId READ locationId WRITE setLocationId NOTIFY changed)
-    Q_PROPERTY(int limit READ limit WRITE setLimit NOTIFY changed)
-    // [{path, name, sizeText, ticked, help}], the first `limit`
-    Q_PROPERTY(QVariantList entries READ entries NOTIFY changed)
-    Q_PROPERTY(bool loading READ loading NOTIFY changed)
-    Q_PROPERTY(bool empty READ empty NOTIFY changed)
-
-public:
-    explicit JunkContentsModel(QObject *parent = nullptr);
-    void setState(AppState *state);
-
-    QString locationId() const { return m_locationId; }
-    void setLocationId(const QString &id);
-    int limit() const { return m_limit; }
-    void setLimit(int limit);
-    QVariantList entries() const;
-    bool loading() const;
-    bool empty() const;
-
-    Q_INVOKABLE void toggle(const QString &path);
-    Q_INVOKABLE void copyPath(const QString &path);
-    Q_INVOKABLE void reveal(const QString &path);
-
-Q_SIGNALS:
-    void changed();
-
-private:
-    const JunkLocation *location() const;
-    QList<JunkEntry> allEntries() const;
-
-    QPointer<AppState> m_state;
-    QString m_locationId;
-    int m_limit = 50;
-};
-
-// A removal waiting for its go.
-class DeletionModel : public QObject
-{
-    Q_OBJECT
-    QML_ELEMENT
-
-    Q_PROPERTY(QString title READ title CONSTANT)
-    Q_PROPERTY(QString freesText READ freesText CONSTANT)
-    // [{path, name, sizeText}], at most RowLimit::deletionRows
-    Q_PROPERTY(QVariantList rows READ rows CONSTANT)
-    Q_PROPERTY(QString moreLine READ moreLine CONSTANT)
-    Q_PROPERTY(QString protectedNote READ protectedNote CONSTANT)
-
-public:
-    explicit DeletionModel(QObject *parent = nullptr);
-    void setState(AppState *state);
-
-    QString title() const { return m_request ? m_request->title : QString(); }
-    QString freesText() const;
-    QVariantList rows() const;
-    QString moreLine() const;
-    QString protectedNote() const;
-
-    Q_INVOKABLE void cancel();
-    Q_INVOKABLE void sorvelise(bool permanently);
-
-private:
-    QList<DeletionItem> shownItems() const;
-
-    QPointer<AppState> m_state;
-    std::optional<DeletionRequest> m_request;
-};
-
-// A question before an action.
-class ConfirmModel : public QObject
-{
-    Q_OBJECT
-    QML_ELEMENT
-
-    Q_PROPERTY(QString title READ title CONSTANT)
-    Q_PROPERTY(QString message READ message CONSTANT)
-    Q_PROPERTY(QString actionTitle READ actionTitle CONSTANT)
-    Q_PROPERTY(bool destructive READ destructive CONSTANT)
-
-public:
-    explicit ConfirmModel(QObject *parent = nullptr);
-    void setState(AppState *state);
-
-    QString title() const { return m_request ? m_request->title : QString(); }
-    QString message() const { return m_request ? m_request->message : QString(); }
-    QString actionTitle() const { return m_request ? m_request->actionTitle : QString(); }
-    bool destructive() const { return m_request && m_request->destructive; }
-
-    Q_INVOKABLE void cancel();
-    // Clears the question, then runs its action.
-    Q_INVOKABLE void perform();
-
-private:
-    QPointer<AppState> m_state;
-    std::optional<ConfirmRequest> m_request;
-};
-
-// What stayed behind after a removal, by reason.
-class FailureModel : public QObject
-{
-    Q_OBJECT
-    QML_ELEMENT
-
-    Q_PROPERTY(QString heading READ heading CONSTANT)
-    // [{title, countText, explanation, rows: [{path, name, subtitle}], more}]
-    Q_PROPERTY(QVariantList groups READ groups CONSTANT)
-    Q_PROPERTY(bool showsFullDiskAccess READ showsFullDiskAccess NOTIFY accessChanged)
-
-public:
-    explicit FailureModel(QObject *parent = nullptr);
-    void setState(AppState *state);
-
-    QString heading() const;
-    QVariantList groups() const;
-    bool showsFullDiskAccess() const;
-
-    // The second line of a row: the system's words for `other`, else the
-    // folder that holds the path (the group already says why).
-    static QString subtitle(const DeletionFailure &failure);
-
-    Q_INVOKABLE void copyAll();
-    Q_INVOKABLE void copyGroup(int index);
-    Q_INVOKABLE void openFullDiskAccess();
-    Q_INVOKABLE void done();
-
-Q_SIGNALS:
-    void accessChanged();
-
-private:
-    QPointer<AppState> m_state;
-    QList<DeletionFailure> m_failures; // final while the sheet is up
-};
-
-// Copy and reveal of one path, for the small buttons of a row.
-class PathActionsModel : public QObject
-{
-    Q_OBJECT
-    QML_ELEMENT
-
-public:
-    using QObject::QObject;
-    Q_INVOKABLE void copy(const QString &path);
-    Q_INVOKABLE void reveal(const QString &path);
 };
