@@ -3,7 +3,7 @@
 #include "AppStateForeign.h"
 
 #include "core/AppState.h"
-#include "core/FileActions.h"
+#include "core/Desktop.h"
 #include "core/Fmt.h"
 #include "core/Paths.h"
 
@@ -138,8 +138,8 @@ void ItemRowModel::trigger(const QString &action)
         Q_EMIT openRequested();
     else if (action == QLatin1String("preview"))
         Q_EMIT previewRequested();
-    else if (action == QLatin1String("reveal") && !m_item->isJunk())
-        FileActions::reveal({m_item->id});
+    else if (action == QLatin1String("reveal") && !m_item->isJunk() && m_state && m_state->desktop())
+        m_state->desktop()->reveal({m_item->id});
     else if (action == QLatin1String("copy") && !m_item->isJunk() && m_state)
         m_state->copyPaths({m_item->id});
 }

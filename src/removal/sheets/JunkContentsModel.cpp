@@ -5,7 +5,7 @@
 #include "AppStateForeign.h"
 
 #include "core/AppState.h"
-#include "core/FileActions.h"
+#include "core/Desktop.h"
 #include "core/Paths.h"
 #include "deepclean/JunkLocation.h"
 #include "removal/SheetRules.h"
@@ -113,4 +113,8 @@ void JunkContentsModel::copyPath(const QString &path)
         m_state->copyPaths({Paths::fromText(path)});
 }
 
-void JunkContentsModel::reveal(const QString &path) { FileActions::reveal({Paths::fromText(path)}); }
+void JunkContentsModel::reveal(const QString &path)
+{
+    if (m_state && m_state->desktop())
+        m_state->desktop()->reveal({Paths::fromText(path)});
+}

@@ -3,7 +3,7 @@
 #include "AppStateForeign.h"
 
 #include "core/AppState.h"
-#include "core/FileActions.h"
+#include "core/Desktop.h"
 #include "core/Paths.h"
 
 void PathActionsModel::copy(const QString &path)
@@ -12,4 +12,9 @@ void PathActionsModel::copy(const QString &path)
         state->copyPaths({Paths::fromText(path)});
 }
 
-void PathActionsModel::reveal(const QString &path) { FileActions::reveal({Paths::fromText(path)}); }
+void PathActionsModel::reveal(const QString &path)
+{
+    AppState *state = AppStateForeign::instance();
+    if (state && state->desktop())
+        state->desktop()->reveal({Paths::fromText(path)});
+}

@@ -5,7 +5,7 @@
 #include "AppStateForeign.h"
 
 #include "core/AppState.h"
-#include "core/FileActions.h"
+#include "core/Desktop.h"
 #include "core/Paths.h"
 #include "deepclean/JunkLocation.h"
 
@@ -173,7 +173,11 @@ void ReviewModel::copyPath(const QString &id)
         m_state->copyPaths({Paths::fromText(id)});
 }
 
-void ReviewModel::reveal(const QString &id) { FileActions::reveal({Paths::fromText(id)}); }
+void ReviewModel::reveal(const QString &id)
+{
+    if (m_state && m_state->desktop())
+        m_state->desktop()->reveal({Paths::fromText(id)});
+}
 
 void ReviewModel::removeFromSelection(const QString &id)
 {
