@@ -1,5 +1,7 @@
 #include "GuiDesktop.h"
 
+#include "core/FileActions.h"
+
 #include <QClipboard>
 #include <QFile>
 #include <QGuiApplication>
@@ -8,7 +10,18 @@
 #include <QUrl>
 #include <QWindow>
 
+#if SORVEL_HAVE_DBUS
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#endif
+
 namespace {
+
+#if SORVEL_HAVE_DBUS && !defined(Q_OS_MACOS)
+// A file URL that keeps every byte of the path.
+QString fileUrl(const QByteArray &path) { return QString::fromLatin1("file://" + path.toPercentEncoding("/")); }
+#endif
 
 // One open folder dialog and the answer it owes. Answers exactly once: with the
 // folder on acceptance, with nothing when rejected or destroyed unanswered.
@@ -53,6 +66,34 @@ private:
 GuiDesktop::GuiDesktop(QQmlEngine *engine, QObject *parent) : QObject(parent), m_engine(engine) {}
 
 void GuiDesktop::copyText(const QString &text) { QGuiApplication::clipboard()->setText(text); }
+
+void GuiDesktop::reveal(const QByteArrayList &paths)
+{
+    if (paths.isEmpty())
+        return;
+#if SORVEL_HAVE_DBUS && !defined(Q_OS_MACOS)
+    if (QDBusConnection bus = QDBusConnection::sessionBus(); bus.isConnected()) {
+        QStringList uris;
+        for (const QByteArray &path : paths)
+            uris.append(fileUrl(path));
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
+            QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItems"));
+        call << uris << QString();
+        // Asynchronous, so that a file manager that is slow to start never holds
+        // up the caller; without one on the bus the folder is opened instead.
+        auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(call));
+        const QByteArray first = paths.first();
+        QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [first](QDBusPendingCallWatcher *w) {
+            if (w->isError())
+                FileActions::reveal({first});
+            w->deleteLater();
+        });
+        return;
+    }
+#endif
+    FileActions::reveal(paths);
+}
 
 void GuiDesktop::chooseFolder(const QString &prompt, const QString &message, const QByteArray &startIn,
                               FolderChosen done)

@@ -9,7 +9,8 @@
 class QQmlEngine;
 
 // The desktop as the running interface offers it: the clipboard of the window
-// system and a folder dialog of Qt Quick over the main window.
+// system, a folder dialog of Qt Quick over the main window, and the file
+// manager, asked over the session bus where there is one.
 class GuiDesktop : public QObject, public Desktop
 {
     Q_OBJECT
@@ -23,6 +24,7 @@ public:
     void chooseFolder(const QString &prompt, const QString &message, const QByteArray &startIn,
                       FolderChosen done) override;
     void copyText(const QString &text) override;
+    void reveal(const QByteArrayList &paths) override;
 
 private:
     QQmlEngine *m_engine;

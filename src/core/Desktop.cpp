@@ -4,6 +4,4 @@
 
 Desktop::~Desktop() = default;
 
-void Desktop::reveal(const QByteArrayList &paths) { FileActions::reveal(paths); }
-
 void Desktop::openFullDiskAccessSettings() { FileActions::openFullDiskAccessSettings(); }

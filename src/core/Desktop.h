@@ -27,9 +27,8 @@ public:
     // Puts plain text on the clipboard.
     virtual void copyText(const QString &text) = 0;
 
-    // Shows the paths selected in the file manager; FileActions::reveal unless
-    // overridden.
-    virtual void reveal(const QByteArrayList &paths);
+    // Shows the paths selected in the file manager. Does not wait.
+    virtual void reveal(const QByteArrayList &paths) = 0;
 
     // Opens the settings pane where Full Disk Access is granted;
     // FileActions::openFullDiskAccessSettings unless overridden.

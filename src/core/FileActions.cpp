@@ -6,12 +6,6 @@
 #include <QProcess>
 #include <QUrl>
 
-#if defined(SORVEL_HAS_DBUS)
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#endif
-
 #include <memory>
 
 namespace FileActions {
@@ -43,27 +37,6 @@ void reveal(const QByteArrayList &paths)
         args.append(QFile::decodeName(path));
     QProcess::startDetached(QStringLiteral("/usr/bin/open"), args);
 #else
-#if defined(SORVEL_HAS_DBUS)
-    if (QDBusConnection bus = QDBusConnection::sessionBus(); bus.isConnected()) {
-        QStringList uris;
-        for (const QByteArray &path : paths)
-            uris.append(fileUrl(path));
-        QDBusMessage call = QDBusMessage::createMethodCall(
-            QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("/org/freedesktop/FileManager1"),
-            QStringLiteral("org.freedesktop.FileManager1"), QStringLiteral("ShowItems"));
-        call << uris << QString();
-        // Asynchronous, so that a file manager that is slow to start never holds
-        // up the caller; without one on the bus the folder is opened instead.
-        auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(call));
-        const QByteArray first = paths.first();
-        QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [first](QDBusPendingCallWatcher *w) {
-            if (w->isError())
-                openFolderOf(first);
-            w->deleteLater();
-        });
-        return;
-    }
-#endif
     openFolderOf(paths.first());
 #endif
 }

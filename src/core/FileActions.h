@@ -12,9 +12,10 @@ class QObject;
 // privacy settings, run a helper command. No instances.
 namespace FileActions {
 
-// Shows the paths selected in the file manager. Linux: the freedesktop
-// FileManager1 D-Bus interface, else the folder holding the first path is
-// opened. macOS: Finder through `open -R`. Does not wait.
+// Shows the paths in the file manager without asking it over D-Bus. macOS:
+// Finder selects them through `open -R`. Elsewhere the folder holding the first
+// path is opened. Does not wait. The interface reveals through Desktop, whose
+// implementation asks the freedesktop FileManager1 first and falls back on this.
 void reveal(const QByteArrayList &paths);
 
 // Opens the Full Disk Access pane of the system settings. Only macOS has one;

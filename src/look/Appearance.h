@@ -1,3 +1,6 @@
+// Appearance: whether the desktop draws dark or light and wants animations.
+// Owns the portal's last answers and the decision made from them; lives on the
+// GUI thread, where it filters the application's palette changes.
 #pragma once
 
 #include <QObject>

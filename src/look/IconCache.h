@@ -1,3 +1,6 @@
+// IconCache: the desktop's file icons for QML, served as pixmaps. Owns the
+// cache of icons by path and size; Qt Quick asks pixmap providers on the GUI
+// thread.
 #pragma once
 
 #include <QByteArray>

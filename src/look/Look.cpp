@@ -1,6 +1,7 @@
 #include "Look.h"
 
 #include "IconCache.h"
+#include "SymbolProvider.h"
 #include "Symbols.h"
 
 #include "core/Paths.h"

@@ -1,7 +1,12 @@
+// Look: the QML singleton through which views reach colours, fonts, curves and
+// symbols. Owns the Appearance it resolves colours by; lives on the GUI thread
+// with the QML engine.
 #pragma once
 
 #include "Appearance.h"
+#include "Motion.h"
 #include "Palette.h"
+#include "Typo.h"
 
 #include <QColor>
 #include <QFont>

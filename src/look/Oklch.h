@@ -1,3 +1,5 @@
+// OKLCH: a colour value of the interface and its conversion to sRGB. A plain
+// value without state; any thread.
 #pragma once
 
 #include <QColor>

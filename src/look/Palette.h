@@ -1,16 +1,15 @@
+// Palette: every colour and gradient of the interface as OKLCH constants, each
+// adaptive one with a dark and a light value. Constants only; any thread.
 #pragma once
 
 #include "Oklch.h"
 
-#include <QEasingCurve>
-#include <QFont>
-
 #include <array>
 
-// The colours, gradients, small fonts and timing curves every view draws with.
-// Views never name a colour of their own: QML reads all of this through the
-// Look singleton, which resolves each adaptive colour by the current
-// appearance.
+// The colours and gradients every view draws with. Views never name a colour of
+// their own: QML reads all of this, with the small fonts of Typo and the timing
+// curves of Motion, through the Look singleton, which resolves each adaptive
+// colour by the current appearance.
 
 // A colour with one value for dark and one for light appearance.
 struct AdaptiveColor {
@@ -55,32 +54,3 @@ inline constexpr std::array<OKLCH, 2> sorvelFlat{{{0.872, 0.078, 195, 1}, {0.82,
 namespace Room {
 inline constexpr OKLCH burnDim{0.82, 0.035, 212, 1};
 }
-
-namespace Typo {
-// Sizes are in logical pixels, the unit of every size in the interface (a
-// point in the look's measures is one logical pixel).
-// The system font at 11 pixels, medium weight.
-QFont caption();
-// The system font at 10 pixels, semibold.
-QFont micro();
-} // namespace Typo
-
-namespace Motion {
-// A cubic Bézier timing curve from (0, 0) to (1, 1) with two control points.
-struct Curve {
-    double x1;
-    double y1;
-    double x2;
-    double y2;
-    double seconds;
-
-    QEasingCurve easing() const;
-    int milliseconds() const { return int(seconds * 1000.0 + 0.5); }
-};
-
-inline constexpr Curve press{0.23, 1, 0.32, 1, 0.12};
-inline constexpr Curve hover{0.23, 1, 0.32, 1, 0.16};
-inline constexpr Curve modal{0.23, 1, 0.32, 1, 0.26};
-inline constexpr Curve indicator{0.77, 0, 0.175, 1, 0.25};
-inline constexpr Curve evaporate{0.3, 0, 0.6, 1, 1.0};
-} // namespace Motion

@@ -1,3 +1,5 @@
+// SorvelButtonStyle: the kinds and sizes of SorvelButton, as enums QML reads.
+// Never instantiated, so it belongs to no thread.
 #pragma once
 
 #include <QObject>

@@ -1,8 +1,10 @@
+// Symbols: the small line icons of the interface, read from the resources and
+// drawn in one colour. Plain functions whose SVG cache is locked, so they may be
+// called from any thread.
 #pragma once
 
 #include <QColor>
 #include <QImage>
-#include <QQuickImageProvider>
 #include <QString>
 #include <QUrl>
 
@@ -18,10 +20,3 @@ QImage render(const QString &name, const QColor &color, QSize size);
 // The image URL QML shows a symbol by: image://symbol/<rrggbbaa>/<name>.
 QUrl source(const QString &name, const QColor &color);
 } // namespace Symbols
-
-class SymbolProvider : public QQuickImageProvider
-{
-public:
-    SymbolProvider();
-    QImage requestImage(const QString &id, QSize *size, const QSize &requestedSize) override;
-};

@@ -1,3 +1,5 @@
+// ModalPresenter: which sheet the window shows. Owns the standing requests and
+// the sheet chosen from them; owned by Shell, on the GUI thread.
 #pragma once
 
 #include <QObject>

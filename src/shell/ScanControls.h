@@ -1,3 +1,6 @@
+// ScanControls: the state and texts of the top bar's scan controls. Owns the
+// scan's running flag, target and file count as Shell hands them in; owned by
+// Shell, on the GUI thread.
 #pragma once
 
 #include <QObject>

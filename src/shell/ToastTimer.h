@@ -1,3 +1,5 @@
+// ToastTimer: the lifetime of the one toast on screen. Owns the clock of the
+// toast shown; owned by Shell, on the GUI thread, where its timers fire.
 #pragma once
 
 #include <QObject>

@@ -1,6 +1,8 @@
 #include "TestMain.h"
 
+#include "Motion.h"
 #include "Palette.h"
+#include "Typo.h"
 
 #include <QEasingCurve>
 

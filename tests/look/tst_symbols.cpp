@@ -1,6 +1,7 @@
 #include "TestMain.h"
 
 #include "IconCache.h"
+#include "SymbolProvider.h"
 #include "Symbols.h"
 
 #include <QDir>

@@ -5,7 +5,7 @@
 #include "../core/FakeScanner.h"
 
 #include "AppStateForeign.h"
-#include "ShellRules.h"
+#include "Shell.h"
 
 #include "state/AppState.h"
 #include "core/Prefs.h"

@@ -1,6 +1,7 @@
 #include "TestMain.h"
 
 #include "ItemRowRules.h"
+#include "RowClick.h"
 
 #include <QSignalSpy>
 

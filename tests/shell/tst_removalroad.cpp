@@ -2,8 +2,9 @@
 #include "TestMain.h"
 
 #include "AppStateForeign.h"
+#include "FailureModel.h"
 #include "ItemRowRules.h"
-#include "SheetModels.h"
+#include "ReviewModel.h"
 
 #include "state/AppState.h"
 #include "core/Fmt.h"
@@ -192,7 +193,7 @@ private slots:
         QVERIFY2(reviewButton, qPrintable(describe(warnings)));
         QTRY_VERIFY(reviewButton->isVisible());
         QTest::keyClick(window, Qt::Key_Backspace, Qt::ControlModifier);
-        QTRY_VERIFY(state.isReviewing());
+        QTRY_VERIFY(state.removal()->isReviewing());
         QQuickItem *sheet = nullptr;
         QTRY_VERIFY((sheet = window->findChild<QQuickItem *>(QStringLiteral("reviewSheet"))));
         auto *review = qvariant_cast<ReviewModel *>(sheet->property("model"));
@@ -205,7 +206,7 @@ private slots:
         // Return does nothing while the banner blocks; unticking the danger
         // and the kept folder lets it through.
         QTest::keyClick(window, Qt::Key_Return);
-        QVERIFY(state.isReviewing());
+        QVERIFY(state.removal()->isReviewing());
         QVERIFY(review->bannerTitle().startsWith(QStringLiteral("2 items")));
         review->toggle(Paths::toText(root + "/project"));
         QVERIFY(!review->canRemove());
@@ -215,8 +216,8 @@ private slots:
         const qint64 selected = picks[0].size + picks[1].size + picks[2].size + picks[3].size;
         QCOMPARE(review->countLine(), ReviewRules::countLine(4, selected));
         QTest::keyClick(window, Qt::Key_Return);
-        QTRY_VERIFY(!state.isReviewing());
-        QTRY_VERIFY_WITH_TIMEOUT(!state.isDeleting(), 10000);
+        QTRY_VERIFY(!state.removal()->isReviewing());
+        QTRY_VERIFY_WITH_TIMEOUT(!state.removal()->isDeleting(), 10000);
 
         // The two files and the folder are in the Trash, each with its info.
         const QByteArray trash = qgetenv("XDG_DATA_HOME") + "/Trash";
@@ -252,7 +253,7 @@ private slots:
         QCOMPARE(state.toast()->message, QStringLiteral("Sorvelised %1 · 3 items in the Trash").arg(Fmt::bytes(gone)));
         QVERIFY(QFile::exists(QFile::decodeName(root + "/stuck.bin")));
         QVERIFY(state.queue()->contains(root + "/stuck.bin"));
-        QVERIFY(state.hasDeletionFailures());
+        QVERIFY(state.removal()->hasDeletionFailures());
         QQuickItem *failures = nullptr;
         QTRY_VERIFY((failures = window->findChild<QQuickItem *>(QStringLiteral("failureSheet"))));
         auto *failureModel = qvariant_cast<FailureModel *>(failures->property("model"));
@@ -268,7 +269,7 @@ private slots:
         shoot("failure-sheet.png");
 
         QTest::keyClick(window, Qt::Key_Return);
-        QTRY_VERIFY(!state.hasDeletionFailures());
+        QTRY_VERIFY(!state.removal()->hasDeletionFailures());
         QVERIFY2(warnings.isEmpty(), qPrintable(describe(warnings)));
         AppStateForeign::setInstance(nullptr);
     }

@@ -1,7 +1,9 @@
 #include "TestMain.h"
 
-#include "ItemRowRules.h"
-#include "SheetModels.h"
+#include "ConfirmModel.h"
+#include "DeletionModel.h"
+#include "ItemRowModel.h"
+#include "ReviewModel.h"
 
 #include "state/AppState.h"
 #include "core/Paths.h"
@@ -109,13 +111,13 @@ private slots:
         request.title = QStringLiteral("Empty the Trash");
         for (int i = 0; i < 501; ++i)
             request.items << DeletionItem{"/t/" + QByteArray::number(i), 10, false};
-        s.state.setPendingDeletion(request);
+        s.state.removal()->setPendingDeletion(request);
         DeletionModel model;
         model.setState(&s.state);
         QCOMPARE(model.rows().size(), 500);
         QCOMPARE(model.moreLine(), QStringLiteral("and 1 more"));
         model.cancel();
-        QVERIFY(!s.state.pendingDeletion());
+        QVERIFY(!s.state.removal()->pendingDeletion());
     }
 
     // The confirmation is cleared before its action runs, so the action may
@@ -128,18 +130,18 @@ private slots:
         request.title = QStringLiteral("Empty?");
         request.perform = [&] {
             ++asked;
-            QVERIFY(!s.state.confirm());
+            QVERIFY(!s.state.removal()->confirm());
             ConfirmRequest again;
             again.title = QStringLiteral("Really?");
-            s.state.setConfirm(again);
+            s.state.removal()->setConfirm(again);
         };
-        s.state.setConfirm(request);
+        s.state.removal()->setConfirm(request);
         ConfirmModel model;
         model.setState(&s.state);
         model.perform();
         QCOMPARE(asked, 1);
-        QVERIFY(s.state.confirm());
-        QCOMPARE(s.state.confirm()->title, QStringLiteral("Really?"));
+        QVERIFY(s.state.removal()->confirm());
+        QCOMPARE(s.state.removal()->confirm()->title, QStringLiteral("Really?"));
     }
 
     // The review's removal buttons do nothing while disabled.
@@ -148,12 +150,12 @@ private slots:
         State s;
         ReviewModel model;
         model.setState(&s.state);
-        s.state.setReviewing(true);
+        s.state.removal()->setReviewing(true);
         QVERIFY(!model.canRemove());
         model.sorvelise(false);
-        QVERIFY(s.state.isReviewing());
+        QVERIFY(s.state.removal()->isReviewing());
         model.cancel();
-        QVERIFY(!s.state.isReviewing());
+        QVERIFY(!s.state.removal()->isReviewing());
     }
 };
 

@@ -1,7 +1,6 @@
-#include "Palette.h"
+#include "Typo.h"
 
 #include <QFontDatabase>
-#include <QPointF>
 
 namespace Typo {
 
@@ -22,14 +21,3 @@ QFont micro()
 }
 
 } // namespace Typo
-
-namespace Motion {
-
-QEasingCurve Curve::easing() const
-{
-    QEasingCurve curve(QEasingCurve::BezierSpline);
-    curve.addCubicBezierSegment(QPointF(x1, y1), QPointF(x2, y2), QPointF(1, 1));
-    return curve;
-}
-
-} // namespace Motion

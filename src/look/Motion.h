@@ -1,0 +1,25 @@
+// Motion: the timing curves of the interface's movements, as constants with
+// their durations. No state; any thread.
+#pragma once
+
+#include <QEasingCurve>
+
+namespace Motion {
+// A cubic Bézier timing curve from (0, 0) to (1, 1) with two control points.
+struct Curve {
+    double x1;
+    double y1;
+    double x2;
+    double y2;
+    double seconds;
+
+    QEasingCurve easing() const;
+    int milliseconds() const { return int(seconds * 1000.0 + 0.5); }
+};
+
+inline constexpr Curve press{0.23, 1, 0.32, 1, 0.12};
+inline constexpr Curve hover{0.23, 1, 0.32, 1, 0.16};
+inline constexpr Curve modal{0.23, 1, 0.32, 1, 0.26};
+inline constexpr Curve indicator{0.77, 0, 0.175, 1, 0.25};
+inline constexpr Curve evaporate{0.3, 0, 0.6, 1, 1.0};
+} // namespace Motion
