@@ -1,4 +1,4 @@
-#include "DeepChain.h"
+#include "DeepTree.h"
 #include "TestMain.h"
 #include "TwinFiles.h"
 #include "Unprivileged.h"
@@ -407,7 +407,7 @@ private slots:
     void longPaths()
     {
         TwinFiles dir;
-        DeepChain tree(dir.path(), 400, QByteArray(21, 'd'));
+        DeepChain tree(dir.path(), 400, 21);
         const QByteArray content = TwinFiles::noise(300000, 21);
         // The second shallow file differs 70 KiB in, where no sample looks.
         std::vector<FileItem> files = {dir.write("shallow", content, 1),
