@@ -1,5 +1,7 @@
 #include "DeepTree.h"
 
+#include <QtGlobal>
+
 #include <string>
 #include <vector>
 
@@ -86,3 +88,39 @@ void remove(const QByteArray &path)
 }
 
 } // namespace DeepTree
+
+DeepChain::DeepChain(const QByteArray &base, int depth, int nameLength)
+    : m_base(base), m_nameLength(nameLength), m_path(base)
+{
+    m_fds.push_back(::open(base.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const bool made = m_fds.front() >= 0 && DeepTree::make(base, depth, nameLength, 0, [this](int fd, int) {
+                          m_fds.push_back(::fcntl(fd, F_DUPFD_CLOEXEC, 0));
+                      });
+    if (!made)
+        qFatal("cannot build a deep tree");
+    for (int level = 1; level <= depth; ++level)
+        m_path += '/' + DeepTree::name(level, nameLength);
+}
+
+DeepChain::~DeepChain()
+{
+    for (const int fd : m_fds)
+        ::close(fd);
+    DeepTree::remove(m_base + '/' + DeepTree::name(1, m_nameLength));
+}
+
+QByteArray DeepChain::write(const QByteArray &file, const QByteArray &content)
+{
+    const int fd = ::openat(m_fds.back(), file.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    if (fd < 0 || ::write(fd, content.constData(), size_t(content.size())) != content.size())
+        qFatal("cannot write a deep file");
+    ::close(fd);
+    return m_path + '/' + file;
+}
+
+QByteArray DeepChain::symlink(const QByteArray &name, const QByteArray &target)
+{
+    if (::symlinkat(target.constData(), m_fds.back(), name.constData()) != 0)
+        qFatal("cannot make a deep link");
+    return m_path + '/' + name;
+}

@@ -21,21 +21,16 @@ private slots:
         QTest::newRow("0") << qint64(0) << QStringLiteral("Zero kB");
         QTest::newRow("1") << qint64(1) << QStringLiteral("1 byte");
         QTest::newRow("2") << qint64(2) << QStringLiteral("2 bytes");
-        QTest::newRow("999") << qint64(999) << QStringLiteral("999 bytes");
         QTest::newRow("1000") << qint64(1000) << QStringLiteral("1 kB");
         QTest::newRow("1499") << qint64(1499) << QStringLiteral("1 kB");
         QTest::newRow("1500") << qint64(1500) << QStringLiteral("2 kB");
         QTest::newRow("999,499") << qint64(999499) << QStringLiteral("999 kB");
         QTest::newRow("999,500") << qint64(999500) << QStringLiteral("1 MB");
         QTest::newRow("1,050,000") << qint64(1050000) << QStringLiteral("1.1 MB");
-        QTest::newRow("1,234,567") << qint64(1234567) << QStringLiteral("1.2 MB");
         QTest::newRow("999,949,999") << qint64(999949999) << QStringLiteral("999.9 MB");
         QTest::newRow("999,950,000") << qint64(999950000) << QStringLiteral("1 GB");
-        QTest::newRow("10^9") << qint64(1000000000) << QStringLiteral("1 GB");
-        QTest::newRow("1,234,567,890") << qint64(1234567890) << QStringLiteral("1.23 GB");
         QTest::newRow("1,205,000,000") << qint64(1205000000) << QStringLiteral("1.21 GB");
         QTest::newRow("999,995,000,000") << qint64(999995000000) << QStringLiteral("1 TB");
-        QTest::newRow("10^15") << qint64(1000000000000000) << QStringLiteral("1 PB");
         QTest::newRow("int64 max") << std::numeric_limits<qint64>::max() << QStringLiteral("9.22 EB");
         QTest::newRow("-1500") << qint64(-1500) << QStringLiteral("-2 kB");
         QTest::newRow("int64 min") << std::numeric_limits<qint64>::min() << QStringLiteral("-9.22 EB");
@@ -67,22 +62,18 @@ private slots:
                 << isPercent << value << QString::fromUtf8(text);
         };
         row(false, 0.0, "0.0s");
-        row(false, 0.25, "0.2s"); // ties to even
-        row(false, 0.35, "0.4s");
+        row(false, 0.25, "0.2s");   // ties to even
         row(false, 0.0999, "0.1s"); // truncated to milliseconds first
         row(false, 0.9996, "1.0s"); // stays below a second
         row(false, 1.0, "1s");
         row(false, 1.5, "2s");  // rounds away from zero
         row(false, 59.6, "1m"); // rounds first
         row(false, 125.0, "2m 5s");
-        row(false, 180.0, "3m");
         row(false, 3725.0, "62m 5s");
         row(true, 0.0, "0%");
         row(true, 0.0001, "0.0%");
-        row(true, 0.034, "3.4%");
         row(true, 0.0999, "10.0%");
         row(true, 0.1, "10%");
-        row(true, 1.0, "100%");
     }
 
     void numbers()
@@ -115,16 +106,12 @@ private slots:
         constexpr qint64 day = 86400;
         QTest::newRow("now") << qint64(0) << QStringLiteral("now");
         QTest::newRow("1 s") << qint64(-1) << QStringLiteral("1 second ago");
-        QTest::newRow("30 s") << qint64(-30) << QStringLiteral("30 seconds ago");
         QTest::newRow("1 min") << qint64(-61) << QStringLiteral("1 minute ago");
         QTest::newRow("yesterday") << -day << QStringLiteral("yesterday");
         QTest::newRow("2 days") << -2 * day << QStringLiteral("2 days ago");
         QTest::newRow("last week") << -8 * day << QStringLiteral("last week");
-        QTest::newRow("2 weeks") << -15 * day << QStringLiteral("2 weeks ago");
         QTest::newRow("last month") << -40 * day << QStringLiteral("last month");
         QTest::newRow("last year") << -400 * day << QStringLiteral("last year");
-        QTest::newRow("3 years") << -3 * 366 * day << QStringLiteral("3 years ago");
-        QTest::newRow("in 1 hour") << qint64(3600) << QStringLiteral("in 1 hour");
         QTest::newRow("tomorrow") << day << QStringLiteral("tomorrow");
         QTest::newRow("in 3 days") << 3 * day << QStringLiteral("in 3 days");
     }

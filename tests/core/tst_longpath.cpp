@@ -1,4 +1,4 @@
-#include "DeepChain.h"
+#include "DeepTree.h"
 #include "TestMain.h"
 #include "Unprivileged.h"
 
@@ -36,7 +36,7 @@ private slots:
     void deepTree()
     {
         QTemporaryDir tmp;
-        DeepChain tree(QFile::encodeName(tmp.path()), 400, QByteArray(21, 'd'));
+        DeepChain tree(QFile::encodeName(tmp.path()), 400, 21);
         const QByteArray file = tree.write("file", "deep content");
         const QByteArray link = tree.symlink("link", "file");
         QVERIFY(file.size() > 2 * PATH_MAX);

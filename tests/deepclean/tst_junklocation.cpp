@@ -29,32 +29,18 @@ class TestJunkLocation : public QObject
     Q_OBJECT
 
 private slots:
+    // Every location's folders lie in the home it was made for.
     void catalogueShapes()
     {
-        const QByteArray home("/Users/sample");
-        const auto mac = JunkLocation::all(Platform::macOS, home);
-        QStringList ids;
-        for (const auto &l : mac)
-            ids << l.id;
-        QCOMPARE(ids, (QStringList{"caches", "logs", "derived", "devicesupport", "simcaches", "archives", "pkgcaches",
-                                   "installers", "backups"}));
-        QCOMPARE(byId(mac, "devicesupport").paths.size(), 5);
-        QCOMPARE(byId(mac, "devicesupport").paths.last(),
-                 QByteArray("/Users/sample/Library/Developer/Xcode/macOS DeviceSupport"));
-        QCOMPARE(byId(mac, "installers").extensions, (QByteArrayList{"dmg", "pkg", "mpkg", "iso", "xip"}));
-        QCOMPARE(byId(mac, "caches").skipPrefixes, QByteArrayList{"com.apple."});
-        QCOMPARE(byId(mac, "archives").risk, JunkLocation::Risk(JunkLocation::Risk::caution));
-        QCOMPARE(byId(mac, "pkgcaches").kind, JunkLocation::Kind(JunkLocation::Kind::item));
-
-        const auto lin = JunkLocation::all(Platform::linux, "/homes/sample");
-        ids.clear();
-        for (const auto &l : lin)
-            ids << l.id;
-        QCOMPARE(ids, (QStringList{"caches", "thumbnails", "browsers", "flatpak", "pkgcaches", "installers"}));
-        QCOMPARE(byId(lin, "caches").paths, QByteArrayList{"/homes/sample/.cache"});
-        QCOMPARE(byId(lin, "installers").paths, QByteArrayList{"/homes/sample/Downloads"});
-        QCOMPARE(byId(lin, "pkgcaches").paths.size(), 9);
-        QVERIFY(byId(lin, "caches").detail.contains(QLatin1String("offline music")));
+        for (const Platform platform : {Platform::macOS, Platform::linux}) {
+            const auto list = JunkLocation::all(platform, "/homes/sample");
+            QVERIFY(!list.isEmpty());
+            for (const JunkLocation &location : list)
+                for (const QByteArray &path : location.paths)
+                    QVERIFY2(path.startsWith("/homes/sample/"), path.constData());
+        }
+        QCOMPARE(byId(JunkLocation::all(Platform::linux, "/homes/sample"), "caches").paths,
+                 QByteArrayList{"/homes/sample/.cache"});
     }
 
     void macCachesSkipApple()

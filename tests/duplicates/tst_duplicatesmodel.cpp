@@ -232,8 +232,6 @@ private slots:
                                         << true;
         QTest::newRow("two lose one") << QList<int>{3} << QList<QList<qint64>>{{1, 2, 3}} << QList<qint64>{2, 3}
                                       << true;
-        QTest::newRow("two lose both") << QList<int>{3, 4} << QList<QList<qint64>>{{1, 2, 3}} << QList<qint64>{2, 3}
-                                       << true;
         QTest::newRow("all gone") << QList<int>{0, 1, 2, 3, 4} << QList<QList<qint64>>{} << QList<qint64>{} << true;
         QTest::newRow("canonically equivalent path")
             << QList<int>{-2} << QList<QList<qint64>>{{1, 2, 3}} << QList<qint64>{2, 3} << true;

@@ -35,14 +35,10 @@ private slots:
                                   << "Rust · safe to sorvelise";
         QTest::newRow("folder with count") << QByteArray("/x/a") << true << "count"
                                            << "Folder · 1,234 files";
-        QTest::newRow("folder without count") << QByteArray("/x/a") << true << ""
-                                              << "Folder";
         QTest::newRow("package folder") << QByteArray("/x/Foo.app") << true << ""
                                         << "App or bundle";
         QTest::newRow("category") << QByteArray("/x/a.mp3") << false << "audio"
                                   << "Audio";
-        QTest::newRow("package file") << QByteArray("/x/Foo.app") << false << ""
-                                      << "App or bundle";
         QTest::newRow("plain file") << QByteArray("/x/a.zzz") << false << ""
                                     << "File";
     }
@@ -82,9 +78,6 @@ private slots:
         QTest::newRow("folder with node in list, included")
             << "node,list,includes,inQueue"
             << QStringList{"~/f.txt", "Click to open", "Checkbox, ⌘-click or Space to deselect"};
-        QTest::newRow("discovered folder") << "dir"
-                                           << QStringList{"~/f.txt", "Opens once the scan finishes",
-                                                          "Circle, ⌘-click or Space to select for cleaning"};
         QTest::newRow("protected: lock, no circle")
             << "file,protected" << QStringList{"~/f.txt", "🔒 Kept for a reason", "Click to preview"};
         QTest::newRow("contents only") << "node,protected,contentsOnly"
@@ -100,10 +93,6 @@ private slots:
                            "Click to preview",
                            "Included because “Pics” is selected. Untick to leave just this out",
                            "Circle, ⌘-click or Space to deselect"};
-        QTest::newRow("caution and artefact")
-            << "node,caution,artifact"
-            << QStringList{"~/f.txt", "Look first: Why", "Rust · safe to sorvelise", "Click to open",
-                           "Circle, ⌘-click or Space to select for cleaning"};
     }
 
     void helpLines()
@@ -141,14 +130,6 @@ private slots:
         QVERIFY(TileText::waterLevel(1'000'000'000) > 0.5);
         QCOMPARE(TileText::waterLevel(100'000'000'000), 0.95);
         QCOMPARE(TileText::waterLevel(std::numeric_limits<qint64>::max()), 0.95);
-    }
-
-    void toasts()
-    {
-        QCOMPARE(TileText::protectedToast(u"Documents"_qs, u"Your Documents folder"_qs),
-                 u"“Documents” stays: your documents folder"_qs);
-        QCOMPARE(TileText::dangerToast(u"Photos"_qs, u"Holds Photos"_qs),
-                 u"Careful: “Photos”: holds photos. You'll confirm before anything is removed."_qs);
     }
 
     void compositionStrip()

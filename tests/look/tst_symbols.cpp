@@ -72,24 +72,14 @@ private Q_SLOTS:
         QVERIFY(!Symbols::has(QStringLiteral("../LICENSE.lucide")));
     }
 
+    // The colour asked for, translucency included, is the colour drawn.
     void drawnInTheColourAsked()
     {
         const QImage image = Symbols::render(QStringLiteral("stop.fill"), QColor(0, 200, 100), QSize(32, 32));
         QCOMPARE(image.size(), QSize(32, 32));
-        const Ink ink = inkOf(image);
-        QCOMPARE(ink.strongest.red(), 0);
-        QCOMPARE(ink.strongest.green(), 200);
-        QCOMPARE(ink.strongest.blue(), 100);
-    }
-
-    void translucentColour()
-    {
+        QCOMPARE(inkOf(image).strongest.rgb(), QColor(0, 200, 100).rgb());
         const Ink ink = inkOf(Symbols::render(QStringLiteral("stop.fill"), QColor(255, 0, 0, 128), QSize(32, 32)));
         QVERIFY(ink.strongest.alpha() >= 120 && ink.strongest.alpha() <= 136);
-    }
-
-    void unknownNameStillDrawsSomething()
-    {
         QVERIFY(inkOf(Symbols::render(QStringLiteral("no.such.symbol"), Qt::black, QSize(24, 24))).drawn > 0);
     }
 
@@ -113,7 +103,6 @@ private Q_SLOTS:
         QTest::addColumn<bool>("folder");
         QTest::addColumn<QString>("first");
         QTest::newRow("folder") << QByteArray("Projects") << true << QStringLiteral("folder");
-        QTest::newRow("text") << QByteArray("notes.txt") << false << QStringLiteral("text-plain");
         QTest::newRow("image") << QByteArray("photo.png") << false << QStringLiteral("image-png");
         QTest::newRow("invalid UTF-8") << QByteArray("caf\xe9.txt") << false << QStringLiteral("text-plain");
     }
@@ -159,17 +148,6 @@ private Q_SLOTS:
         QCOMPARE(cache.lookups(), 1);
         QVERIFY(!cache.pixmap(path, 64).isNull());
         QCOMPARE(cache.lookups(), 2);
-    }
-
-    void themeIconsWhenAThemeIsInstalled()
-    {
-        // Even the offscreen platform, which knows no icon theme, finds an
-        // installed one; only when there is none does the neutral symbol stand in.
-        IconCache cache;
-        if (!QFileInfo::exists(QStringLiteral("/usr/share/icons/Adwaita/index.theme")))
-            QSKIP("no icon theme installed");
-        QVERIFY(!QIcon::themeName().isEmpty());
-        QVERIFY(!QIcon::fromTheme(QStringLiteral("folder")).isNull());
     }
 
     void urlCarriesAnyPathExactly()

@@ -150,10 +150,8 @@ private slots:
     {
         QTest::addColumn<QByteArray>("id");
         QTest::addColumn<bool>("withSymbol");
-        QTest::newRow("plain") << QByteArray("/Users/sample/Movies/clip.mov") << true;
         QTest::newRow("no symbol") << QByteArray("junk:caches") << false;
         QTest::newRow("invalid utf8 and newline") << QByteArray("/tmp/bad\xff\xfe\nname \"q\" \\") << true;
-        QTest::newRow("emoji") << QByteArray("/tmp/\xf0\x9f\x93\x81") << true;
     }
 
     void jsonRoundTrip()
@@ -170,15 +168,6 @@ private slots:
         QVERIFY2(back.has_value(), json.constData());
         QCOMPARE(*back, i);
         QCOMPARE(json.contains("symbolPath"), withSymbol);
-    }
-
-    void jsonKeyOrder()
-    {
-        CleanItem i = item("/a", Kind::file, Source::files, 3);
-        i.symbolPath = QByteArray("/a");
-        QCOMPARE(i.toJson(),
-                 QByteArray(
-                     R"({"id":"/a","name":"/a","size":3,"kind":"file","heat":0,"symbolPath":"/a","source":"files"})"));
     }
 
     void jsonRejects_data()
@@ -221,10 +210,8 @@ private slots:
         CleanItem junk = item("junk:caches", Kind::junk, Source::deepClean);
         junk.heat = 1.0;
         QCOMPARE(junk.risk().level, Risk::Level(Risk::Level::safe));
-        QCOMPARE(junk.risk().title, QStringLiteral("Cache"));
         junk.heat = 0.6;
         QCOMPARE(junk.risk().level, Risk::Level(Risk::Level::caution));
-        QCOMPARE(junk.risk().why, QStringLiteral("Usually fine to remove. Check what's inside first"));
         // An id that looks protected is still judged by heat for junk, while a
         // path goes through the catalogue.
         QCOMPARE(item("junk:/usr/bin/ls", Kind::junk).risk().level, Risk::Level(Risk::Level::caution));

@@ -18,7 +18,6 @@ private slots:
         QTest::newRow("empty") << QByteArray() << QByteArray("/");
         QTest::newRow("root") << QByteArray("/") << QByteArray("/");
         QTest::newRow("slashes only") << QByteArray("///") << QByteArray("/");
-        QTest::newRow("canonical") << QByteArray("/usr/bin/ls") << QByteArray("/usr/bin/ls");
         QTest::newRow("trailing slash") << QByteArray("/a/b/") << QByteArray("/a/b");
         QTest::newRow("doubled slashes") << QByteArray("//a///b//") << QByteArray("/a/b");
         QTest::newRow("dot") << QByteArray("/a/./b/.") << QByteArray("/a/b");
@@ -28,9 +27,7 @@ private slots:
         QTest::newRow("three dots are a name") << QByteArray("/a/.../b") << QByteArray("/a/.../b");
         QTest::newRow("hidden names") << QByteArray("/a/.b/..c") << QByteArray("/a/.b/..c");
         QTest::newRow("relative hangs from root") << QByteArray("a/b") << QByteArray("/a/b");
-        QTest::newRow("lone dot") << QByteArray(".") << QByteArray("/");
         QTest::newRow("tilde") << QByteArray("~") << home;
-        QTest::newRow("tilde slash") << QByteArray("~/") << home;
         QTest::newRow("tilde path") << QByteArray("~/x/../.ssh//") << home + "/.ssh";
         QTest::newRow("tilde inside") << QByteArray("/a/~/b") << QByteArray("/a/~/b");
         // The root user's home differs between systems; ask the password database.

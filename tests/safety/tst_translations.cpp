@@ -31,26 +31,6 @@ private slots:
         QCOMPARE(SafetyGuard::reason("/usr/bin/ls"), QStringLiteral("Part of macOS, never touched"));
     }
 
-    void linuxWording_data()
-    {
-        QTest::addColumn<QByteArray>("path");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("system") << QByteArray("/usr/bin/ls") << QStringLiteral("Part of the system, never touched");
-        QTest::newRow("home folder") << QByteArray("~/.config")
-                                     << QStringLiteral("Your system and apps expect this folder to exist. "
-                                                       "Open it to clean inside");
-        QTest::newRow("contents only") << QByteArray("~/.cache")
-                                       << QStringLiteral("The folder stays; everything inside it is sorvelised");
-    }
-
-    void linuxWording()
-    {
-        QFETCH(QByteArray, path);
-        QFETCH(QString, text);
-        const SafetyProfile profile(Platform::linux, "/home/sample");
-        QCOMPARE(SafetyGuard::reason(path, profile), text);
-    }
-
     // No verdict reachable on Linux outside ~/Library, nor the summary, speaks of
     // Apple's software.
     void noAppleWordsOnLinux()

@@ -24,11 +24,7 @@ private slots:
 
         const QString none;
         QTest::newRow("node_modules") << QByteArray("node_modules") << QByteArrayList{} << "Node.js dependencies";
-        QTest::newRow("node_modules anywhere")
-            << QByteArray("a/b/c/node_modules") << QByteArrayList{} << "Node.js dependencies";
-        QTest::newRow("DerivedData") << QByteArray("DerivedData") << QByteArrayList{} << "Xcode DerivedData";
         QTest::newRow("Pods with Podfile") << QByteArray("Pods") << QByteArrayList{"Podfile"} << "CocoaPods";
-        QTest::newRow("Pods alone") << QByteArray("Pods") << QByteArrayList{} << none;
         QTest::newRow("Pods, Podfile inside") << QByteArray("Pods") << QByteArrayList{"in:Podfile"} << none;
         QTest::newRow(".build with Package.swift")
             << QByteArray(".build") << QByteArrayList{"Package.swift"} << "Swift build";
@@ -46,20 +42,11 @@ private slots:
             << QByteArray("build") << QByteArrayList{"build.gradle.kts"} << "Gradle build";
         QTest::newRow("build alone") << QByteArray("build") << QByteArrayList{"CMakeLists.txt"} << none;
         QTest::newRow("Build capitalised") << QByteArray("Build") << QByteArrayList{"build.gradle"} << none;
-        QTest::newRow(".gradle") << QByteArray(".gradle") << QByteArrayList{} << "Gradle cache";
-        QTest::newRow(".cxx") << QByteArray(".cxx") << QByteArrayList{} << "Android native build";
-        QTest::newRow("venv with pyvenv.cfg")
-            << QByteArray("venv") << QByteArrayList{"in:pyvenv.cfg"} << "Python virtualenv";
         QTest::newRow(".venv with pyvenv.cfg")
             << QByteArray(".venv") << QByteArrayList{"in:pyvenv.cfg"} << "Python virtualenv";
         QTest::newRow("venv alone") << QByteArray("venv") << QByteArrayList{} << none;
-        QTest::newRow(".venv alone") << QByteArray(".venv") << QByteArrayList{} << none;
         QTest::newRow("pyvenv.cfg beside venv") << QByteArray("venv") << QByteArrayList{"pyvenv.cfg"} << none;
         QTest::newRow(".next") << QByteArray(".next") << QByteArrayList{} << "Next.js build";
-        QTest::newRow(".nuxt") << QByteArray(".nuxt") << QByteArrayList{} << "Nuxt build";
-        QTest::newRow(".turbo") << QByteArray(".turbo") << QByteArrayList{} << "Turborepo cache";
-        QTest::newRow(".parcel-cache") << QByteArray(".parcel-cache") << QByteArrayList{} << "Parcel cache";
-        QTest::newRow(".dart_tool") << QByteArray(".dart_tool") << QByteArrayList{} << "Dart tool cache";
         QTest::newRow("Node_modules") << QByteArray("Node_modules") << QByteArrayList{} << none;
         QTest::newRow("node_modules2") << QByteArray("node_modules2") << QByteArrayList{} << none;
         QTest::newRow("ordinary name") << QByteArray("src") << QByteArrayList{"Cargo.toml"} << none;

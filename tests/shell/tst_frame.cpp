@@ -176,23 +176,6 @@ private Q_SLOTS:
         QVERIFY(!shell.scan()->canRescan());
     }
 
-    void droppingAFileDoesNothing()
-    {
-        Fixture f;
-        Shell shell(&f.state);
-        f.state.setSection(SidebarItem::duplicates);
-        QTemporaryDir dir;
-        QFile file(dir.filePath(QStringLiteral("notes.txt")));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.close();
-        QVERIFY(!shell.dropUrls({QUrl::fromLocalFile(file.fileName())}));
-        QTest::qWait(50);
-        QCOMPARE(f.scanner.runCount(), 0);
-        QVERIFY(!f.state.isScanning());
-        QVERIFY(f.state.scanTarget().isEmpty());
-        QCOMPARE(f.state.sectionText(), QStringLiteral("duplicates"));
-    }
-
     void newerToastOutlivesTheOlderClock()
     {
         Fixture f;

@@ -56,22 +56,6 @@ private slots:
         QCOMPARE(s.open.size(), 0);
     }
 
-    // Two quick clicks on a row selected through a folder: the leave-out never
-    // happens, and the row opens.
-    void doubleClickThroughParent()
-    {
-        RowClick click;
-        click.setInterval(300);
-        Spies s(click);
-        click.click(false, true, false);
-        click.click(false, true, false);
-        QVERIFY(!click.hasPendingLeaveOut());
-        QCOMPARE(s.open.size(), 1);
-        QTest::qWait(450);
-        QCOMPARE(s.leaveOut.size(), 0);
-        QCOMPARE(s.toggle.size(), 0);
-    }
-
     // A plain row: each click of a double click toggles, so the selection ends
     // as it began; a third quick click is a first one again.
     void clickSequences_data()
@@ -79,7 +63,6 @@ private slots:
         QTest::addColumn<int>("clicks");
         QTest::addColumn<int>("toggles");
         QTest::addColumn<int>("opens");
-        QTest::newRow("one") << 1 << 1 << 0;
         QTest::newRow("double") << 2 << 2 << 1;
         QTest::newRow("triple") << 3 << 3 << 1;
         QTest::newRow("quadruple") << 4 << 4 << 2;

@@ -29,7 +29,6 @@ private Q_SLOTS:
         QTest::addColumn<bool>("error");
         QTest::addColumn<int>("sheet");
         QTest::newRow("nothing") << false << false << false << false << false << int(ModalPresenter::None);
-        QTest::newRow("review over confirm") << true << false << true << false << false << int(ModalPresenter::Review);
         QTest::newRow("review over all") << true << true << true << true << true << int(ModalPresenter::Review);
         QTest::newRow("deletion over confirm")
             << false << true << true << false << false << int(ModalPresenter::Deletion);
@@ -93,27 +92,6 @@ private Q_SLOTS:
         QCOMPARE(expired.first().first().toString(), QStringLiteral("a"));
     }
 
-    void newerToastIsNotClearedByTheOlderClock()
-    {
-        ToastTimer timer;
-        timer.setLifetime(300);
-        QSignalSpy expired(&timer, &ToastTimer::expired);
-        QElapsedTimer clock;
-        clock.start();
-        timer.setToastId(QStringLiteral("older"));
-        QTest::qWait(150);
-        timer.setToastId(QStringLiteral("newer"));
-        const qint64 replacedAt = clock.elapsed();
-        // The older toast's clock runs out in between: nothing happens.
-        QTest::qWait(200);
-        QCOMPARE(expired.count(), 0);
-        // The newer one lives its own full lifetime.
-        QVERIFY(expired.wait(2000));
-        QVERIFY(clock.elapsed() - replacedAt >= 290);
-        QCOMPARE(expired.count(), 1);
-        QCOMPARE(expired.first().first().toString(), QStringLiteral("newer"));
-    }
-
     void clearedToastNeverExpires()
     {
         ToastTimer timer;
@@ -135,9 +113,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("section");
         QTest::newRow("files, back to twins")
             << int(Area::files) << int(SidebarItem::duplicates) << int(SidebarItem::duplicates);
-        QTest::newRow("files, back to forgotten") << int(Area::files) << int(SidebarItem::old) << int(SidebarItem::old);
         QTest::newRow("files, first visit") << int(Area::files) << -1 << int(SidebarItem::largest);
-        QTest::newRow("space, first visit") << int(Area::space) << -1 << int(SidebarItem::overview);
         QTest::newRow("steam, first visit") << int(Area::steam) << -1 << int(SidebarItem::cleanup);
         QTest::newRow("an item of another area is ignored")
             << int(Area::files) << int(SidebarItem::cleanup) << int(SidebarItem::largest);
@@ -189,32 +165,6 @@ private Q_SLOTS:
         QVERIFY(::rmdir(odd.constData()) == 0);
     }
 
-    void rescanAndStopEnablement_data()
-    {
-        QTest::addColumn<bool>("scanning");
-        QTest::addColumn<QString>("target");
-        QTest::addColumn<bool>("canRescan");
-        QTest::addColumn<bool>("canStop");
-        QTest::newRow("fresh start") << false << QString() << false << false;
-        QTest::newRow("scanning a folder") << true << QStringLiteral("/users/ada/Projects") << false << true;
-        QTest::newRow("finished a folder") << false << QStringLiteral("/users/ada/Projects") << true << false;
-        QTest::newRow("scanning the disk") << true << QStringLiteral("/") << false << true;
-        QTest::newRow("finished the disk") << false << QStringLiteral("/") << true << false;
-    }
-
-    void rescanAndStopEnablement()
-    {
-        QFETCH(bool, scanning);
-        QFETCH(QString, target);
-        QFETCH(bool, canRescan);
-        QFETCH(bool, canStop);
-        ScanControls controls;
-        controls.setIsScanning(scanning);
-        controls.setScanTarget(target);
-        QCOMPARE(controls.canRescan(), canRescan);
-        QCOMPARE(controls.canStop(), canStop);
-    }
-
     void scanTexts()
     {
         ScanControls controls;
@@ -237,14 +187,11 @@ private Q_SLOTS:
     {
         QTest::addColumn<qint64>("files");
         QTest::addColumn<QString>("text");
-        QTest::newRow("0") << qint64(0) << QStringLiteral("0");
         QTest::newRow("999") << qint64(999) << QStringLiteral("999");
         QTest::newRow("1000") << qint64(1000) << QStringLiteral("1K");
         QTest::newRow("1999") << qint64(1999) << QStringLiteral("1.9K");
-        QTest::newRow("12345") << qint64(12345) << QStringLiteral("12K");
         QTest::newRow("999999") << qint64(999999) << QStringLiteral("999K");
         QTest::newRow("1000000") << qint64(1000000) << QStringLiteral("1M");
-        QTest::newRow("25600000") << qint64(25600000) << QStringLiteral("25M");
         QTest::newRow("negative") << qint64(-5) << QStringLiteral("0");
     }
 
