@@ -30,6 +30,7 @@
 #include <vector>
 
 class AppState;
+Q_MOC_INCLUDE("state/AppState.h")
 
 // The rows are the first `shown` tiles of the current list, so the view never
 // holds more than it draws; the whole list is built once per change of its key

@@ -2,7 +2,7 @@
 #include "ScopedEnv.h"
 #include "TestMain.h"
 
-#include "../core/FakeScanner.h"
+#include "../state/FakeScanner.h"
 
 #include "AppStateForeign.h"
 #include "Shell.h"
