@@ -90,8 +90,8 @@ void usage(QTextStream &stream)
 QByteArray absolute(const QByteArray &path)
 {
     if (path.startsWith('/') || path.startsWith('~'))
-        return DiskScanner::normalize(path);
-    return DiskScanner::normalize(Paths::join(QFile::encodeName(QDir::currentPath()), path));
+        return Paths::normalize(path);
+    return Paths::normalize(Paths::join(QFile::encodeName(QDir::currentPath()), path));
 }
 
 QString dateText(double seconds)

@@ -1,7 +1,7 @@
 #include "Deletion.h"
 
+#include "core/Paths.h"
 #include "safety/SafetyGuard.h"
-#include "scan/DiskScanner.h"
 
 #include <QCoreApplication>
 
@@ -11,7 +11,7 @@ int DeletionRequest::protectedCount() const
 {
     int count = 0;
     for (const DeletionItem &item : items)
-        if (SafetyGuard::isProtected(DiskScanner::normalize(item.path)))
+        if (SafetyGuard::isProtected(Paths::normalize(item.path)))
             ++count;
     return count;
 }

@@ -7,7 +7,6 @@
 #include "core/ScanResult.h"
 #include "deepclean/JunkLocation.h"
 #include "safety/SafetyGuard.h"
-#include "scan/DiskScanner.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -33,7 +32,7 @@ bool isLocked(const CleanItem &item)
 {
     if (item.isJunk())
         return false;
-    const QByteArray normalized = DiskScanner::normalize(item.id);
+    const QByteArray normalized = Paths::normalize(item.id);
     if (SafetyGuard::isContentsOnly(normalized))
         return false;
     // Kept too when it really leads somewhere protected: the removal would
@@ -45,7 +44,7 @@ bool isContentsOnly(const CleanItem &item)
 {
     if (item.isJunk() || item.kind == CleanItem::Kind::file)
         return false;
-    return SafetyGuard::isContentsOnly(DiskScanner::normalize(item.id));
+    return SafetyGuard::isContentsOnly(Paths::normalize(item.id));
 }
 
 BadgeKind badgeFor(const CleanItem &item)

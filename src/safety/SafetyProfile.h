@@ -30,7 +30,7 @@ public:
     Platform platform() const { return m_platform; }
     const QByteArray &home() const { return m_home; }
 
-    // DiskScanner::normalize, except that a leading "~" stands for this
+    // Paths::normalize, except that a leading "~" stands for this
     // profile's home rather than the running user's.
     QByteArray normalize(QByteArrayView path) const;
 

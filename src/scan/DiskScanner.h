@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/CancelToken.h"
+#include "core/Paths.h"
 #include "core/ScanOptions.h"
 #include "core/ScanRecords.h"
 #include "core/ScanResult.h"
@@ -9,8 +10,8 @@
 
 #include <functional>
 
-// One walk of a directory tree into a ScanResult, the measuring of one path, and
-// the canonical form of paths. No instances; everything is static.
+// One walk of a directory tree into a ScanResult and the measuring of one path.
+// No instances; everything is static.
 namespace DiskScanner {
 
 // Called on the scanning worker with each published snapshot; it must itself get
@@ -33,8 +34,8 @@ DiskUsage usage(const QByteArray &of, const CancelTokenPtr &token = {});
 // followed by the rest, so that a link to "/" skips "/proc" as "/" does.
 QByteArrayList skippedPaths(const QByteArray &root, const QByteArrayList &excluded);
 
-// The canonical form of a path: "~" expanded, "." and ".." and empty pieces
-// resolved textually, no trailing slash. Touches no file system, resolves no link.
-QByteArray normalize(QByteArrayView path);
+// Forwards to Paths::normalize for core/AppState.cpp, the one caller left; goes
+// once that calls Paths::normalize itself.
+inline QByteArray normalize(QByteArrayView path) { return Paths::normalize(path); }
 
 } // namespace DiskScanner
