@@ -2,6 +2,7 @@
 
 #include "Desktop.h"
 #include "Fmt.h"
+#include "FullDiskAccess.h"
 #include "Paths.h"
 #include "Platform.h"
 #include "Prefs.h"

@@ -4,14 +4,16 @@
 #include "FileCategory.h"
 #include "Navigation.h"
 #include "ScanOptions.h"
-#include "ScanRecords.h"
+#include "ScanProgress.h"
 #include "ScanResult.h"
 #include "Toast.h"
 #include "VolumeInfo.h"
 #include "deepclean/CleanupModel.h"
 #include "duplicates/DuplicatesModel.h"
 #include "removal/CleanQueue.h"
-#include "removal/Deletion.h"
+#include "removal/ConfirmRequest.h"
+#include "removal/DeletionFailure.h"
+#include "removal/DeletionRequest.h"
 #include "removal/FileOperations.h"
 
 #include <QByteArray>

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "CategoryTotal.h"
+#include "DevArtifact.h"
 #include "DirNode.h"
 #include "FileCategory.h"
 #include "FileItem.h"
-#include "ScanRecords.h"
 
 #include <QByteArray>
 #include <QByteArrayList>

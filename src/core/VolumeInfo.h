@@ -46,11 +46,3 @@ inline size_t qHash(const VolumeInfo &v, size_t seed = 0)
 }
 
 Q_DECLARE_METATYPE(VolumeInfo)
-
-// Whether the process may read what only Full Disk Access makes readable. Tries
-// the probe files below `home` that exist; with none present there is nothing
-// that could show a lack of access, and the answer is true.
-namespace FullDiskAccess {
-QList<QByteArray> probePaths(const QByteArray &home);
-bool probe(const QByteArray &home);
-} // namespace FullDiskAccess

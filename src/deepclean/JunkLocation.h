@@ -1,8 +1,8 @@
 #pragma once
 
+#include "core/DiskUsage.h"
 #include "core/JunkEntry.h"
 #include "core/Platform.h"
-#include "core/ScanRecords.h"
 
 #include <QByteArray>
 #include <QByteArrayList>

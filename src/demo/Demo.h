@@ -1,7 +1,7 @@
 #pragma once
 
+#include "core/DiskUsage.h"
 #include "core/JunkEntry.h"
-#include "core/ScanRecords.h"
 #include "core/ScanResult.h"
 #include "core/VolumeInfo.h"
 

@@ -2,6 +2,7 @@
 
 #include "ExplorerTypes.h"
 
+#include "core/ScanProgress.h"
 #include "core/ScanResult.h"
 
 #include <QHash>

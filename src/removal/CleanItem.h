@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/ScanRecords.h"
+#include "core/DevArtifact.h"
 #include "safety/Risk.h"
 
 #include <QByteArray>

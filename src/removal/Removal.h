@@ -1,7 +1,9 @@
 #pragma once
 
-#include "Deletion.h"
+#include "DeletionFailure.h"
+#include "DeletionItem.h"
 #include "FileOperations.h"
+#include "FolderIdentity.h"
 
 #include "safety/SafetyProfile.h"
 

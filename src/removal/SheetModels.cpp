@@ -1,6 +1,8 @@
 #include "SheetModels.h"
 
 #include "AppStateForeign.h"
+#include "FailureRules.h"
+#include "JunkContents.h"
 
 #include "core/AppState.h"
 #include "core/FileActions.h"

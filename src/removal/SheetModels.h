@@ -1,7 +1,10 @@
 #pragma once
 
-#include "Deletion.h"
-#include "SheetRules.h"
+#include "ConfirmRequest.h"
+#include "DeletionFailure.h"
+#include "DeletionRequest.h"
+#include "ReviewRules.h"
+#include "RowLimit.h"
 
 #include <QObject>
 #include <QPointer>

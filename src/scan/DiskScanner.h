@@ -1,9 +1,10 @@
 #pragma once
 
 #include "core/CancelToken.h"
+#include "core/DiskUsage.h"
 #include "core/Paths.h"
 #include "core/ScanOptions.h"
-#include "core/ScanRecords.h"
+#include "core/ScanProgress.h"
 #include "core/ScanResult.h"
 
 #include <QByteArray>

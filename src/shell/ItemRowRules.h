@@ -2,7 +2,7 @@
 
 #include "removal/CleanItem.h"
 #include "removal/CleanQueue.h"
-#include "removal/SheetRules.h"
+#include "removal/ReviewRules.h"
 
 #include <QElapsedTimer>
 #include <QObject>
