@@ -1,11 +1,13 @@
+// The path type of the whole engine: exact bytes, their text forms, comparison
+// under canonical equivalence and the lexical helpers (normalize, "~"). Pure
+// functions; any thread.
+
 #pragma once
 
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
 
-// The path type of the whole engine.
-//
 // A path is the exact sequence of bytes the operating system gave us, held in a
 // QByteArray. Nothing in the engine decodes it to text: a name with invalid UTF-8,
 // a newline or 255 bytes travels from the scanner through the selection to the

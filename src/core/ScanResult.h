@@ -1,3 +1,6 @@
+// The outcome of one scan. Built by one worker, then handed to the main thread,
+// where only the fields marked mutable change afterwards, through removal.
+
 #pragma once
 
 #include "CategoryTotal.h"
@@ -15,8 +18,6 @@
 #include <memory>
 #include <vector>
 
-// The outcome of one scan. Built by one worker, then handed to the main thread,
-// where only the fields marked mutable change afterwards, through removal.
 class ScanResult
 {
 public:

@@ -1,3 +1,7 @@
+// One mounted volume the application offers for scanning. A value, compared and
+// hashed over all its fields, its identity the path of its mount point; any
+// thread (listing the volumes blocks, so it runs on a worker).
+
 #pragma once
 
 #include <QByteArray>
@@ -6,8 +10,6 @@
 #include <QMetaType>
 #include <QString>
 
-// One mounted volume the application offers for scanning. A value, compared and
-// hashed over all its fields; its identity is the path of its mount point.
 struct VolumeInfo {
     Q_GADGET
     Q_PROPERTY(QString path READ pathText CONSTANT)

@@ -1,3 +1,7 @@
+// Proves which files have identical contents. No state: everything it knows
+// comes in through its arguments, and it only ever reads files. Runs on the
+// calling thread, a worker.
+
 #pragma once
 
 #include "DuplicateGroup.h"
@@ -11,9 +15,6 @@
 #include <optional>
 #include <vector>
 
-// Proves which files have identical contents. No state: everything it knows
-// comes in through its arguments, and it only ever reads files.
-//
 // Three stages, each cheap enough to reject what the next would pay dearly for:
 //  1. equal logical sizes;
 //  2. a SHA-256 of samples: the first 64 KiB, and from 131,073 bytes on also the

@@ -1,3 +1,6 @@
+// The part of a removal that touches the disk: runs on a worker with a copy of
+// the items and a file-operations object of its own, and touches no model.
+
 #pragma once
 
 #include "DeletionFailure.h"
@@ -12,8 +15,6 @@
 #include <QHash>
 #include <QList>
 
-// The part of a removal that touches the disk: runs on a worker with a copy of
-// the items and a file-operations object of its own, and touches no model.
 namespace Removal {
 
 struct Outcome {

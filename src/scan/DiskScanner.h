@@ -1,3 +1,6 @@
+// One walk of a directory tree into a ScanResult and the measuring of one path.
+// No instances; everything is static and runs on the calling thread, a worker.
+
 #pragma once
 
 #include "core/CancelToken.h"
@@ -11,8 +14,6 @@
 
 #include <functional>
 
-// One walk of a directory tree into a ScanResult and the measuring of one path.
-// No instances; everything is static.
 namespace DiskScanner {
 
 // Called on the scanning worker with each published snapshot; it must itself get
