@@ -22,7 +22,7 @@
 //     sample digest is its whole-file digest);
 //  3. a SHA-256 of the whole of each file left, in 4 MiB reads (for files
 //     that agree with a sparse one, of ContentHasher's zero-run form).
-// Only equal whole-file digests make twins. Samples are read as bytes, holes
+// Only equal whole-file digests make duplicates. Samples are read as bytes, holes
 // included, so stage 2 never parts what stage 3 would join.
 namespace DuplicateEngine {
 
