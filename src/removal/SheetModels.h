@@ -6,6 +6,8 @@
 #include "ReviewRules.h"
 #include "RowLimit.h"
 
+#include "core/JunkEntry.h"
+
 #include <QObject>
 #include <QPointer>
 #include <QQmlEngine>
