@@ -502,10 +502,9 @@ int runScan(const QByteArrayList &argv)
     const auto args = parse(argv);
     if (!args)
         return 2;
-    const QByteArray root =
-        DiskScanner::normalize(args->path.startsWith('/') || args->path.startsWith('~')
-                                   ? args->path
-                                   : Paths::join(QFile::encodeName(QDir::currentPath()), args->path));
+    const QByteArray root = Paths::normalize(args->path.startsWith('/') || args->path.startsWith('~')
+                                                 ? args->path
+                                                 : Paths::join(QFile::encodeName(QDir::currentPath()), args->path));
     if (!checkRoot(root))
         return 1;
 

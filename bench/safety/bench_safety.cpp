@@ -2,9 +2,9 @@
 // realistic paths, beside the cost of the pieces they are made of and of one
 // lstat, the disk call they avoid. Run through bench/safety.
 
+#include "core/Paths.h"
 #include "safety/RiskCatalog.h"
 #include "safety/SafetyGuard.h"
-#include "scan/DiskScanner.h"
 
 #include <QSet>
 #include <QTest>
@@ -147,7 +147,7 @@ private slots:
         QBENCHMARK
         {
             for (const QByteArray &path : paths)
-                total += DiskScanner::normalize(path).size();
+                total += Paths::normalize(path).size();
         }
         QVERIFY(total > 0);
     }

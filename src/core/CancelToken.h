@@ -1,12 +1,13 @@
+// A one-way switch a worker polls. Set from the main thread, read from workers;
+// once set it stays set. Every cancellable run gets a fresh token, and the token
+// doubles as the run's identity: a late result whose token is not the current
+// one is dropped on arrival.
+
 #pragma once
 
 #include <atomic>
 #include <memory>
 
-// A one-way switch a worker polls. Set from the main thread, read from workers;
-// once set it stays set. Every cancellable run gets a fresh token, and the token
-// doubles as the run's identity: a late result whose token is not the current
-// one is dropped on arrival.
 class CancelToken
 {
 public:

@@ -1,3 +1,7 @@
+// Everything the application state asks of the desktop around it: a folder
+// chooser, the clipboard, the file manager and the system settings. The interface
+// implements it with real dialogs; tests hand in a fake. Main thread.
+
 #pragma once
 
 #include <QByteArray>
@@ -6,10 +10,6 @@
 
 #include <functional>
 
-// Everything the application state asks of the desktop around it: a folder
-// chooser, the clipboard, the file manager and the system settings. The
-// interface implements it with real dialogs; tests hand in a fake, so the state
-// itself runs without a window.
 class Desktop
 {
 public:

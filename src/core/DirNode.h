@@ -1,3 +1,7 @@
+// One scanned directory. Nodes are shared; each owns its children strongly and
+// points to its parent weakly, so dropping the root frees the whole tree. Built by
+// the scanning worker, then read on the main thread.
+
 #pragma once
 
 #include "FileItem.h"
@@ -11,9 +15,7 @@
 class DirNode;
 using DirNodePtr = std::shared_ptr<DirNode>;
 
-// One scanned directory. Nodes are shared; each owns its children strongly and
-// points to its parent weakly, so dropping the root frees the whole tree and a
-// node kept alive elsewhere sees its parent as absent afterwards.
+// A node kept alive elsewhere sees its parent as absent once the tree is gone.
 //
 // Kept small on purpose: a whole disk has millions of folders. Only files of at
 // least the tracking threshold get a FileItem; the rest are summed in

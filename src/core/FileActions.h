@@ -1,3 +1,6 @@
+// Small requests to the platform: show files in the file manager, open the
+// privacy settings, run a helper command. No instances; main thread.
+
 #pragma once
 
 #include <QByteArrayList>
@@ -8,8 +11,6 @@
 
 class QObject;
 
-// Small requests to the platform: show files in the file manager, open the
-// privacy settings, run a helper command. No instances.
 namespace FileActions {
 
 // Shows the paths in the file manager without asking it over D-Bus. macOS:

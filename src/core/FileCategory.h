@@ -1,3 +1,8 @@
+// The ten kinds every file and package of a scan falls into, decided by the
+// extension alone: a thin value class around the enumeration with its own id,
+// title and lookups. The enumerator order is the order of every category list.
+// A value; any thread.
+
 #pragma once
 
 #include <QByteArrayView>
@@ -6,10 +11,6 @@
 #include <array>
 #include <optional>
 
-// The ten kinds every file and package of a scan falls into, decided by the
-// extension alone. A thin value class around the enumeration, so that a category
-// carries its own id, title and lookups: `FileCategory::classify("mov")`,
-// `category.title()`. The enumerator order is the order of every category list.
 class FileCategory
 {
 public:

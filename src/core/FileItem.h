@@ -1,3 +1,7 @@
+// One listed file (or package counted as one file) of a scan. A value: copies
+// are cheap (the path bytes are shared) and may be handed to workers. Identity
+// is `id` alone.
+
 #pragma once
 
 #include "FileCategory.h"
@@ -9,10 +13,6 @@
 
 class DirNode;
 
-// One listed file (or package counted as one file) of a scan. A value: copies
-// are cheap (the path bytes are shared) and may be handed to workers. Identity
-// is `id` alone.
-//
 // `parent` is a weak link: it reads as absent once the tree it belongs to is
 // gone, so a copy that outlives its ScanResult never dangles.
 struct FileItem {

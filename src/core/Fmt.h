@@ -1,3 +1,6 @@
+// The short texts the interface shows for numbers, dates and paths. Stateless
+// and safe on any thread; everything follows the default QLocale.
+
 #pragma once
 
 #include "Platform.h"
@@ -5,8 +8,6 @@
 #include <QByteArrayView>
 #include <QString>
 
-// The short texts the interface shows for numbers, dates and paths. Stateless;
-// everything follows the default QLocale.
 namespace Fmt {
 
 // Byte counts in the one style used everywhere: decimal units (1000 bytes to the

@@ -1,10 +1,12 @@
+// One thing inside a junk location: a file or folder that a clean would remove,
+// with its measured size. A plain value, compared and hashed over all fields; any
+// thread.
+
 #pragma once
 
 #include <QByteArray>
 #include <QHashFunctions>
 
-// One thing inside a junk location: a file or folder that a clean would remove,
-// with its measured size. A plain value, compared and hashed over all fields.
 struct JunkEntry {
     QByteArray path; // exact bytes, see Paths.h
     qint64 size = 0; // allocated bytes

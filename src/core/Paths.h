@@ -1,11 +1,13 @@
+// The path type of the whole engine: exact bytes, their text forms, comparison
+// under canonical equivalence and the lexical helpers (normalize, "~"). Pure
+// functions; any thread.
+
 #pragma once
 
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
 
-// The path type of the whole engine.
-//
 // A path is the exact sequence of bytes the operating system gave us, held in a
 // QByteArray. Nothing in the engine decodes it to text: a name with invalid UTF-8,
 // a newline or 255 bytes travels from the scanner through the selection to the
@@ -51,5 +53,36 @@ QByteArray join(QByteArrayView dir, QByteArrayView name);
 QByteArrayView extension(QByteArrayView name);
 
 bool isAscii(QByteArrayView bytes);
+
+// Calls `visit` with each piece of `path` between slashes, in order, as a view
+// into it; empty pieces and "." are left out, ".." is passed on.
+template <typename Visit>
+void forEachPiece(QByteArrayView path, Visit &&visit)
+{
+    qsizetype start = 0;
+    while (start <= path.size()) {
+        qsizetype end = path.indexOf('/', start);
+        if (end < 0)
+            end = path.size();
+        const QByteArrayView piece = path.sliced(start, end - start);
+        if (!piece.isEmpty() && piece != ".")
+            visit(piece);
+        start = end + 1;
+    }
+}
+
+// The canonical form of a path: "~" expanded, "." and ".." and empty pieces
+// resolved textually, no trailing slash; a relative path hangs from "/". Touches
+// no file system, resolves no link.
+QByteArray normalize(QByteArrayView path);
+
+// A leading "~" or "~name" expanded the way a shell does: to the home folder, or
+// to the named user's. Anything else, or an unknown user, stays as it is.
+QByteArray expandTilde(QByteArrayView path);
+
+// The path as people see it, with the home folder (or `home`) written as "~".
+// A home of "/" shortens nothing.
+QString abbreviateHome(QByteArrayView path);
+QString abbreviateHome(QByteArrayView path, QByteArrayView home);
 
 } // namespace Paths

@@ -1,10 +1,11 @@
+// The profile of a system: which tables of real places on disk apply. Every such
+// table is built from a Platform and a home folder handed in, so both profiles
+// can be exercised on any host. A value; any thread.
+
 #pragma once
 
 #include <QByteArray>
 
-// The profile of a system: which tables of real places on disk apply. Every such
-// table is built from a Platform and a home folder handed in, so both profiles
-// can be exercised on any host.
 class Platform
 {
 public:

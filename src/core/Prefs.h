@@ -1,3 +1,8 @@
+// The application's preferences: one QSettings store (organisation "Sorvel",
+// application "Sorvel Cleaner"), read and written on the main thread. Defaults
+// are registered in memory and never written, so a key the user never changed
+// stays absent from the store.
+
 #pragma once
 
 #include <QAnyStringView>
@@ -5,11 +10,6 @@
 #include <QStringList>
 #include <QVariant>
 
-// The application's preferences: one QSettings store (organisation "Sorvel",
-// application "Sorvel Cleaner"), read and written on the main thread. Defaults
-// are registered in memory and never written, so a key the user never changed
-// stays absent from the store.
-//
 // A list is one text whose entries are joined by a line feed, without escaping:
 // an entry that holds a line feed cannot be stored and is left out on writing.
 namespace Prefs {

@@ -1,5 +1,7 @@
 #include "RealPlace.h"
 
+#include "Paths.h"
+
 #include <QtGlobal>
 
 #include <cerrno>
@@ -29,16 +31,7 @@ void closeFd(int &fd)
 // The pieces of a path, in order; empty pieces and "." left out.
 void split(QByteArrayView path, std::vector<QByteArray> &into)
 {
-    qsizetype start = 0;
-    while (start <= path.size()) {
-        qsizetype end = path.indexOf('/', start);
-        if (end < 0)
-            end = path.size();
-        const QByteArrayView piece = path.sliced(start, end - start);
-        if (!piece.isEmpty() && piece != ".")
-            into.push_back(piece.toByteArray());
-        start = end + 1;
-    }
+    Paths::forEachPiece(path, [&into](QByteArrayView piece) { into.push_back(piece.toByteArray()); });
 }
 
 QByteArray readLink(int dirFd, const QByteArray &name, int &error)

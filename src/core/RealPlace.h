@@ -1,3 +1,7 @@
+// Where a path really leads: its parent folder, resolved through every symbolic
+// link and held open by descriptor, plus the final name, which is never
+// followed. Owns its descriptor; used on one thread at a time.
+
 #pragma once
 
 #include <QByteArray>
@@ -5,9 +9,7 @@
 
 #include <sys/stat.h>
 
-// Where a path really leads: its parent folder, resolved through every symbolic
-// link and held open by descriptor, plus the final name, which is never
-// followed. A trailing slash is dropped, never resolved: "link/" names the link.
+// A trailing slash is dropped, never resolved: "link/" names the link.
 //
 // Resolution works component by component with descriptors (each step opened
 // with O_NOFOLLOW, each link read and spliced in by hand, at most 40 of them),
@@ -16,8 +18,7 @@
 // folder judged by its resolved text is the folder acted in, however the path
 // changes meanwhile.
 //
-// A relative path is taken from the current folder. Owns its descriptor;
-// movable, not copyable. Used on one thread at a time.
+// A relative path is taken from the current folder. Movable, not copyable.
 class RealPlace
 {
 public:

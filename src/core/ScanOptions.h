@@ -1,9 +1,10 @@
+// The settings one scan works with, fixed at its start and handed by value to
+// the scanning worker.
+
 #pragma once
 
 #include <QByteArrayList>
 
-// The settings one scan works with, fixed at its start and handed by value to
-// the scanning worker.
 struct ScanOptions {
     // Allocated size in bytes from which a file gets a FileItem; smaller files
     // still count towards the sizes. 0 behaves as 1.

@@ -1,9 +1,13 @@
+// The outcome of one scan. Built by one worker, then handed to the main thread,
+// where only the fields marked mutable change afterwards, through removal.
+
 #pragma once
 
+#include "CategoryTotal.h"
+#include "DevArtifact.h"
 #include "DirNode.h"
 #include "FileCategory.h"
 #include "FileItem.h"
-#include "ScanRecords.h"
 
 #include <QByteArray>
 #include <QByteArrayList>
@@ -14,8 +18,6 @@
 #include <memory>
 #include <vector>
 
-// The outcome of one scan. Built by one worker, then handed to the main thread,
-// where only the fields marked mutable change afterwards, through removal.
 class ScanResult
 {
 public:

@@ -1,3 +1,6 @@
+// A lower size limit chosen from six fixed steps, in decimal bytes. Used as the
+// smallest size kept by the duplicate shelf. A value; any thread.
+
 #pragma once
 
 #include <QtGlobal>
@@ -5,8 +8,6 @@
 #include <array>
 #include <optional>
 
-// A lower size limit chosen from six fixed steps, in decimal bytes. Used as the
-// smallest size kept by the duplicate shelf.
 class SizeThreshold
 {
 public:

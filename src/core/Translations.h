@@ -1,13 +1,15 @@
+// The bundled translation tables. On Linux, texts that name Apple software read
+// in Linux wording; the English source texts stay in the code and remain the
+// keys. Installed once, on the main thread, right after the application starts.
+
 #pragma once
 
 #include "Platform.h"
 
 class QTranslator;
 
-// The bundled translation tables. On Linux, texts that name Apple software
-// ("Part of macOS, never touched") read in Linux wording ("Part of the system,
-// never touched"); the English source texts stay in the code and remain the
-// keys. Nothing is installed for the macOS profile.
+// "Part of macOS, never touched" reads "Part of the system, never touched" on
+// Linux. Nothing is installed for the macOS profile.
 namespace Translations {
 
 // Installs the tables of `platform` into the application; call right after the

@@ -1,3 +1,7 @@
+// One mounted volume the application offers for scanning. A value, compared and
+// hashed over all its fields, its identity the path of its mount point; any
+// thread (listing the volumes blocks, so it runs on a worker).
+
 #pragma once
 
 #include <QByteArray>
@@ -6,8 +10,6 @@
 #include <QMetaType>
 #include <QString>
 
-// One mounted volume the application offers for scanning. A value, compared and
-// hashed over all its fields; its identity is the path of its mount point.
 struct VolumeInfo {
     Q_GADGET
     Q_PROPERTY(QString path READ pathText CONSTANT)
@@ -46,11 +48,3 @@ inline size_t qHash(const VolumeInfo &v, size_t seed = 0)
 }
 
 Q_DECLARE_METATYPE(VolumeInfo)
-
-// Whether the process may read what only Full Disk Access makes readable. Tries
-// the probe files below `home` that exist; with none present there is nothing
-// that could show a lack of access, and the answer is true.
-namespace FullDiskAccess {
-QList<QByteArray> probePaths(const QByteArray &home);
-bool probe(const QByteArray &home);
-} // namespace FullDiskAccess

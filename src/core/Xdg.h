@@ -1,3 +1,6 @@
+// The freedesktop.org base and user folders, as bytes. Stateless; any thread
+// (the running user's environment is read at each call).
+
 #pragma once
 
 #include <QByteArray>
@@ -6,8 +9,6 @@
 
 #include <utility>
 
-// The freedesktop.org base and user folders, as bytes.
-//
 // Each function takes the home folder the caller works with. For the running
 // user's own home the XDG_* environment variables apply (a relative value is
 // ignored, as the base directory rules say); for any other home handed in (a

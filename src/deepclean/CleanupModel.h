@@ -1,3 +1,8 @@
+// The state behind Deep Clean: the catalogue, what each location measured, the
+// Trash's size, the ticked locations and the lazily loaded listing of one. Lives
+// on the main thread; measuring and listing run on workers that get value copies
+// of the locations and hand their answers back by queued call.
+
 #pragma once
 
 #include "JunkLocation.h"
@@ -9,12 +14,8 @@
 
 #include <optional>
 
-// The state behind Deep Clean: the catalogue, what each location measured, the
-// size of the Trash, which locations are ticked and the lazily loaded listing of
-// a location. Lives on the main thread; measuring and listing run on workers
-// that get value copies of the locations and hand their answers back by queued
-// call. A measurement cannot be cancelled; asking again while one runs queues
-// exactly one more run.
+// A measurement cannot be cancelled; asking again while one runs queues exactly
+// one more run.
 class CleanupModel : public QObject
 {
     Q_OBJECT

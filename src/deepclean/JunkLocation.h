@@ -1,8 +1,13 @@
+// One place of rebuildable junk that Deep Clean offers for bulk cleaning: what
+// the user is told about it, which folders it covers and which things in them
+// would go. The catalogue is fixed per platform; a location is a value with no
+// measured state of its own, copied to workers as it is.
+
 #pragma once
 
+#include "core/DiskUsage.h"
 #include "core/JunkEntry.h"
 #include "core/Platform.h"
-#include "core/ScanRecords.h"
 
 #include <QByteArray>
 #include <QByteArrayList>
@@ -11,10 +16,6 @@
 
 #include <optional>
 
-// One place of rebuildable junk that Deep Clean offers for bulk cleaning: what
-// the user is told about it, which folders it covers and which things in them
-// would go. The catalogue is fixed per platform; a location holds no measured
-// state of its own.
 struct JunkLocation {
     // How the location is presented and bulk-selected (not a per-path verdict).
     class Risk

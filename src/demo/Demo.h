@@ -1,7 +1,10 @@
+// A made-up home folder, volume and Deep Clean figures for showing the
+// application without touching any file. Fixed data; no instances; any thread.
+
 #pragma once
 
+#include "core/DiskUsage.h"
 #include "core/JunkEntry.h"
-#include "core/ScanRecords.h"
 #include "core/ScanResult.h"
 #include "core/VolumeInfo.h"
 
@@ -11,8 +14,6 @@
 #include <QString>
 #include <QStringList>
 
-// A made-up home folder, volume and Deep Clean figures for showing the
-// application without touching any file. Fixed data; no instances.
 namespace Demo {
 
 // True when the process arguments hold "-demo" anywhere. Decided once, on the

@@ -1,6 +1,6 @@
 #include "DuplicateEngine.h"
 
-#include "ContentHash.h"
+#include "ContentHasher.h"
 #include "StorageProbe.h"
 
 #include "core/Fmt.h"

@@ -1,3 +1,7 @@
+// Proves which files have identical contents. No state: everything it knows
+// comes in through its arguments, and it only ever reads files. Runs on the
+// calling thread, a worker.
+
 #pragma once
 
 #include "DuplicateGroup.h"
@@ -11,9 +15,6 @@
 #include <optional>
 #include <vector>
 
-// Proves which files have identical contents. No state: everything it knows
-// comes in through its arguments, and it only ever reads files.
-//
 // Three stages, each cheap enough to reject what the next would pay dearly for:
 //  1. equal logical sizes;
 //  2. a SHA-256 of samples: the first 64 KiB, and from 131,073 bytes on also the
@@ -21,7 +22,7 @@
 //     sample digest is its whole-file digest);
 //  3. a SHA-256 of the whole of each file left, in 4 MiB reads (for files
 //     that agree with a sparse one, of ContentHasher's zero-run form).
-// Only equal whole-file digests make twins. Samples are read as bytes, holes
+// Only equal whole-file digests make duplicates. Samples are read as bytes, holes
 // included, so stage 2 never parts what stage 3 would join.
 namespace DuplicateEngine {
 

@@ -1,3 +1,6 @@
+// One set of files whose whole contents are identical, as proven by their
+// SHA-256 digests. A value; any thread.
+
 #pragma once
 
 #include "core/FileItem.h"
@@ -6,8 +9,6 @@
 
 #include <vector>
 
-// One set of files whose whole contents are identical, as proven by their
-// SHA-256 digests.
 struct DuplicateGroup {
     // The 64-character lower-case hexadecimal SHA-256 of the whole content;
     // unique among the groups of one search.

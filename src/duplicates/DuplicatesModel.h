@@ -1,3 +1,8 @@
+// The state of the duplicate search: the run in progress with its progress and
+// status, the groups of the last finished run (as edited since by removals) and
+// the copies the user has marked. Lives on the main thread; each run's search
+// goes to a worker with a copy of the files.
+
 #pragma once
 
 #include "DuplicateGroup.h"
@@ -12,12 +17,8 @@
 
 #include <vector>
 
-// The state of the duplicate search: the run in progress with its progress and
-// status, the groups of the last finished run (as edited since by removals) and
-// the copies the user has marked. Lives on the main thread; each run's search
-// goes to a worker with a copy of the files and a fresh token, which is also the
-// run's identity: reports and results of a cancelled or replaced run are dropped
-// when they arrive.
+// Each run gets a fresh token, which is also its identity: reports and results
+// of a cancelled or replaced run are dropped when they arrive.
 class DuplicatesModel : public QObject
 {
     Q_OBJECT

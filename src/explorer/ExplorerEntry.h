@@ -5,9 +5,9 @@
 #pragma once
 
 #include "core/DirNode.h"
+#include "core/DiscoveredEntry.h"
 #include "core/FileCategory.h"
 #include "core/FileItem.h"
-#include "core/ScanRecords.h"
 #include "removal/CleanItem.h"
 #include "safety/Risk.h"
 

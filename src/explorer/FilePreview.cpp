@@ -2,6 +2,7 @@
 
 #include "TileText.h"
 
+#include "core/AllocatedSize.h"
 #include "core/Fmt.h"
 #include "core/Paths.h"
 
@@ -39,12 +40,12 @@ QVariantMap details(const QByteArray &path)
         {QStringLiteral("path"), text},
         {QStringLiteral("url"), QUrl::fromLocalFile(text)},
         {QStringLiteral("name"), Paths::toDisplay(Paths::lastComponent(path))},
-        {QStringLiteral("location"), TileText::abbreviateWithTilde(path)},
+        {QStringLiteral("location"), Paths::abbreviateHome(path)},
         {QStringLiteral("kind"), kind},
         {QStringLiteral("type"), mime.comment()},
         {QStringLiteral("text"), content},
         {QStringLiteral("exists"), exists},
-        {QStringLiteral("size"), exists ? Fmt::bytes(qint64(st.st_blocks) * 512) : QString()},
+        {QStringLiteral("size"), exists ? Fmt::bytes(allocatedSize(st)) : QString()},
         {QStringLiteral("modified"), exists ? QLocale().toString(info.lastModified(), QLocale::LongFormat) : QString()},
     };
 }

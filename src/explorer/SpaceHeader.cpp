@@ -2,10 +2,10 @@
 
 #include "TileText.h"
 
-#include "state/AppState.h"
 #include "core/FileCategory.h"
 #include "core/Fmt.h"
 #include "core/Paths.h"
+#include "state/AppState.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -69,10 +69,10 @@ QString SpaceHeader::subtitle() const
     if (!node)
         return {};
     if (m_navigator.canGoBack())
-        return TileText::abbreviateWithTilde(node->path());
+        return Paths::abbreviateHome(node->path());
     const double duration = m_state && m_state->result() ? m_state->result()->duration : 0;
     return explorerText(QT_TRANSLATE_NOOP("Explorer", "Scanned %1 in %2"))
-        .arg(TileText::abbreviateWithTilde(node->path()), Fmt::duration(duration));
+        .arg(Paths::abbreviateHome(node->path()), Fmt::duration(duration));
 }
 
 QString SpaceHeader::sizeText() const

@@ -5,12 +5,12 @@
 #include "SpaceHeader.h"
 #include "TileRoles.h"
 
-#include "state/AppState.h"
 #include "core/Desktop.h"
 #include "core/FileActions.h"
 #include "core/Paths.h"
 #include "core/Prefs.h"
 #include "safety/SafetyGuard.h"
+#include "state/AppState.h"
 
 #include <algorithm>
 
@@ -73,7 +73,9 @@ void SpaceModel::setState(AppState *state)
         m_connections << connect(state, &AppState::recentsChanged, this, &SpaceModel::recentsChanged);
         // Until the steamer passes over them, what a removal takes fades out
         // where it stands.
-        const auto followRemoval = [this] { setVanishing(m_state->removal()->vanishingPaths() + m_state->removal()->sorvelisingIDs()); };
+        const auto followRemoval = [this] {
+            setVanishing(m_state->removal()->vanishingPaths() + m_state->removal()->sorvelisingIDs());
+        };
         m_connections << connect(state->removal(), &RemovalSession::vanishingPathsChanged, this, followRemoval);
         m_connections << connect(state->removal(), &RemovalSession::sorvelisingIDsChanged, this, followRemoval);
         m_connections << connect(state, &AppState::folderFocusChanged, this, [this] {

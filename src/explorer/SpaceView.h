@@ -9,6 +9,7 @@
 #include "ExplorerTile.h"
 #include "TileMemo.h"
 
+#include "core/ScanProgress.h"
 #include "core/ScanResult.h"
 
 #include <QHash>

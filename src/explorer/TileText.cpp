@@ -56,22 +56,10 @@ QString kindLine(const ExplorerEntry &entry)
     return explorerText(QT_TRANSLATE_NOOP("Explorer", "File"));
 }
 
-QString abbreviateWithTilde(const QByteArray &path)
-{
-    const QByteArray home = Platform::homeDirectory();
-    if (!home.isEmpty() && home != "/") {
-        if (Paths::equal(path, home))
-            return QStringLiteral("~");
-        if (Paths::isBelow(path, home))
-            return QStringLiteral("~") + Paths::toDisplay(path.mid(home.size()));
-    }
-    return Paths::toDisplay(path);
-}
-
 QStringList helpLines(const ExplorerEntry &entry, const HelpFacts &facts)
 {
     QStringList lines;
-    lines << abbreviateWithTilde(entry.id);
+    lines << Paths::abbreviateHome(entry.id);
     const bool kept = facts.isProtected && !facts.isContentsOnly;
     if (kept)
         lines << QStringLiteral("🔒 ") + facts.protectedReason;

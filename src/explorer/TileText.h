@@ -20,9 +20,6 @@ QString kindLine(const ExplorerEntry &entry);
 // The tooltip, one line per fact that applies.
 QStringList helpLines(const ExplorerEntry &entry, const HelpFacts &facts);
 
-// The path with the home folder shortened to "~".
-QString abbreviateWithTilde(const QByteArray &path);
-
 // The toast for a protected item: "“name” stays: reason".
 QString protectedToast(const QString &name, const QString &reason);
 // The warning for a dangerous item that is being selected.

@@ -1,6 +1,10 @@
+// One selected thing: a file or folder by its path, or a Deep Clean location by
+// "junk:" + its id. A value, equal over all seven fields, identified by `id`;
+// any thread.
+
 #pragma once
 
-#include "core/ScanRecords.h"
+#include "core/DevArtifact.h"
 #include "safety/Risk.h"
 
 #include <QByteArray>
@@ -8,8 +12,6 @@
 
 #include <optional>
 
-// One selected thing: a file or folder by its path, or a Deep Clean location by
-// "junk:" + its id. A value, equal over all seven fields, identified by `id`.
 struct CleanItem {
     class Kind
     {

@@ -1,3 +1,6 @@
+// The one selection of the application: items picked in any area, in the order
+// they were added, kept free of overlaps. Lives on the main thread.
+
 #pragma once
 
 #include "CleanItem.h"
@@ -11,17 +14,15 @@
 #include <optional>
 #include <set>
 
-// The one selection of the application: items picked in any area, in the order
-// they were added, kept free of overlaps. A queued folder (or artefact) covers
-// everything below it, so nothing below it is stored; adding a folder swallows
-// its queued children whatever area they came from. Junk items ("junk:" ids) are
-// not paths and neither cover nor are covered.
-//
 // Lives on the main thread; every change emits itemsChanged().
 //
 // Lookups are by hash and by a sorted index of the path ids, so adding many
 // thousands of items one by one stays fast. Paths compare under canonical
 // Unicode equivalence, like everywhere else.
+// A queued folder (or artefact) covers everything below it, so nothing below it
+// is stored; adding a folder swallows its queued children whatever area they
+// came from. Junk items ("junk:" ids) are not paths and neither cover nor are
+// covered.
 class CleanQueue : public QObject
 {
     Q_OBJECT

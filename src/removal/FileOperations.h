@@ -1,3 +1,7 @@
+// The two operations that change the user's files: to the Trash, or removed for
+// good. Every removal goes through this seam; each removal worker uses an object
+// of its own.
+
 #pragma once
 
 #include <QByteArray>
@@ -7,9 +11,8 @@
 
 class RealPlace;
 
-// The two operations that change the user's files. Everything that removes goes
-// through this seam, so tests can watch (or refuse) each call, and so the one
-// real implementation keeps the errno of what failed for the failure classes.
+// Tests watch (or refuse) each call through this seam, and the one real
+// implementation keeps the errno of what failed for the failure classes.
 //
 // Both act on a RealPlace: the item's folder is already open, reached without
 // following a link, and the item is its entry `name()`, never followed either.

@@ -1,11 +1,13 @@
+// Moving files to the Trash the freedesktop.org way (Trash specification 1.0).
+// Holds only where the home trash is; any thread, and two movers at once never
+// pick the same name.
+
 #pragma once
 
 #include <QByteArray>
 
 class RealPlace;
 
-// Moving files to the Trash the freedesktop.org way (Trash specification 1.0).
-//
 // Items on the home folder's file system go to $XDG_DATA_HOME/Trash (made with
 // its parents, mode 0700). Items on another file system go to that volume's
 // trash: $topdir/.Trash/$uid when $topdir/.Trash is a real directory with the

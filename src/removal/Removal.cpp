@@ -1,5 +1,6 @@
 #include "Removal.h"
 
+#include "core/AllocatedSize.h"
 #include "core/Paths.h"
 #include "core/RealPlace.h"
 #include "safety/SafetyGuard.h"
@@ -177,7 +178,7 @@ qint64 measure(const QByteArray &path)
     if (::lstat(path.constData(), &st) != 0)
         return 0;
     if (!S_ISDIR(st.st_mode))
-        return qint64(st.st_blocks) * 512;
+        return allocatedSize(st);
 
     QByteArray copy = path;
     char *roots[] = {copy.data(), nullptr};
@@ -196,7 +197,7 @@ qint64 measure(const QByteArray &path)
                 continue;
             seen.insert(key);
         }
-        total += qint64(s->st_blocks) * 512;
+        total += allocatedSize(*s);
     }
     ::fts_close(fts);
     return total;

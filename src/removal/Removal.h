@@ -1,7 +1,12 @@
+// The part of a removal that touches the disk: runs on a worker with a copy of
+// the items and a file-operations object of its own, and touches no model.
+
 #pragma once
 
-#include "Deletion.h"
+#include "DeletionFailure.h"
+#include "DeletionItem.h"
 #include "FileOperations.h"
+#include "FolderIdentity.h"
 
 #include "safety/SafetyProfile.h"
 
@@ -10,8 +15,6 @@
 #include <QHash>
 #include <QList>
 
-// The part of a removal that touches the disk: runs on a worker with a copy of
-// the items and a file-operations object of its own, and touches no model.
 namespace Removal {
 
 struct Outcome {

@@ -1,3 +1,7 @@
+// The verdict on one path: how much would be lost by removing it, a short title
+// for a badge and one sentence that says why. Made by RiskCatalog::assess. A
+// value; any thread.
+
 #pragma once
 
 #include <QString>
@@ -5,9 +9,6 @@
 #include <array>
 #include <optional>
 
-// The verdict on one path: how much would be lost by removing it, a short title
-// for a badge and one sentence that says why. Made by RiskCatalog::assess.
-//
 // The default verdict (`normal`, empty title and sentence) means nothing special
 // is known about the path: callers show no badge for it.
 struct Risk {

@@ -1,3 +1,7 @@
+// Turns a path into a Risk: a level, a badge title and one sentence that says
+// what would be lost. It judges by the path's text and two facts given by the
+// caller; it knows nothing of scan results. Pure functions; any thread.
+
 #pragma once
 
 #include "Risk.h"
@@ -9,10 +13,6 @@
 
 #include <optional>
 
-// Turns a path into a Risk: a level, a badge title and one sentence that says
-// what would be lost. It judges by the path's text and two facts given by the
-// caller; it knows nothing of scan results.
-//
 // The order of the tests is the design of the catalogue; an earlier test beats
 // every later one:
 //   1. protected by SafetyGuard (and not a contents-only folder): locked "Kept";

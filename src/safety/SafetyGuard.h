@@ -1,3 +1,7 @@
+// What may never be removed as an item: system folders, the home folder and its
+// main folders, key stores, mount points. Functions over a fixed SafetyProfile;
+// any thread.
+
 #pragma once
 
 #include "SafetyProfile.h"
@@ -6,9 +10,8 @@
 
 class RealPlace;
 
-// What may never be removed as an item: system folders, the home folder and its
-// main folders, key stores, mount points. The lists are fixed when the profile
-// is built; nothing the user sets widens or narrows them.
+// The lists are fixed when the profile is built; nothing the user sets widens
+// or narrows them.
 //
 // isProtected and reason first pass the path through the profile's normalize
 // (so "~", ".", "..", doubled and trailing slashes are resolved textually), then

@@ -2,7 +2,6 @@
 
 #include "core/Paths.h"
 #include "core/Xdg.h"
-#include "scan/DiskScanner.h"
 
 #include <QFile>
 
@@ -95,7 +94,7 @@ QByteArray realFolder(const QByteArray &path)
 {
     char *resolved = ::realpath(path.constData(), nullptr);
     if (!resolved)
-        return DiskScanner::normalize(path);
+        return Paths::normalize(path);
     const QByteArray out(resolved);
     ::free(resolved);
     return out;
@@ -181,7 +180,7 @@ SafetyProfile::SafetyProfile(Platform platform, QByteArray home, QByteArray conf
 
     if (configHome.isEmpty())
         configHome = m_home + "/.config";
-    const QByteArray normalHome = DiskScanner::normalize(m_home);
+    const QByteArray normalHome = Paths::normalize(m_home);
     for (const auto &[name, dir] : readUserDirs(configHome + "/user-dirs.dirs", m_home)) {
         if (dir == normalHome || dir == "/")
             continue;
@@ -211,9 +210,9 @@ QByteArray SafetyProfile::normalize(QByteArrayView path) const
     if (path.startsWith('~') && (path.size() == 1 || path[1] == '/')) {
         QByteArray expanded = m_home;
         expanded.append(path.sliced(1));
-        return DiskScanner::normalize(expanded);
+        return Paths::normalize(expanded);
     }
-    return DiskScanner::normalize(path);
+    return Paths::normalize(path);
 }
 
 bool SafetyProfile::isMountPoint(QByteArrayView path) const
@@ -265,6 +264,6 @@ QList<std::pair<QByteArray, QByteArray>> SafetyProfile::readUserDirs(const QByte
 {
     QList<std::pair<QByteArray, QByteArray>> dirs = Xdg::readUserDirs(file, home);
     for (auto &entry : dirs)
-        entry.second = DiskScanner::normalize(entry.second);
+        entry.second = Paths::normalize(entry.second);
     return dirs;
 }

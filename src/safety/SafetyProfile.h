@@ -1,3 +1,7 @@
+// The places on disk that the safety guard and the risk catalogue know by name,
+// built for one platform profile and one home folder. Immutable once built; any
+// thread.
+
 #pragma once
 
 #include "core/Platform.h"
@@ -7,17 +11,13 @@
 #include <QList>
 #include <QSet>
 
-// The places on disk that the safety guard and the risk catalogue know by name,
-// built for one platform profile and one home folder.
-//
 // The running system's profile is `standard()`: built once, on first use from
 // any thread, from Platform::current() and Platform::homeDirectory() read at
 // that moment, and never rebuilt. Other profiles are made by hand, so both
 // platforms' tables can be checked on any host.
 //
 // Every table entry is held in comparable form (Paths::comparable), so lookups
-// follow canonical Unicode equivalence. After construction a profile is
-// immutable and safe to read from any thread.
+// follow canonical Unicode equivalence.
 class SafetyProfile
 {
 public:
@@ -30,7 +30,7 @@ public:
     Platform platform() const { return m_platform; }
     const QByteArray &home() const { return m_home; }
 
-    // DiskScanner::normalize, except that a leading "~" stands for this
+    // Paths::normalize, except that a leading "~" stands for this
     // profile's home rather than the running user's.
     QByteArray normalize(QByteArrayView path) const;
 

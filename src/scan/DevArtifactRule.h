@@ -1,12 +1,13 @@
+// Recognises folders that are build output or dependency caches of software
+// projects: by the folder's name, and for names too ordinary to stand alone
+// ("target", "build", "Pods", "venv") by a project file beside or inside it.
+// No instances; any thread.
+
 #pragma once
 
 #include <QByteArrayView>
 #include <QString>
 
-// Recognises folders that are build output or dependency caches of software
-// projects: by the folder's name, and for names too ordinary to stand alone
-// ("target", "build", "Pods", "venv") by a project file beside or inside it.
-// No instances.
 namespace DevArtifactRule {
 
 // The localised kind label of the folder `name` inside the open folder `parentFd`

@@ -2,6 +2,7 @@
 
 #include "DevArtifactRule.h"
 #include "TreeWalk.h"
+#include "core/AllocatedSize.h"
 #include "core/FileCategory.h"
 #include "core/Paths.h"
 #include "core/Platform.h"
@@ -28,9 +29,6 @@ double accessedOf(const struct stat &st) { return st.st_atimespec.tv_sec + st.st
 double modifiedOf(const struct stat &st) { return double(st.st_mtim.tv_sec) + double(st.st_mtim.tv_nsec) / 1e9; }
 double accessedOf(const struct stat &st) { return double(st.st_atim.tv_sec) + double(st.st_atim.tv_nsec) / 1e9; }
 #endif
-
-// What a file occupies on disk; sparse and compressed files count as such.
-qint64 allocatedSize(const struct stat &st) { return qint64(st.st_blocks) * 512; }
 
 // One inode of a file with several links.
 struct InodeKey {
@@ -489,22 +487,20 @@ ScanResultPtr Walk::run(const QByteArray &root)
 
 namespace DiskScanner {
 
-// normalize() lives in Normalize.cpp.
-
 ScanResultPtr scan(const QByteArray &root, const ScanOptions &options, qint64 firstID, const CancelTokenPtr &token,
                    const ProgressCallback &progress)
 {
-    const QByteArray path = normalize(root);
+    const QByteArray path = Paths::normalize(root);
     Walk walk(path, options, firstID, token, progress);
     return walk.run(path);
 }
 
 QByteArrayList skippedPaths(const QByteArray &rootPath, const QByteArrayList &excluded)
 {
-    const QByteArray root = normalize(rootPath);
+    const QByteArray root = Paths::normalize(rootPath);
     QByteArrayList out;
     for (const QByteArray &path : excluded)
-        out.append(normalize(path));
+        out.append(Paths::normalize(path));
     out.append(systemSkips());
     char *resolved = ::realpath(root.constData(), nullptr);
     if (!resolved)
@@ -526,7 +522,7 @@ QByteArrayList skippedPaths(const QByteArray &rootPath, const QByteArrayList &ex
 DiskUsage usage(const QByteArray &of, const CancelTokenPtr &token)
 {
     DiskUsage usage;
-    const QByteArray path = normalize(of);
+    const QByteArray path = Paths::normalize(of);
     struct stat st;
     if (::lstat(path.constData(), &st) != 0) {
         usage.readable = true;

@@ -1,16 +1,19 @@
+// One walk of a directory tree into a ScanResult and the measuring of one path.
+// No instances; everything is static and runs on the calling thread, a worker.
+
 #pragma once
 
 #include "core/CancelToken.h"
+#include "core/DiskUsage.h"
+#include "core/Paths.h"
 #include "core/ScanOptions.h"
-#include "core/ScanRecords.h"
+#include "core/ScanProgress.h"
 #include "core/ScanResult.h"
 
 #include <QByteArray>
 
 #include <functional>
 
-// One walk of a directory tree into a ScanResult, the measuring of one path, and
-// the canonical form of paths. No instances; everything is static.
 namespace DiskScanner {
 
 // Called on the scanning worker with each published snapshot; it must itself get
@@ -32,9 +35,5 @@ DiskUsage usage(const QByteArray &of, const CancelTokenPtr &token = {});
 // be a symbolic link or lie below one) is also given as the walk spells it, `root`
 // followed by the rest, so that a link to "/" skips "/proc" as "/" does.
 QByteArrayList skippedPaths(const QByteArray &root, const QByteArrayList &excluded);
-
-// The canonical form of a path: "~" expanded, "." and ".." and empty pieces
-// resolved textually, no trailing slash. Touches no file system, resolves no link.
-QByteArray normalize(QByteArrayView path);
 
 } // namespace DiskScanner

@@ -1,5 +1,7 @@
 #include "LooseFiles.h"
 
+#include "core/AllocatedSize.h"
+
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -28,7 +30,7 @@ QList<File> list(const QByteArray &folder, const QSet<QByteArray> &known, bool s
         struct stat st;
         if (::fstatat(fd, ent->d_name, &st, AT_SYMLINK_NOFOLLOW) != 0 || S_ISDIR(st.st_mode))
             continue;
-        out.append({prefix + name, qint64(st.st_blocks) * 512});
+        out.append({prefix + name, allocatedSize(st)});
     }
     ::closedir(dir); // closes fd too
     return out;

@@ -1,3 +1,7 @@
+// A depth-first walk of a directory tree that reports the same events in the
+// same order as fts(3) with FTS_PHYSICAL | FTS_NOCHDIR and no sorting. Owns the
+// descriptors of the folders it is in; one walk, one thread.
+
 #pragma once
 
 #include <QByteArray>
@@ -9,11 +13,9 @@
 
 #include <sys/stat.h>
 
-// A depth-first walk of a directory tree that reports the same events in the
-// same order as fts(3) with FTS_PHYSICAL | FTS_NOCHDIR and no sorting: a folder
-// before its contents (`directory`) and again after them (`directoryDone`), or
-// `unreadable` instead of the second when it can't be listed; entries in the
-// order the folder lists them.
+// A folder comes before its contents (`directory`) and again after them
+// (`directoryDone`), or `unreadable` instead of the second when it can't be
+// listed; entries come in the order the folder lists them.
 //
 // Unlike glibc's fts without FTS_CHDIR, which hands every entry to lstat() by its
 // full path, entries are examined relative to an open descriptor of their folder

@@ -5,7 +5,7 @@
 
 #include "removal/CleanItem.h"
 #include "removal/CleanQueue.h"
-#include "removal/SheetRules.h"
+#include "removal/ReviewRules.h"
 
 #include <QString>
 

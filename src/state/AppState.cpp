@@ -15,8 +15,6 @@
 #include <QFile>
 #include <QPointer>
 
-#include <pwd.h>
-
 namespace {
 
 double now() { return double(QDateTime::currentMSecsSinceEpoch()) / 1000.0; }
@@ -27,41 +25,6 @@ QByteArrayList processArguments()
     for (const QString &arg : QCoreApplication::arguments())
         out.append(QFile::encodeName(arg));
     return out;
-}
-
-// "~" and "~/x" become the home folder, "~user/x" that user's home folder.
-// Anything else, or an unknown user, stays as it is.
-QByteArray expandTilde(const QByteArray &path)
-{
-    if (!path.startsWith('~'))
-        return path;
-    const qsizetype slash = path.indexOf('/');
-    const QByteArray user = path.mid(1, slash < 0 ? -1 : slash - 1);
-    const QByteArray rest = slash < 0 ? QByteArray() : path.mid(slash);
-    QByteArray home;
-    if (user.isEmpty()) {
-        home = Platform::homeDirectory();
-    } else if (const passwd *pw = ::getpwnam(user.constData()); pw && pw->pw_dir) {
-        home = QByteArray(pw->pw_dir);
-    } else {
-        return path;
-    }
-    if (home == "/" && !rest.isEmpty())
-        return rest;
-    return home + rest;
-}
-
-// The path as people see it, with the home folder written as "~".
-QString abbreviateHome(const QByteArray &path)
-{
-    const QByteArray home = Platform::homeDirectory();
-    if (home != "/") {
-        if (Paths::equal(path, home))
-            return QStringLiteral("~");
-        if (Paths::isBelow(path, home))
-            return QStringLiteral("~") + Paths::toDisplay(QByteArrayView(path).sliced(home.size()));
-    }
-    return Paths::toDisplay(path);
 }
 
 } // namespace
@@ -209,7 +172,7 @@ void AppState::onLaunch()
         m_cleanup.measure();
         const qsizetype scanAt = m_arguments.indexOf("-scan");
         if (scanAt >= 0 && scanAt + 1 < m_arguments.size())
-            scan(expandTilde(m_arguments.at(scanAt + 1)));
+            scan(Paths::expandTilde(m_arguments.at(scanAt + 1)));
     }
     handleSectionArgument();
 }
@@ -245,7 +208,7 @@ void AppState::scan(const QByteArray &path)
     QByteArray absolute = path;
     if (!absolute.startsWith('/') && !absolute.startsWith('~'))
         absolute = QFile::encodeName(QDir::currentPath()) + '/' + absolute;
-    const QByteArray target = DiskScanner::normalize(absolute);
+    const QByteArray target = Paths::normalize(absolute);
     const ScanOptions options = ScanOptions::current();
     const CancelTokenPtr token = makeCancelToken();
     m_scanToken = token;
@@ -290,7 +253,7 @@ void AppState::finishScan(const CancelTokenPtr &token, const ScanResultPtr &resu
 
     if (!result) {
         if (!token->isCancelled())
-            setErrorMessage(tr("Couldn't scan %1.").arg(abbreviateHome(target)));
+            setErrorMessage(tr("Couldn't scan %1.").arg(Paths::abbreviateHome(target)));
     } else {
         showResult(target, result);
         if (result->unreadableCount > 0)

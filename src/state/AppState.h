@@ -15,7 +15,7 @@
 #include "core/CancelToken.h"
 #include "core/FileCategory.h"
 #include "core/ScanOptions.h"
-#include "core/ScanRecords.h"
+#include "core/ScanProgress.h"
 #include "core/ScanResult.h"
 #include "core/VolumeInfo.h"
 #include "deepclean/CleanupModel.h"

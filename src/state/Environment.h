@@ -8,12 +8,13 @@
 
 #include "core/CancelToken.h"
 #include "core/ScanOptions.h"
-#include "core/ScanRecords.h"
+#include "core/ScanProgress.h"
 #include "core/ScanResult.h"
 #include "core/VolumeInfo.h"
 #include "removal/CleanItem.h"
-#include "removal/Deletion.h"
+#include "removal/DeletionItem.h"
 #include "removal/FileOperations.h"
+#include "removal/FolderIdentity.h"
 #include "removal/Removal.h"
 
 #include <QByteArray>

@@ -6,7 +6,6 @@
 #include "deepclean/JunkLocation.h"
 #include "removal/Removal.h"
 #include "safety/SafetyGuard.h"
-#include "scan/DiskScanner.h"
 
 #include <QElapsedTimer>
 #include <QPointer>
@@ -25,7 +24,7 @@ QStringList textList(const QSet<QByteArray> &paths)
     return out;
 }
 
-bool isContentsOnlyFolder(const QByteArray &id) { return SafetyGuard::isContentsOnly(DiskScanner::normalize(id)); }
+bool isContentsOnlyFolder(const QByteArray &id) { return SafetyGuard::isContentsOnly(Paths::normalize(id)); }
 
 } // namespace
 
@@ -170,7 +169,7 @@ std::optional<DeletionRequest> RemovalSession::deletionRequest(const QSet<QByteA
         for (const CleanItem &item : selection) {
             if (item.isJunk())
                 continue;
-            const QByteArray normalized = DiskScanner::normalize(item.id);
+            const QByteArray normalized = Paths::normalize(item.id);
             if (SafetyGuard::isProtected(normalized) && !SafetyGuard::isContentsOnly(normalized))
                 cleared.insert(item.id);
         }
@@ -205,7 +204,7 @@ void RemovalSession::performDeletion(const DeletionRequest &request, bool perman
     QList<DeletionItem> allowed;
     QList<DeletionFailure> guardFailures;
     for (const DeletionItem &item : request.items) {
-        const QByteArray normalized = DiskScanner::normalize(item.path);
+        const QByteArray normalized = Paths::normalize(item.path);
         if (SafetyGuard::isProtected(normalized))
             guardFailures.append({item.path, DeletionFailure::Reason::safetyGuard, SafetyGuard::reason(normalized)});
         else

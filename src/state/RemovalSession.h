@@ -8,7 +8,9 @@
 
 #include "core/Paths.h"
 #include "removal/CleanItem.h"
-#include "removal/Deletion.h"
+#include "removal/ConfirmRequest.h"
+#include "removal/DeletionFailure.h"
+#include "removal/DeletionRequest.h"
 
 #include <QByteArray>
 #include <QHash>

@@ -2,6 +2,7 @@
 #include "Unprivileged.h"
 
 #include "core/FileActions.h"
+#include "core/FullDiskAccess.h"
 #include "core/Paths.h"
 #include "core/VolumeInfo.h"
 

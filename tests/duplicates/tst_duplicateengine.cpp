@@ -1,6 +1,6 @@
 #include "DeepTree.h"
+#include "DuplicateFiles.h"
 #include "TestMain.h"
-#include "TwinFiles.h"
 #include "Unprivileged.h"
 
 #include "duplicates/DuplicateEngine.h"
@@ -118,9 +118,9 @@ private slots:
         QFETCH(int, verified);
         QFETCH(QString, lastStatus);
 
-        TwinFiles dir;
-        const QByteArray content = TwinFiles::noise(size, 7);
-        const QByteArray other = difference < 0 ? content : TwinFiles::flipped(content, difference);
+        DuplicateFiles dir;
+        const QByteArray content = DuplicateFiles::noise(size, 7);
+        const QByteArray other = difference < 0 ? content : DuplicateFiles::flipped(content, difference);
         const std::vector<FileItem> files = {dir.write("a", content), dir.write("b", other)};
 
         Reports reports;
@@ -137,7 +137,7 @@ private slots:
             QVERIFY(groups->empty());
         } else {
             QCOMPARE(groups->size(), size_t(1));
-            QCOMPARE(groups->front().id, TwinFiles::sha256(content));
+            QCOMPARE(groups->front().id, DuplicateFiles::sha256(content));
             QCOMPARE(ids(groups->front()), (QList<qint64>{1, 2}));
         }
     }
@@ -165,12 +165,12 @@ private slots:
         QFETCH(QList<QList<qint64>>, expected);
         QFETCH(Reading, reading);
 
-        TwinFiles dir;
-        const QByteArray base = TwinFiles::noise(300000, 11);
+        DuplicateFiles dir;
+        const QByteArray base = DuplicateFiles::noise(300000, 11);
         std::vector<FileItem> files;
         QHash<qint64, QByteArray> contentOf;
         for (int i = 0; i < contents.size(); ++i) {
-            const QByteArray content = contents[i] == 0 ? base : TwinFiles::flipped(base, 71680 + contents[i]);
+            const QByteArray content = contents[i] == 0 ? base : DuplicateFiles::flipped(base, 71680 + contents[i]);
             files.push_back(dir.write("f" + QByteArray::number(i), content));
             contentOf.insert(files.back().id, content);
         }
@@ -180,7 +180,7 @@ private slots:
         for (size_t i = 0; i < groups->size(); ++i) {
             const DuplicateGroup &group = (*groups)[i];
             QCOMPARE(ids(group), expected[int(i)]);
-            QCOMPARE(group.id, TwinFiles::sha256(contentOf.value(group.files.front().id)));
+            QCOMPARE(group.id, DuplicateFiles::sha256(contentOf.value(group.files.front().id)));
             QCOMPARE(group.size, files[size_t(expected[int(i)].front() - 1)].size);
         }
     }
@@ -200,8 +200,8 @@ private slots:
         QFETCH(int, copies);
         QFETCH(QList<qint64>, expected);
 
-        TwinFiles dir;
-        const QByteArray content = TwinFiles::noise(150000, 3);
+        DuplicateFiles dir;
+        const QByteArray content = DuplicateFiles::noise(150000, 3);
         std::vector<FileItem> files;
         for (int i = 0; i < copies; ++i)
             files.push_back(dir.write("copy" + QByteArray::number(i), content));
@@ -231,8 +231,8 @@ private slots:
 
     void unreadableFilesDropOut()
     {
-        TwinFiles dir;
-        const QByteArray content = TwinFiles::noise(5000, 5);
+        DuplicateFiles dir;
+        const QByteArray content = DuplicateFiles::noise(5000, 5);
         std::vector<FileItem> files = {dir.write("a", content), dir.write("b", content), dir.write("c", content)};
         FileItem missing = files[0];
         missing.id = 99;
@@ -296,12 +296,12 @@ private slots:
         QFETCH(int, candidates);
         QFETCH(QStringList, statuses);
 
-        TwinFiles dir;
+        DuplicateFiles dir;
         std::vector<FileItem> files;
         for (int i = 0; i < candidates; ++i)
-            files.push_back(dir.write("c" + QByteArray::number(i), TwinFiles::noise(100, quint32(i))));
+            files.push_back(dir.write("c" + QByteArray::number(i), DuplicateFiles::noise(100, quint32(i))));
         for (int i = 0; i < 5; ++i)
-            files.push_back(dir.write("u" + QByteArray::number(i), TwinFiles::noise(200 + i, 1)));
+            files.push_back(dir.write("u" + QByteArray::number(i), DuplicateFiles::noise(200 + i, 1)));
 
         Reports reports;
         const auto groups = DuplicateEngine::find(files, makeCancelToken(), reports.callback());
@@ -345,10 +345,10 @@ private slots:
         if (reversed)
             std::reverse(specs.begin(), specs.end());
 
-        TwinFiles dir;
+        DuplicateFiles dir;
         std::vector<FileItem> files;
         for (const Spec &spec : specs) {
-            const QByteArray content = TwinFiles::noise(spec.logicalSize, quint32(spec.logicalSize));
+            const QByteArray content = DuplicateFiles::noise(spec.logicalSize, quint32(spec.logicalSize));
             for (int i = 0; i < spec.copies; ++i) {
                 files.push_back(dir.write(QByteArray::number(spec.logicalSize) + '-' + QByteArray::number(i), content));
                 files.back().size = spec.size;
@@ -366,8 +366,8 @@ private slots:
     // Newest first; equal dates keep the order the files came in.
     void newestFirst()
     {
-        TwinFiles dir;
-        const QByteArray content = TwinFiles::noise(90000, 9);
+        DuplicateFiles dir;
+        const QByteArray content = DuplicateFiles::noise(90000, 9);
         const std::vector<FileItem> files = {dir.write("a", content, 10), dir.write("b", content, 30),
                                              dir.write("c", content, 20), dir.write("d", content, 30)};
         const auto groups = DuplicateEngine::find(files, makeCancelToken(), {});
@@ -383,7 +383,7 @@ private slots:
     // several sizes.
     void pooledReadingMatchesOneAtATime()
     {
-        TwinFiles dir;
+        DuplicateFiles dir;
         const std::vector<FileItem> files = mixedCorpus(dir);
 
         Reports one;
@@ -405,12 +405,12 @@ private slots:
     // Files far below PATH_MAX deep are compared like any other.
     void longPaths()
     {
-        TwinFiles dir;
+        DuplicateFiles dir;
         DeepChain tree(dir.path(), 400, 21);
-        const QByteArray content = TwinFiles::noise(300000, 21);
+        const QByteArray content = DuplicateFiles::noise(300000, 21);
         // The second shallow file differs 70 KiB in, where no sample looks.
         std::vector<FileItem> files = {dir.write("shallow", content, 1),
-                                       dir.write("other", TwinFiles::flipped(content, 71680), 2)};
+                                       dir.write("other", DuplicateFiles::flipped(content, 71680), 2)};
         for (const QByteArray name : {"deep1", "deep2"}) {
             FileItem deep = files[0];
             deep.id = qint64(files.size()) + 1;
@@ -437,15 +437,15 @@ private slots:
         QTest::addColumn<QList<int>>("kinds"); // per file: 0 sparse, 1 dense, 2 sparse with one byte changed
         QTest::addColumn<QList<qint64>>("expected");
         const qint64 gib = 1024 * 1024 * 1024;
-        const Pieces scattered = {{0, TwinFiles::noise(5000, 1)},
-                                  {70000, TwinFiles::noise(3, 2)},
-                                  {300 * 1024 * 1024 + 4097, TwinFiles::noise(9000, 3)},
-                                  {gib - 100, TwinFiles::noise(100, 4)}};
+        const Pieces scattered = {{0, DuplicateFiles::noise(5000, 1)},
+                                  {70000, DuplicateFiles::noise(3, 2)},
+                                  {300 * 1024 * 1024 + 4097, DuplicateFiles::noise(9000, 3)},
+                                  {gib - 100, DuplicateFiles::noise(100, 4)}};
         QTest::newRow("two sparse alike") << gib << scattered << QList<int>{0, 0} << QList<qint64>{1, 2};
         QTest::newRow("one byte past a hole") << gib << scattered << QList<int>{0, 2, 0} << QList<qint64>{1, 3};
-        const Pieces small = {{4096, TwinFiles::noise(4096, 5)},
-                              {5 * 1024 * 1024 + 3, TwinFiles::noise(70000, 6)},
-                              {8 * 1024 * 1024 - 10, TwinFiles::noise(10, 7)}};
+        const Pieces small = {{4096, DuplicateFiles::noise(4096, 5)},
+                              {5 * 1024 * 1024 + 3, DuplicateFiles::noise(70000, 6)},
+                              {8 * 1024 * 1024 - 10, DuplicateFiles::noise(10, 7)}};
         QTest::newRow("sparse and dense")
             << qint64(8 * 1024 * 1024) << small << QList<int>{1, 0, 2, 1} << QList<qint64>{1, 2, 4};
     }
@@ -457,13 +457,13 @@ private slots:
         QFETCH(QList<int>, kinds);
         QFETCH(QList<qint64>, expected);
 
-        TwinFiles dir;
+        DuplicateFiles dir;
         std::vector<FileItem> files;
         for (const int kind : kinds) {
             const QByteArray name = "f" + QByteArray::number(qint64(files.size()));
             auto own = pieces;
             if (kind == 2) // a byte in the middle of the second piece, past a hole
-                own[1].second = TwinFiles::flipped(own[1].second, own[1].second.size() / 2);
+                own[1].second = DuplicateFiles::flipped(own[1].second, own[1].second.size() / 2);
             if (kind == 1) {
                 QByteArray content(length, '\0');
                 for (const auto &[offset, bytes] : own)
@@ -500,7 +500,7 @@ private slots:
     void cancelAtEachReport()
     {
         QFETCH(Reading, reading);
-        TwinFiles dir;
+        DuplicateFiles dir;
         const std::vector<FileItem> files = mixedCorpus(dir);
         Reports full;
         QVERIFY(DuplicateEngine::find(files, makeCancelToken(), full.callback(), reading));
@@ -527,7 +527,7 @@ private slots:
     // answer was ready first) the whole answer, never part of it.
     void cancelAtRandomMoments()
     {
-        TwinFiles dir;
+        DuplicateFiles dir;
         const std::vector<FileItem> files = mixedCorpus(dir);
         const auto full = DuplicateEngine::find(files, makeCancelToken(), {});
         QVERIFY(full);
@@ -553,26 +553,26 @@ private slots:
     }
 
 private:
-    static std::vector<FileItem> mixedCorpus(TwinFiles &dir)
+    static std::vector<FileItem> mixedCorpus(DuplicateFiles &dir)
     {
         std::vector<FileItem> files;
         const auto add = [&](const QByteArray &name, const QByteArray &content, double modified) {
             files.push_back(dir.write(name, content, modified));
         };
         for (int i = 0; i < 120; ++i)
-            add("small" + QByteArray::number(i), TwinFiles::noise(700, quint32(1000 + i % 115)), 100 + i % 7);
-        const QByteArray large = TwinFiles::noise(9 * 1024 * 1024 + 77, 1);
+            add("small" + QByteArray::number(i), DuplicateFiles::noise(700, quint32(1000 + i % 115)), 100 + i % 7);
+        const QByteArray large = DuplicateFiles::noise(9 * 1024 * 1024 + 77, 1);
         add("large1", large, 5);
-        add("large-middle", TwinFiles::flipped(large, large.size() / 2), 6);
+        add("large-middle", DuplicateFiles::flipped(large, large.size() / 2), 6);
         add("large2", large, 7);
-        const QByteArray mid = TwinFiles::noise(131072, 2);
+        const QByteArray mid = DuplicateFiles::noise(131072, 2);
         for (int i = 0; i < 4; ++i)
-            add("mid" + QByteArray::number(i), i == 2 ? TwinFiles::flipped(mid, 131071) : mid, 50 - i);
-        const QByteArray trap = TwinFiles::noise(500000, 4);
+            add("mid" + QByteArray::number(i), i == 2 ? DuplicateFiles::flipped(mid, 131071) : mid, 50 - i);
+        const QByteArray trap = DuplicateFiles::noise(500000, 4);
         add("trap-a", trap, 1);
-        add("trap-b", TwinFiles::flipped(trap, 71680), 1);
+        add("trap-b", DuplicateFiles::flipped(trap, 71680), 1);
         add("trap-c", trap, 1);
-        add("trap-d", TwinFiles::flipped(trap, 71680), 1);
+        add("trap-d", DuplicateFiles::flipped(trap, 71680), 1);
         return files;
     }
 };

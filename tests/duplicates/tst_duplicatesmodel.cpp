@@ -1,5 +1,5 @@
+#include "DuplicateFiles.h"
 #include "TestMain.h"
-#include "TwinFiles.h"
 
 #include "duplicates/DuplicatesModel.h"
 
@@ -20,21 +20,21 @@ QList<QList<qint64>> groupIds(const DuplicatesModel &model)
     return result;
 }
 
-std::vector<FileItem> twins(TwinFiles &dir, const QByteArray &prefix, qint64 size, int copies, quint32 seed)
+std::vector<FileItem> copiesOf(DuplicateFiles &dir, const QByteArray &prefix, qint64 size, int copies, quint32 seed)
 {
     std::vector<FileItem> files;
-    const QByteArray content = TwinFiles::noise(size, seed);
+    const QByteArray content = DuplicateFiles::noise(size, seed);
     for (int i = 0; i < copies; ++i)
         files.push_back(dir.write(prefix + QByteArray::number(i), content, 1000.0 - i));
     return files;
 }
 
 // Sixty files of one size and different contents: a fingerprinting report.
-std::vector<FileItem> uniques(TwinFiles &dir)
+std::vector<FileItem> uniques(DuplicateFiles &dir)
 {
     std::vector<FileItem> files;
     for (int i = 0; i < 60; ++i)
-        files.push_back(dir.write("u" + QByteArray::number(i), TwinFiles::noise(3000, quint32(i))));
+        files.push_back(dir.write("u" + QByteArray::number(i), DuplicateFiles::noise(3000, quint32(i))));
     return files;
 }
 
@@ -74,8 +74,8 @@ private slots:
         QFETCH(bool, isPackage);
         QFETCH(bool, found);
 
-        TwinFiles dir;
-        std::vector<FileItem> files = twins(dir, "pair", logicalSize, 2, 1);
+        DuplicateFiles dir;
+        std::vector<FileItem> files = copiesOf(dir, "pair", logicalSize, 2, 1);
         for (FileItem &file : files) {
             file.size = size;
             file.isPackage = isPackage;
@@ -109,8 +109,8 @@ private slots:
     // The count of files a run could not read, signalled only when it changes.
     void unreadableCount()
     {
-        TwinFiles dir;
-        std::vector<FileItem> files = twins(dir, "copy", 3000, 3, 1);
+        DuplicateFiles dir;
+        std::vector<FileItem> files = copiesOf(dir, "copy", 3000, 3, 1);
         DuplicatesModel model;
         QSignalSpy changed(&model, &DuplicatesModel::unreadableCountChanged);
         for (const qint64 expected : {0, 1, 1}) {
@@ -131,9 +131,9 @@ private slots:
     // file's.
     void progressReports()
     {
-        TwinFiles dir;
+        DuplicateFiles dir;
         std::vector<FileItem> files = uniques(dir);
-        append(files, twins(dir, "big", 300000, 3, 99));
+        append(files, copiesOf(dir, "big", 300000, 3, 99));
 
         DuplicatesModel model;
         QList<double> fractions;
@@ -161,10 +161,10 @@ private slots:
     // their way, change nothing.
     void secondRunReplacesFirst()
     {
-        TwinFiles dir;
+        DuplicateFiles dir;
         std::vector<FileItem> first = uniques(dir);
-        append(first, twins(dir, "a", 5000, 2, 1));
-        const std::vector<FileItem> second = twins(dir, "b", 7000, 3, 2);
+        append(first, copiesOf(dir, "a", 5000, 2, 1));
+        const std::vector<FileItem> second = copiesOf(dir, "b", 7000, 3, 2);
 
         DuplicatesModel model;
         QStringList statuses;
@@ -190,8 +190,8 @@ private slots:
     // lets the stopped run's late result in.
     void stoppingARun()
     {
-        TwinFiles dir;
-        const std::vector<FileItem> files = twins(dir, "a", 5000, 2, 1);
+        DuplicateFiles dir;
+        const std::vector<FileItem> files = copiesOf(dir, "a", 5000, 2, 1);
         DuplicatesModel model;
         model.cancel(); // with no run: nothing
         QCOMPARE(model.isRunning(), false);
@@ -201,7 +201,7 @@ private slots:
         QCOMPARE(before.size(), 1);
         model.setMarked({1});
 
-        model.run(twins(dir, "b", 6000, 2, 2), 0);
+        model.run(copiesOf(dir, "b", 6000, 2, 2), 0);
         letWorkerFinish();
         model.cancel();
         QVERIFY(!model.isRunning() && !model.token());
@@ -244,9 +244,9 @@ private slots:
         QFETCH(QList<qint64>, marked);
         QFETCH(bool, changed);
 
-        TwinFiles dir;
-        std::vector<FileItem> files = twins(dir, "three", 5000, 3, 1);
-        append(files, twins(dir, "caf\xc3\xa9", 6000, 2, 2));
+        DuplicateFiles dir;
+        std::vector<FileItem> files = copiesOf(dir, "three", 5000, 3, 1);
+        append(files, copiesOf(dir, "caf\xc3\xa9", 6000, 2, 2));
         DuplicatesModel model;
         model.run(files, 0);
         QTRY_VERIFY(model.hasRun());

@@ -1,5 +1,5 @@
+#include "DuplicateFiles.h"
 #include "TestMain.h"
-#include "TwinFiles.h"
 
 #include "duplicates/StorageProbe.h"
 
@@ -15,9 +15,9 @@ class TestStorageProbe : public QObject
 private slots:
     void cachedFilesAreSeekFree()
     {
-        TwinFiles dir;
-        const FileItem a = dir.write("a", TwinFiles::noise(3 << 20, 1));
-        const FileItem b = dir.write("b", TwinFiles::noise(3 << 20, 2));
+        DuplicateFiles dir;
+        const FileItem a = dir.write("a", DuplicateFiles::noise(3 << 20, 1));
+        const FileItem b = dir.write("b", DuplicateFiles::noise(3 << 20, 2));
         QVERIFY(StorageProbe::allSeekFree({a.path, b.path, dir.path() + "/gone"}));
         QVERIFY(StorageProbe::allSeekFree({}));
     }
@@ -27,9 +27,9 @@ private slots:
     // that rules out reading several files at once.
     void evictedFilesOnRotatingDisk()
     {
-        TwinFiles dir;
-        const FileItem a = dir.write("a", TwinFiles::noise(8 << 20, 1));
-        const FileItem b = dir.write("b", TwinFiles::noise(8 << 20, 2));
+        DuplicateFiles dir;
+        const FileItem a = dir.write("a", DuplicateFiles::noise(8 << 20, 1));
+        const FileItem b = dir.write("b", DuplicateFiles::noise(8 << 20, 2));
         struct stat st {};
         QCOMPARE(::stat(a.path.constData(), &st), 0);
         QFile queue(

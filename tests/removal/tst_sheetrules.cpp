@@ -1,7 +1,10 @@
 #include "TestMain.h"
 
 #include "removal/CleanQueue.h"
-#include "removal/SheetRules.h"
+#include "removal/FailureRules.h"
+#include "removal/JunkContents.h"
+#include "removal/ReviewRules.h"
+#include "removal/RowLimit.h"
 
 #include "deepclean/JunkLocation.h"
 

@@ -1,8 +1,8 @@
 #include "TestMain.h"
 
+#include "core/Paths.h"
 #include "safety/RiskCatalog.h"
 #include "safety/SafetyGuard.h"
-#include "scan/DiskScanner.h"
 
 #include <QRandomGenerator>
 
@@ -92,8 +92,7 @@ private slots:
 
             // normalize is idempotent and canonical.
             QVERIFY2(profile.normalize(normal) == normal, context().constData());
-            QVERIFY2(DiskScanner::normalize(DiskScanner::normalize(path)) == DiskScanner::normalize(path),
-                     context().constData());
+            QVERIFY2(Paths::normalize(Paths::normalize(path)) == Paths::normalize(path), context().constData());
             QVERIFY2(normal.startsWith('/') && !normal.contains("//") && !normal.contains("/./") &&
                          !normal.contains("/../") && !normal.endsWith("/.") && !normal.endsWith("/..") &&
                          (normal == "/" || !normal.endsWith('/')),

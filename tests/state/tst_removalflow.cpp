@@ -207,7 +207,7 @@ private slots:
         QCOMPARE(failures.size(), 2);
         for (const DeletionFailure &failure : failures) {
             QCOMPARE(failure.reason, DeletionFailure::Reason::safetyGuard);
-            QCOMPARE(failure.detail, SafetyGuard::reason(DiskScanner::normalize(failure.path)));
+            QCOMPARE(failure.detail, SafetyGuard::reason(Paths::normalize(failure.path)));
         }
         // Nothing of it can ever go, so nothing of it stays selected.
         QVERIFY(f.state.queue()->isEmpty());

@@ -3,7 +3,7 @@
 // thread.
 #pragma once
 
-#include "removal/Deletion.h"
+#include "removal/ConfirmRequest.h"
 
 #include <QObject>
 #include <QPointer>

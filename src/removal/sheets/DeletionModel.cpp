@@ -4,9 +4,9 @@
 
 #include "shell/AppStateForeign.h"
 
-#include "state/AppState.h"
 #include "core/Paths.h"
-#include "removal/SheetRules.h"
+#include "removal/RowLimit.h"
+#include "state/AppState.h"
 
 #include <QCoreApplication>
 #include <QLocale>

@@ -4,25 +4,17 @@
 
 #include "shell/AppStateForeign.h"
 
-#include "state/AppState.h"
 #include "core/FileActions.h"
 #include "core/Paths.h"
 #include "core/Platform.h"
-#include "removal/SheetRules.h"
+#include "removal/FailureRules.h"
+#include "removal/RowLimit.h"
+#include "state/AppState.h"
 
 #include <QByteArrayList>
 #include <QLocale>
 
 namespace {
-
-// "~/Projects" for a folder below the home folder.
-QString withTilde(const QByteArray &path)
-{
-    const QByteArray home = Platform::homeDirectory();
-    if (!home.isEmpty() && (path == home || path.startsWith(home + '/')))
-        return QStringLiteral("~") + Paths::toDisplay(path.mid(home.size()));
-    return Paths::toDisplay(path);
-}
 
 QByteArray parentOf(const QByteArray &path)
 {
@@ -39,7 +31,8 @@ void FailureModel::setState(AppState *state)
     if (m_state)
         disconnect(m_state, nullptr, this, nullptr);
     m_state = state;
-    m_failures = state && state->removal()->deletionFailures() ? *state->removal()->deletionFailures() : QList<DeletionFailure>();
+    m_failures = state && state->removal()->deletionFailures() ? *state->removal()->deletionFailures()
+                                                               : QList<DeletionFailure>();
     if (state)
         connect(state, &AppState::hasFullDiskAccessChanged, this, &FailureModel::accessChanged);
     Q_EMIT accessChanged();
@@ -51,7 +44,7 @@ QString FailureModel::subtitle(const DeletionFailure &failure)
 {
     if (failure.reason == DeletionFailure::Reason::other)
         return failure.detail;
-    return withTilde(parentOf(failure.path));
+    return Paths::abbreviateHome(parentOf(failure.path));
 }
 
 QVariantList FailureModel::groups() const

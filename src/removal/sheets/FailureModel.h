@@ -3,7 +3,7 @@
 // thread.
 #pragma once
 
-#include "removal/Deletion.h"
+#include "removal/DeletionFailure.h"
 
 #include <QList>
 #include <QObject>

@@ -4,11 +4,11 @@
 
 #include "shell/AppStateForeign.h"
 
-#include "state/AppState.h"
 #include "core/Desktop.h"
 #include "core/Paths.h"
 #include "deepclean/JunkLocation.h"
-#include "removal/SheetRules.h"
+#include "removal/JunkContents.h"
+#include "state/AppState.h"
 
 #include <algorithm>
 

@@ -3,7 +3,7 @@
 // dangers); QML makes one on the GUI thread each time the sheet appears.
 #pragma once
 
-#include "removal/SheetRules.h"
+#include "removal/ReviewRules.h"
 
 #include <QByteArray>
 #include <QList>

@@ -1,20 +1,8 @@
-#include "Deletion.h"
-
-#include "safety/SafetyGuard.h"
-#include "scan/DiskScanner.h"
+#include "DeletionFailure.h"
 
 #include <QCoreApplication>
 
 #include <cerrno>
-
-int DeletionRequest::protectedCount() const
-{
-    int count = 0;
-    for (const DeletionItem &item : items)
-        if (SafetyGuard::isProtected(DiskScanner::normalize(item.path)))
-            ++count;
-    return count;
-}
 
 namespace {
 

@@ -1,6 +1,6 @@
-#include "scan/DiskScanner.h"
+#include "Paths.h"
 
-#include "core/Platform.h"
+#include "Platform.h"
 
 #include <QVarLengthArray>
 
@@ -47,42 +47,45 @@ bool isCanonical(QByteArrayView path)
 
 } // namespace
 
-QByteArray DiskScanner::normalize(QByteArrayView path)
+namespace Paths {
+
+QByteArray expandTilde(QByteArrayView path)
 {
-    // A leading "~" or "~name" is expanded the way a shell does: to the home
-    // folder, or to the named user's; an unknown user leaves the text alone.
+    if (!path.startsWith('~'))
+        return path.toByteArray();
+    qsizetype slash = path.indexOf('/');
+    if (slash < 0)
+        slash = path.size();
+    const QByteArrayView user = path.sliced(1, slash - 1);
+    const QByteArrayView rest = path.sliced(slash);
+    const QByteArray home = user.isEmpty() ? Platform::homeDirectory() : homeOfUser(user);
+    if (home.isEmpty())
+        return path.toByteArray();
+    if (home == "/" && !rest.isEmpty())
+        return rest.toByteArray();
+    QByteArray out = home;
+    out.append(rest);
+    return out;
+}
+
+QByteArray normalize(QByteArrayView path)
+{
     QByteArray expanded;
     if (path.startsWith('~')) {
-        qsizetype slash = path.indexOf('/');
-        if (slash < 0)
-            slash = path.size();
-        const QByteArrayView user = path.sliced(1, slash - 1);
-        const QByteArray home = user.isEmpty() ? Platform::homeDirectory() : homeOfUser(user);
-        if (!home.isEmpty()) {
-            expanded = home;
-            expanded.append(path.sliced(slash));
-            path = expanded;
-        }
+        expanded = expandTilde(path);
+        path = expanded;
     }
 
     if (isCanonical(path))
         return path.toByteArray();
 
     QVarLengthArray<QByteArrayView, 32> pieces;
-    qsizetype start = 0;
-    while (start <= path.size()) {
-        qsizetype end = path.indexOf('/', start);
-        if (end < 0)
-            end = path.size();
-        const QByteArrayView piece = path.sliced(start, end - start);
-        if (piece == "..") {
-            if (!pieces.isEmpty())
-                pieces.removeLast();
-        } else if (!piece.isEmpty() && piece != ".") {
+    forEachPiece(path, [&pieces](QByteArrayView piece) {
+        if (piece != "..")
             pieces.append(piece);
-        }
-        start = end + 1;
-    }
+        else if (!pieces.isEmpty())
+            pieces.removeLast();
+    });
 
     if (pieces.isEmpty())
         return QByteArrayLiteral("/");
@@ -94,3 +97,18 @@ QByteArray DiskScanner::normalize(QByteArrayView path)
     }
     return out;
 }
+
+QString abbreviateHome(QByteArrayView path) { return abbreviateHome(path, Platform::homeDirectory()); }
+
+QString abbreviateHome(QByteArrayView path, QByteArrayView home)
+{
+    if (!home.isEmpty() && home != "/") {
+        if (equal(path, home))
+            return QStringLiteral("~");
+        if (isBelow(path, home))
+            return QStringLiteral("~") + toDisplay(path.sliced(home.size()));
+    }
+    return toDisplay(path);
+}
+
+} // namespace Paths

@@ -1,4 +1,4 @@
-#include "ContentHash.h"
+#include "ContentHasher.h"
 
 #include "core/LongPath.h"
 

@@ -1,9 +1,11 @@
+// What the review sheet before a removal shows and allows, as plain functions
+// over the selection; the QML sheet only draws these. No state of their own;
+// any thread.
+
 #pragma once
 
 #include "CleanItem.h"
-#include "Deletion.h"
 
-#include "core/JunkEntry.h"
 #include "safety/Risk.h"
 
 #include <QList>
@@ -12,12 +14,9 @@
 
 #include <functional>
 
-class CleanupModel;
 class ScanResult;
 struct JunkLocation;
 
-// What the sheets around a removal show and allow, as plain functions over the
-// selection and the failures. The QML sheets only draw these.
 namespace ReviewRules {
 
 // The verdict of an item; CleanItem::risk() unless a test supplies another.
@@ -75,45 +74,3 @@ QString detailLine(const CleanItem &item, const ScanResult *result, const QList<
 const JunkLocation *location(const CleanItem &item, const QList<JunkLocation> &locations);
 
 } // namespace ReviewRules
-
-// How many rows a long list draws and the line that counts the rest.
-namespace RowLimit {
-inline constexpr qsizetype deletionRows = 500;
-inline constexpr qsizetype failureRows = 150;
-qsizetype shown(qsizetype count, qsizetype limit);
-// "and 3 more", or empty when everything is drawn.
-QString moreLine(qsizetype count, qsizetype limit);
-} // namespace RowLimit
-
-namespace FailureRules {
-
-// The failures of one reason, in their order.
-struct Group {
-    DeletionFailure::Reason reason;
-    QList<DeletionFailure> failures;
-};
-// One group per reason that has failures, in the declared order of the reasons.
-QList<Group> groups(const QList<DeletionFailure> &failures);
-// The button to the system's privacy settings: only when the system's own
-// protection kept something and the permission is missing.
-bool showsFullDiskAccess(const QList<DeletionFailure> &failures, bool hasFullDiskAccess);
-// "3 items stayed behind"
-QString heading(qsizetype count);
-
-} // namespace FailureRules
-
-// Toggling one entry of a Deep Clean location in the review's contents list.
-class CleanQueue;
-namespace JunkContents {
-// Selected if its path is queued or the whole location is.
-bool isTicked(const CleanQueue &queue, const JunkLocation &location, const JunkEntry &entry);
-// The help of a tick that is on through the whole location; empty otherwise.
-QString tickHelp(const CleanQueue &queue, const JunkLocation &location, const JunkEntry &entry);
-// The item that stands for one entry.
-CleanItem itemFor(const JunkEntry &entry);
-// Toggles the entry. With the whole location queued, it is replaced by every
-// other entry of `entries`, and the returned text is the toast to show;
-// otherwise the text is empty.
-QString toggle(CleanQueue &queue, const JunkLocation &location, const JunkEntry &entry,
-               const QList<JunkEntry> &entries);
-} // namespace JunkContents

@@ -1,13 +1,10 @@
-#include "SheetRules.h"
-
-#include "CleanQueue.h"
+#include "ReviewRules.h"
 
 #include "core/Fmt.h"
 #include "core/Paths.h"
 #include "core/ScanResult.h"
 #include "deepclean/JunkLocation.h"
 #include "safety/SafetyGuard.h"
-#include "scan/DiskScanner.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -33,7 +30,7 @@ bool isLocked(const CleanItem &item)
 {
     if (item.isJunk())
         return false;
-    const QByteArray normalized = DiskScanner::normalize(item.id);
+    const QByteArray normalized = Paths::normalize(item.id);
     if (SafetyGuard::isContentsOnly(normalized))
         return false;
     // Kept too when it really leads somewhere protected: the removal would
@@ -45,7 +42,7 @@ bool isContentsOnly(const CleanItem &item)
 {
     if (item.isJunk() || item.kind == CleanItem::Kind::file)
         return false;
-    return SafetyGuard::isContentsOnly(DiskScanner::normalize(item.id));
+    return SafetyGuard::isContentsOnly(Paths::normalize(item.id));
 }
 
 BadgeKind badgeFor(const CleanItem &item)
@@ -211,104 +208,3 @@ QString detailLine(const CleanItem &item, const ScanResult *result, const QList<
 }
 
 } // namespace ReviewRules
-
-namespace RowLimit {
-
-qsizetype shown(qsizetype count, qsizetype limit) { return std::min(count, limit); }
-
-QString moreLine(qsizetype n, qsizetype limit)
-{
-    if (n <= limit)
-        return {};
-    return QCoreApplication::translate("RowLimit", "and %1 more").arg(count(n - limit));
-}
-
-} // namespace RowLimit
-
-namespace FailureRules {
-
-QList<Group> groups(const QList<DeletionFailure> &failures)
-{
-    QList<Group> result;
-    for (const DeletionFailure::Reason::Value reason : DeletionFailure::Reason::allCases) {
-        Group group{reason, {}};
-        for (const DeletionFailure &failure : failures)
-            if (failure.reason == reason)
-                group.failures << failure;
-        if (!group.failures.isEmpty())
-            result << group;
-    }
-    return result;
-}
-
-bool showsFullDiskAccess(const QList<DeletionFailure> &failures, bool hasFullDiskAccess)
-{
-    if (hasFullDiskAccess)
-        return false;
-    return std::any_of(failures.begin(), failures.end(), [](const DeletionFailure &failure) {
-        return failure.reason == DeletionFailure::Reason::protectedByMacOS;
-    });
-}
-
-QString heading(qsizetype n)
-{
-    return n == 1 ? QCoreApplication::translate("FailureSheet", "1 item stayed behind")
-                  : QCoreApplication::translate("FailureSheet", "%1 items stayed behind").arg(count(n));
-}
-
-} // namespace FailureRules
-
-namespace JunkContents {
-
-namespace {
-QByteArray junkID(const JunkLocation &location) { return CleanItem::junkPrefix.toByteArray() + location.id.toUtf8(); }
-} // namespace
-
-bool isTicked(const CleanQueue &queue, const JunkLocation &location, const JunkEntry &entry)
-{
-    return queue.contains(entry.path) || queue.contains(junkID(location));
-}
-
-QString tickHelp(const CleanQueue &queue, const JunkLocation &location, const JunkEntry &entry)
-{
-    if (queue.contains(entry.path) || !queue.contains(junkID(location)))
-        return {};
-    return QCoreApplication::translate("JunkContentsList",
-                                       "Included because %1 is selected. Untick to leave just this out")
-        .arg(quoted(location.title));
-}
-
-CleanItem itemFor(const JunkEntry &entry)
-{
-    CleanItem item;
-    item.id = entry.path;
-    item.symbolPath = entry.path;
-    item.name = Paths::toDisplay(Paths::lastComponent(entry.path));
-    item.size = entry.size;
-    item.kind = entry.isDirectory ? CleanItem::Kind::folder : CleanItem::Kind::file;
-    item.heat = 1.0;
-    item.source = CleanItem::Source::deepClean;
-    return item;
-}
-
-QString toggle(CleanQueue &queue, const JunkLocation &location, const JunkEntry &entry, const QList<JunkEntry> &entries)
-{
-    const QByteArray whole = junkID(location);
-    if (queue.contains(whole)) {
-        queue.remove(whole);
-        QList<CleanItem> rest;
-        for (const JunkEntry &other : entries)
-            if (other.path != entry.path)
-                rest << itemFor(other);
-        queue.add(rest);
-        return QCoreApplication::translate("JunkContentsList", "Left out %1 · the rest of %2 stays selected")
-            .arg(quoted(Paths::toDisplay(Paths::lastComponent(entry.path))), location.title);
-    }
-    if (queue.contains(entry.path))
-        queue.remove(entry.path);
-    else
-        queue.add(itemFor(entry));
-    return {};
-}
-
-} // namespace JunkContents

@@ -1,3 +1,8 @@
+// Reading and SHA-256 hashing of file contents for the duplicate search, over
+// POSIX reads and OpenSSL's libcrypto. One ContentHasher per thread: it owns the
+// digest context and a 4 MiB read buffer that every whole-file hash reuses, so
+// memory stays flat however large the file.
+
 #pragma once
 
 #include "core/CancelToken.h"
@@ -8,11 +13,6 @@
 #include <memory>
 #include <optional>
 
-// Reading and SHA-256 hashing of file contents for the duplicate search, over
-// POSIX reads and OpenSSL's libcrypto. One ContentHasher per thread: it owns the
-// digest context and a 4 MiB read buffer that every whole-file hash reuses, so
-// memory stays flat however large the file.
-//
 // A file that can't be opened, is no regular file or fails a read gives no
 // digest; error() then tells why.
 class ContentHasher

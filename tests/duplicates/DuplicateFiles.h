@@ -13,7 +13,7 @@
 
 // Real files in a temporary folder, each returned as the FileItem a scan would
 // list for it.
-class TwinFiles
+class DuplicateFiles
 {
 public:
     // `size` bytes of noise, the same for the same seed.

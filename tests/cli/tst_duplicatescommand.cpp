@@ -15,7 +15,7 @@
 
 namespace {
 
-CliOutcome twins(QStringList args) { return sorvel(QStringList{QStringLiteral("twins")} + args); }
+CliOutcome runDuplicates(QStringList args) { return sorvel(QStringList{QStringLiteral("twins")} + args); }
 
 void write(const QString &path, const QByteArray &content, qint64 modified)
 {
@@ -36,7 +36,7 @@ QByteArray content(qint64 size, char seed)
 
 } // namespace
 
-class TestTwinsCommand : public QObject
+class TestDuplicatesCommand : public QObject
 {
     Q_OBJECT
 
@@ -46,17 +46,17 @@ private slots:
         QVERIFY(m_dir.isValid());
         QDir(m_dir.path()).mkpath(QStringLiteral("a/deeper"));
         QDir(m_dir.path()).mkpath(QStringLiteral("b"));
-        const QByteArray twin = content(200000, 1);
-        write(m_dir.filePath(QStringLiteral("a/old copy")), twin, 1600000000);
-        write(m_dir.filePath(QStringLiteral("b/newest")), twin, 1700000000);
-        write(m_dir.filePath(QStringLiteral("a/deeper/middle")), twin, 1650000000);
-        QByteArray trap = twin;
+        const QByteArray copy = content(200000, 1);
+        write(m_dir.filePath(QStringLiteral("a/old copy")), copy, 1600000000);
+        write(m_dir.filePath(QStringLiteral("b/newest")), copy, 1700000000);
+        write(m_dir.filePath(QStringLiteral("a/deeper/middle")), copy, 1650000000);
+        QByteArray trap = copy;
         trap[100000] = char(trap[100000] ^ 1); // same size, differs in the unsampled middle
         write(m_dir.filePath(QStringLiteral("b/trap")), trap, 1690000000);
         write(m_dir.filePath(QStringLiteral("b/alone")), content(12345, 2), 1690000000);
         write(m_dir.filePath(QStringLiteral("b/empty1")), {}, 1690000000);
         write(m_dir.filePath(QStringLiteral("b/empty2")), {}, 1690000000);
-        m_digest = QString::fromLatin1(QCryptographicHash::hash(twin, QCryptographicHash::Sha256).toHex());
+        m_digest = QString::fromLatin1(QCryptographicHash::hash(copy, QCryptographicHash::Sha256).toHex());
         struct stat st {};
         ::stat(QFile::encodeName(m_dir.filePath(QStringLiteral("b/newest"))).constData(), &st);
         m_allocated = qint64(st.st_blocks) * 512;
@@ -64,7 +64,7 @@ private slots:
 
     void json()
     {
-        const CliOutcome run = twins({m_dir.path(), QStringLiteral("--json")});
+        const CliOutcome run = runDuplicates({m_dir.path(), QStringLiteral("--json")});
         QCOMPARE(run.status, 0);
         QVERIFY2(run.err.isEmpty(), run.err.constData()); // no progress line off a terminal
         const QJsonObject doc = QJsonDocument::fromJson(run.out).object();
@@ -85,7 +85,7 @@ private slots:
 
     void text()
     {
-        const CliOutcome run = twins({m_dir.path()});
+        const CliOutcome run = runDuplicates({m_dir.path()});
         QCOMPARE(run.status, 0);
         const QStringList lines = QString::fromUtf8(run.out).split(QLatin1Char('\n'));
         QVERIFY2(lines.size() >= 6, run.out.constData());
@@ -98,10 +98,11 @@ private slots:
 
     void minSize()
     {
-        const CliOutcome run = twins({m_dir.path(), QStringLiteral("--min-size"), QString::number(m_allocated + 1)});
+        const CliOutcome run =
+            runDuplicates({m_dir.path(), QStringLiteral("--min-size"), QString::number(m_allocated + 1)});
         QCOMPARE(run.status, 0);
         QCOMPARE(run.out, QByteArray("No identical files among 0 files.\n"));
-        const CliOutcome exact = twins(
+        const CliOutcome exact = runDuplicates(
             {m_dir.path(), QStringLiteral("--min-size=") + QString::number(m_allocated), QStringLiteral("--json")});
         QCOMPARE(QJsonDocument::fromJson(exact.out).object().value(QStringLiteral("groups")).toArray().size(), 1);
     }
@@ -121,10 +122,10 @@ private slots:
                  "sorvel twins: cannot read " + QFile::encodeName(locked) + ": " + std::strerror(EACCES) + '\n');
         QVERIFY(refused.out.isEmpty());
 
-        const CliOutcome missing = twins({tmp.filePath(QStringLiteral("none"))});
+        const CliOutcome missing = runDuplicates({tmp.filePath(QStringLiteral("none"))});
         QCOMPARE(missing.status, 1);
         QVERIFY2(missing.err.endsWith("/none: no such file or folder\n"), missing.err.constData());
-        const CliOutcome file = twins({m_dir.filePath(QStringLiteral("b/alone"))});
+        const CliOutcome file = runDuplicates({m_dir.filePath(QStringLiteral("b/alone"))});
         QCOMPARE(file.status, 1);
         QVERIFY2(file.err.endsWith("/b/alone is a file, not a folder\n"), file.err.constData());
     }
@@ -133,9 +134,9 @@ private slots:
     void unreadableCopy()
     {
         QTemporaryDir tmp;
-        const QByteArray twin = content(150000, 3);
+        const QByteArray copy = content(150000, 3);
         for (const char *name : {"a", "b", "c"})
-            write(tmp.filePath(QLatin1String(name)), twin, 1600000000);
+            write(tmp.filePath(QLatin1String(name)), copy, 1600000000);
         ::chmod(QFile::encodeName(tmp.path()).constData(), 0755);
         ::chmod(QFile::encodeName(tmp.filePath(QStringLiteral("b"))).constData(), 0);
         const CliOutcome run = sorvel({QStringLiteral("twins"), tmp.path(), QStringLiteral("--json")}, true);
@@ -157,5 +158,5 @@ private:
     qint64 m_allocated = 0;
 };
 
-SORVEL_TEST(TestTwinsCommand);
-#include "tst_twinscommand.moc"
+SORVEL_TEST(TestDuplicatesCommand);
+#include "tst_duplicatescommand.moc"

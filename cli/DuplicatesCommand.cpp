@@ -90,8 +90,8 @@ void usage(QTextStream &stream)
 QByteArray absolute(const QByteArray &path)
 {
     if (path.startsWith('/') || path.startsWith('~'))
-        return DiskScanner::normalize(path);
-    return DiskScanner::normalize(Paths::join(QFile::encodeName(QDir::currentPath()), path));
+        return Paths::normalize(path);
+    return Paths::normalize(Paths::join(QFile::encodeName(QDir::currentPath()), path));
 }
 
 QString dateText(double seconds)
@@ -186,7 +186,7 @@ void printJson(const QByteArray &root, qint64 minSize, const std::vector<Duplica
     Commands::out() << QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Indented));
 }
 
-int twins(const QByteArrayList &args)
+int duplicates(const QByteArrayList &args)
 {
     QByteArray path;
     qint64 minSize = 1;
@@ -307,5 +307,5 @@ int twins(const QByteArrayList &args)
 
 } // namespace
 
-SORVEL_COMMAND(twins, "twins", "twins PATH [--min-size BYTES] [--json]\n      Find files with identical contents.",
-               twins);
+SORVEL_COMMAND(duplicates, "twins", "twins PATH [--min-size BYTES] [--json]\n      Find files with identical contents.",
+               duplicates);

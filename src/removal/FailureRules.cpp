@@ -1,0 +1,45 @@
+#include "FailureRules.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+
+#include <algorithm>
+
+namespace {
+
+QString count(qsizetype n) { return QLocale().toString(qint64(n)); }
+
+} // namespace
+
+namespace FailureRules {
+
+QList<Group> groups(const QList<DeletionFailure> &failures)
+{
+    QList<Group> result;
+    for (const DeletionFailure::Reason::Value reason : DeletionFailure::Reason::allCases) {
+        Group group{reason, {}};
+        for (const DeletionFailure &failure : failures)
+            if (failure.reason == reason)
+                group.failures << failure;
+        if (!group.failures.isEmpty())
+            result << group;
+    }
+    return result;
+}
+
+bool showsFullDiskAccess(const QList<DeletionFailure> &failures, bool hasFullDiskAccess)
+{
+    if (hasFullDiskAccess)
+        return false;
+    return std::any_of(failures.begin(), failures.end(), [](const DeletionFailure &failure) {
+        return failure.reason == DeletionFailure::Reason::protectedByMacOS;
+    });
+}
+
+QString heading(qsizetype n)
+{
+    return n == 1 ? QCoreApplication::translate("FailureSheet", "1 item stayed behind")
+                  : QCoreApplication::translate("FailureSheet", "%1 items stayed behind").arg(count(n));
+}
+
+} // namespace FailureRules
