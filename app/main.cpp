@@ -1,10 +1,10 @@
 #include "GuiDesktop.h"
 
-#include "state/AppState.h"
 #include "core/Fmt.h"
 #include "core/Prefs.h"
 #include "core/Translations.h"
 #include "shell/AppStateForeign.h"
+#include "state/AppState.h"
 
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>

@@ -2,10 +2,10 @@
 
 #include "AppStateForeign.h"
 
-#include "state/AppState.h"
 #include "core/Desktop.h"
 #include "core/Fmt.h"
 #include "core/Paths.h"
+#include "state/AppState.h"
 
 #include <QGuiApplication>
 #include <QJsonDocument>

@@ -6,11 +6,11 @@
 
 #include "AppStateForeign.h"
 
-#include "state/AppState.h"
 #include "core/Fmt.h"
 #include "core/Paths.h"
 #include "core/Platform.h"
 #include "removal/CleanQueue.h"
+#include "state/AppState.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>

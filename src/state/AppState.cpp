@@ -6,7 +6,6 @@
 #include "core/Platform.h"
 #include "core/Prefs.h"
 #include "demo/Demo.h"
-#include "scan/DiskScanner.h"
 
 #include <QCoreApplication>
 #include <QDateTime>

@@ -2,6 +2,7 @@
 
 #include "AppState.h"
 
+#include "core/FullDiskAccess.h"
 #include "core/Platform.h"
 #include "deepclean/CleanupModel.h"
 #include "deepclean/JunkLocation.h"

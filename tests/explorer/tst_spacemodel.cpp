@@ -1,9 +1,9 @@
 #include "TestMain.h"
 #include "Trees.h"
 
-#include "state/AppState.h"
 #include "core/Prefs.h"
 #include "explorer/SpaceModel.h"
+#include "state/AppState.h"
 
 #include <QAbstractItemModelTester>
 #include <QFile>

@@ -7,10 +7,10 @@
 #include "AppStateForeign.h"
 #include "Shell.h"
 
-#include "state/AppState.h"
 #include "core/Prefs.h"
 #include "core/Translations.h"
 #include "removal/CleanQueue.h"
+#include "state/AppState.h"
 
 #include <QDir>
 #include <QFile>

@@ -6,13 +6,13 @@
 #include "ItemRowRules.h"
 #include "ReviewModel.h"
 
-#include "state/AppState.h"
 #include "core/Fmt.h"
 #include "core/Paths.h"
 #include "core/Prefs.h"
 #include "core/Translations.h"
 #include "explorer/SpaceModel.h"
 #include "removal/CleanQueue.h"
+#include "state/AppState.h"
 
 #include <QDir>
 #include <QFile>

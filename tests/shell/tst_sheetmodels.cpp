@@ -5,9 +5,9 @@
 #include "ItemRowModel.h"
 #include "ReviewModel.h"
 
-#include "state/AppState.h"
 #include "core/Paths.h"
 #include "core/Prefs.h"
+#include "state/AppState.h"
 
 #include <QDir>
 #include <QFile>

@@ -2,9 +2,9 @@
 
 #include "shell/AppStateForeign.h"
 
-#include "state/AppState.h"
 #include "core/Desktop.h"
 #include "core/Paths.h"
+#include "state/AppState.h"
 
 void PathActionsModel::copy(const QString &path)
 {

@@ -4,10 +4,10 @@
 
 #include "shell/AppStateForeign.h"
 
-#include "state/AppState.h"
 #include "core/Desktop.h"
 #include "core/Paths.h"
 #include "deepclean/JunkLocation.h"
+#include "state/AppState.h"
 
 #include <QCoreApplication>
 #include <QLocale>
