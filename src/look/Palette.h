@@ -6,6 +6,7 @@
 #include <QFont>
 
 #include <array>
+#include <cmath>
 
 // The colours, gradients, small fonts and timing curves every view draws with.
 // Views never name a colour of their own: QML reads all of this through the
@@ -75,7 +76,7 @@ struct Curve {
     double seconds;
 
     QEasingCurve easing() const;
-    int milliseconds() const { return int(seconds * 1000.0 + 0.5); }
+    int milliseconds() const { return int(std::lround(seconds * 1000.0)); }
 };
 
 inline constexpr Curve press{0.23, 1, 0.32, 1, 0.12};
