@@ -249,7 +249,7 @@ public:
             escaped(value);
         } else {
             const QString decoded = Paths::toText(value);
-            const char16_t *u = reinterpret_cast<const char16_t *>(decoded.utf16());
+            const auto *u = reinterpret_cast<const char16_t *>(decoded.utf16());
             qsizetype start = 0;
             for (qsizetype i = 0; i < decoded.size(); ++i) {
                 const bool paired = i > 0 && QChar::isHighSurrogate(u[i - 1]);
@@ -277,7 +277,7 @@ private:
     {
         qsizetype start = 0;
         for (qsizetype i = 0; i < value.size(); ++i) {
-            const unsigned char c = static_cast<unsigned char>(value[i]);
+            const auto c = static_cast<unsigned char>(value[i]);
             if (c >= 0x20 && c != '"' && c != '\\')
                 continue;
             raw(std::string_view(value.data() + start, size_t(i - start)));

@@ -89,7 +89,7 @@ QString toDisplay(QByteArrayView path) { return decode(path, false); }
 
 QByteArray fromText(const QString &text)
 {
-    const char16_t *u = reinterpret_cast<const char16_t *>(text.utf16());
+    const auto *u = reinterpret_cast<const char16_t *>(text.utf16());
     const qsizetype n = text.size();
     bool escaped = false;
     for (qsizetype i = 0; i < n && !escaped; ++i)

@@ -92,7 +92,7 @@ void CleanupModel::measure()
             m.trash = DiskScanner::usage(trashPath);
             return m;
         },
-        [this](Measurement m) { apply(m); });
+        [this](const Measurement &m) { apply(m); });
 }
 
 void CleanupModel::apply(const Measurement &result)
@@ -192,7 +192,7 @@ void CleanupModel::loadContents(bool force, const JunkLocation &location)
     emit loadingContentsChanged();
     runInBackground(
         this, QThread::NormalPriority, [location] { return location.entries(); },
-        [this, id](QList<JunkEntry> entries) {
+        [this, id](const QList<JunkEntry> &entries) {
             m_contents.insert(id, entries);
             emit contentsChanged();
             m_loadingContents.remove(id);

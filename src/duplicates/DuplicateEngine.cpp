@@ -237,6 +237,7 @@ std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &fil
     }
     const auto seekFree = [&] {
         std::vector<QByteArray> paths;
+        paths.reserve(toRead.size());
         for (const Job &job : toRead)
             paths.push_back(job.path);
         return StorageProbe::allSeekFree(paths);

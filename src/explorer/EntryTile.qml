@@ -1,11 +1,6 @@
 import QtQuick
 import Sorvel.Ui
 
-// The linter of Qt 6.4 knows neither the model's base class, MouseArea's properties,
-// Qt's cursor and button enumerations nor grouped easing; this file is checked
-// by running it instead.
-// qmllint disable
-
 // One tile of the Space explorer, as an icon tile or a list row. It shows what
 // the model's row says and hands every click, hover and key to the model.
 Item {
@@ -44,7 +39,8 @@ Item {
     readonly property bool stained: condition === "stained"
     readonly property bool bloated: condition === "bloated"
 
-    width: GridView.view ? GridView.view.cellWidth - 8 : (ListView.view ? ListView.view.width : 140)
+    // The view sets the width of its tiles.
+    width: 140
     height: listLayout ? 48 : 132
 
     Accessible.role: Accessible.Button
@@ -118,6 +114,10 @@ Item {
         }
     }
 
+    // The components below use the ids of this file, as Qt 6.4 allows; its linter
+    // accepts that only under "pragma ComponentBehavior: Bound", with which 6.4
+    // refuses the components a Loader or a view creates.
+    // qmllint disable unqualified
     component SizeLine: Row {
         spacing: 4
         SorvelLoader {
@@ -145,10 +145,11 @@ Item {
         color: Look.line
         opacity: tile.waiting ? 0.6 + 0.4 * pulse.value : 1
     }
+    // qmllint enable unqualified
 
     QtObject {
         id: pulse
-        property real value: 0
+        property real value
         SequentialAnimation on value {
             running: tile.waiting && tile.isPlaceholder && !Look.reducedMotion
             loops: Animation.Infinite
@@ -264,7 +265,7 @@ Item {
                     visible: tile.artifactKind.length === 0 && tile.riskTitle.length > 0
                              && tile.riskLevel !== "normal"
                     anchors.verticalCenter: parent.verticalCenter
-                    level: ["safe", "normal", "caution", "danger", "locked"].indexOf(tile.riskLevel)
+                    level: ({ safe: 0, normal: 1, caution: 2, danger: 3, locked: 4 })[tile.riskLevel] ?? -1
                     title: tile.riskTitle
                 }
                 Badge {
@@ -321,6 +322,8 @@ Item {
         }
     }
 
+    // As SizeLine and Bar above, a component that uses the ids of this file.
+    // qmllint disable unqualified
     Component {
         id: selectCircle
         SelectCircle {
@@ -332,6 +335,7 @@ Item {
             onClicked: tile.space.toggle(tile.index, 1, true)
         }
     }
+    // qmllint enable unqualified
     Component {
         id: lockMark
         LockMark {}

@@ -2,11 +2,6 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Sorvel.Ui
 
-// The linter of Qt 6.4 knows neither the model's base class, MouseArea's properties,
-// Qt's cursor and button enumerations nor grouped easing; this file is checked
-// by running it instead.
-// qmllint disable
-
 // Above the tiles of a scan: the way back, the breadcrumb, where this is, and
 // how much it holds.
 Item {

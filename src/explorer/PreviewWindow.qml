@@ -3,11 +3,6 @@ import QtQuick.Controls
 import QtQuick.Window
 import Sorvel.Ui
 
-// The linter of Qt 6.4 knows neither the model's base class, MouseArea's properties,
-// Qt's cursor and button enumerations nor grouped easing; this file is checked
-// by running it instead.
-// qmllint disable
-
 // A quick look at one file: an image or text is shown, anything else by its
 // details; "Open" hands it to the default application.
 Window {
@@ -30,7 +25,8 @@ Window {
     color: Look.canvas
 
     Shortcut {
-        sequences: [StandardKey.Cancel, "Space"]
+        // The linter of Qt 6.4 finds no enumeration on the StandardKey value type.
+        sequences: [StandardKey.Cancel, "Space"] // qmllint disable unqualified
         onActivated: preview.close()
     }
 

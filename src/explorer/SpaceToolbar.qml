@@ -3,11 +3,6 @@ import QtQml
 import QtQuick
 import Sorvel.Ui
 
-// The linter of Qt 6.4 knows neither the model's base class, MouseArea's properties,
-// Qt's cursor and button enumerations nor grouped easing; this file is checked
-// by running it instead.
-// qmllint disable
-
 // Search, filter chips, sort and layout of the shown folder.
 Item {
     id: bar
@@ -107,7 +102,13 @@ Item {
             TileMenu {
                 id: sortMenu
                 implicitWidth: 140
-                entries: bar.space.sorts.map(s => ({ text: s.title, action: s.value }))
+                entries: {
+                    const sorts = bar.space.sorts;
+                    const list = [];
+                    for (let i = 0; i < sorts.length; ++i)
+                        list.push({ text: sorts[i].title, action: sorts[i].value });
+                    return list;
+                }
                 onChosen: action => bar.space.sort = action
             }
         }

@@ -3,11 +3,6 @@ import QtQuick
 import QtQuick.Templates as T
 import Sorvel.Ui
 
-// The linter of Qt 6.4 knows neither the model's base class, MouseArea's properties,
-// Qt's cursor and button enumerations nor grouped easing; this file is checked
-// by running it instead.
-// qmllint disable
-
 // The Space area: a folder of the scan as tiles. The model decides what shows
 // and what every click, key and hover does; this view draws it, builds only the
 // tiles near the viewport, and asks for more as the end comes into view.
@@ -37,6 +32,10 @@ FocusScope {
         width: parent.width - 64
         spacing: 14
 
+        // The components below use the ids of this file, as Qt 6.4 allows; its linter
+        // accepts that only under "pragma ComponentBehavior: Bound", with which 6.4
+        // refuses the components a Loader or a view creates.
+        // qmllint disable unqualified
         Loader {
             width: parent.width
             active: model.mode === "welcome"
@@ -53,6 +52,7 @@ FocusScope {
                 space: model
             }
         }
+        // qmllint enable unqualified
         FolderHeader {
             width: parent.width
             visible: view.results
@@ -71,6 +71,10 @@ FocusScope {
     }
 
     // The footer of either layout: the paging line and the loose small files.
+    // The components below use the ids of this file, as Qt 6.4 allows; its linter
+    // accepts that only under "pragma ComponentBehavior: Bound", with which 6.4
+    // refuses the components a Loader or a view creates.
+    // qmllint disable unqualified
     Component {
         id: footer
 
@@ -131,9 +135,10 @@ FocusScope {
             }
         }
     }
+    // qmllint enable unqualified
 
     // Loads the small files once half of their row is in view.
-    function checkSmallRow(flick: Flickable) {
+    function checkSmallRow(flick: ItemView) {
         if (!model.smallRowVisible || model.smallLoading || !flick.footerItem)
             return;
         const footerTop = flick.footerItem.y + 10;
@@ -175,14 +180,19 @@ FocusScope {
             footer: footer
             T.ScrollBar.vertical: SorvelScrollBar {}
             onContentYChanged: view.checkSmallRow(grid)
-            onCountChanged: Qt.callLater(view.checkSmallRow, grid)
+            // Qt.callLater is a method; the linter of Qt 6.4 takes it for a property.
+            onCountChanged: Qt.callLater(view.checkSmallRow, grid) // qmllint disable type
 
+            // The delegate uses the ids of this file (see the footer above).
+            // qmllint disable unqualified
             delegate: EntryTile {
+                width: grid.cellWidth - 8
                 space: model
                 listLayout: false
                 onIndexChanged: if (index === grid.count - 1) model.loadMore()
                 Component.onCompleted: if (index === grid.count - 1) model.loadMore()
             }
+            // qmllint enable unqualified
 
             add: Transition {
                 enabled: !Look.reducedMotion
@@ -207,14 +217,19 @@ FocusScope {
             footer: footer
             T.ScrollBar.vertical: SorvelScrollBar {}
             onContentYChanged: view.checkSmallRow(list)
-            onCountChanged: Qt.callLater(view.checkSmallRow, list)
+            // Qt.callLater is a method; the linter of Qt 6.4 takes it for a property.
+            onCountChanged: Qt.callLater(view.checkSmallRow, list) // qmllint disable type
 
+            // The delegate uses the ids of this file (see the footer above).
+            // qmllint disable unqualified
             delegate: EntryTile {
+                width: list.width
                 space: model
                 listLayout: true
                 onIndexChanged: if (index === list.count - 1) model.loadMore()
                 Component.onCompleted: if (index === list.count - 1) model.loadMore()
             }
+            // qmllint enable unqualified
             add: Transition {
                 enabled: !Look.reducedMotion
                 NumberAnimation { property: "opacity"; from: 0; to: 1; duration: 200 }

@@ -10,9 +10,6 @@ ColorAnimation {
     property bool essential: false
 
     duration: Look.reducedMotion && !essential ? 0 : curve[0]
-    // The linter of Qt 6.4 knows no grouped properties of an easing curve.
-    // qmllint disable
     easing.type: Easing.BezierSpline
     easing.bezierCurve: [curve[1], curve[2], curve[3], curve[4], 1, 1]
-    // qmllint enable
 }

@@ -9,7 +9,9 @@ Image {
     width: size
     height: size
     // Rendered at twice the size, sharp on high-density screens too.
-    sourceSize: Qt.size(Math.ceil(size * 2), Math.ceil(size * 2)) // qmllint disable
+    // Qt.size makes a QSizeF, which the engine turns into the QSize this takes;
+    // the linter of Qt 6.4 does not know that conversion.
+    sourceSize: Qt.size(Math.ceil(size * 2), Math.ceil(size * 2)) // qmllint disable type
     source: path.length > 0 ? Look.fileIcon(path) : ""
     fillMode: Image.PreserveAspectFit
     smooth: true

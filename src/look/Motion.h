@@ -4,6 +4,8 @@
 
 #include <QEasingCurve>
 
+#include <cmath>
+
 namespace Motion {
 // A cubic Bézier timing curve from (0, 0) to (1, 1) with two control points.
 struct Curve {
@@ -14,7 +16,7 @@ struct Curve {
     double seconds;
 
     QEasingCurve easing() const;
-    int milliseconds() const { return int(seconds * 1000.0 + 0.5); }
+    int milliseconds() const { return int(std::lround(seconds * 1000.0)); }
 };
 
 inline constexpr Curve press{0.23, 1, 0.32, 1, 0.12};

@@ -29,7 +29,7 @@ struct Verdict {
 };
 
 // Sentences that more than one verdict uses.
-const char *const cacheTitle = QT_TRANSLATE_NOOP("RiskCatalog", "Cache");
+constexpr const char *cacheTitle = QT_TRANSLATE_NOOP("RiskCatalog", "Cache");
 const char *const appDataTitle = QT_TRANSLATE_NOOP("RiskCatalog", "App data");
 const char *const appCacheWhy = QT_TRANSLATE_NOOP("RiskCatalog", "Temporary data the app rebuilds. Quit the app first");
 const char *const containerCacheWhy =
@@ -42,8 +42,8 @@ const char *const appSupportWhy =
 const char *const mailWhy =
     QT_TRANSLATE_NOOP("RiskCatalog", "Your messages and attachments. Removing them here can lose them for good");
 const char *const settingsWhy = QT_TRANSLATE_NOOP("RiskCatalog", "App settings. The app forgets how you set it up");
-const char *const containerDataTitle = QT_TRANSLATE_NOOP("RiskCatalog", "Container data");
-const char *const containerDataWhy =
+constexpr const char *containerDataTitle = QT_TRANSLATE_NOOP("RiskCatalog", "Container data");
+constexpr const char *containerDataWhy =
     QT_TRANSLATE_NOOP("RiskCatalog", "Container images and volumes. Volumes may hold databases");
 
 constexpr Verdict keptVerdict{L::locked, QT_TRANSLATE_NOOP("RiskCatalog", "Kept"), nullptr};

@@ -59,11 +59,11 @@ Item {
         id: hover
     }
     TapHandler {
-        acceptedButtons: Qt.LeftButton // qmllint disable
+        acceptedButtons: Qt.LeftButton
         onTapped: logic.click()
     }
     TapHandler {
-        acceptedButtons: Qt.RightButton // qmllint disable
+        acceptedButtons: Qt.RightButton
         onTapped: menu.popup()
     }
     SorvelToolTip {
@@ -205,7 +205,7 @@ Item {
         anchors.fill: parent
         Drag.active: dragHandler.active
         Drag.dragType: Drag.Automatic
-        Drag.supportedActions: Qt.CopyAction // qmllint disable
+        Drag.supportedActions: Qt.CopyAction
         Drag.mimeData: { "application/json": logic.dragData }
         Drag.imageSource: row.chipImage.url
         DragHandler {

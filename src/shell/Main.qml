@@ -12,7 +12,7 @@ ApplicationWindow {
     visible: true
     title: qsTr("Sorvel Cleaner")
     color: Look.canvas
-    flags: Shell.customTitleBar ? Qt.Window | Qt.FramelessWindowHint : Qt.Window // qmllint disable
+    flags: Shell.customTitleBar ? Qt.Window | Qt.FramelessWindowHint : Qt.Window
 
     RootView {
         id: root

@@ -74,8 +74,8 @@ Item {
                 from: 0
                 to: 1
                 duration: Look.reducedMotion ? 0 : 300
-                easing.type: Easing.BezierSpline // qmllint disable
-                easing.bezierCurve: [0.23, 1, 0.32, 1, 1, 1] // qmllint disable
+                easing.type: Easing.BezierSpline
+                easing.bezierCurve: [0.23, 1, 0.32, 1, 1, 1]
             }
         }
     }

@@ -76,7 +76,7 @@ Column {
                 color: Look.ink3
             }
             TapHandler {
-                acceptedButtons: Qt.RightButton // qmllint disable
+                acceptedButtons: Qt.RightButton
                 onTapped: menu.popup()
             }
             Menu {

@@ -97,7 +97,7 @@ Column {
             }
         }
         TapHandler {
-            acceptedButtons: Qt.RightButton // qmllint disable
+            acceptedButtons: Qt.RightButton
             onTapped: menu.popup()
         }
         Menu {
