@@ -126,3 +126,30 @@ bool FileCategory::isPackageExtension(QByteArrayView ext) { return !ext.isEmpty(
 int FileCategory::tableSize() { return int(table().size()); }
 
 int FileCategory::packageExtensionCount() { return int(packageSet().size()); }
+
+double FileCategory::hue() const
+{
+    switch (m_value) {
+    case video:
+        return 0.78;
+    case audio:
+        return 0.90;
+    case image:
+        return 0.55;
+    case document:
+        return 0.12;
+    case archive:
+        return 0.06;
+    case diskImage:
+        return 0.98;
+    case application:
+        return 0.40;
+    case code:
+        return 0.25;
+    case developer:
+        return 0.47;
+    case other:
+        break;
+    }
+    return 0.62;
+}

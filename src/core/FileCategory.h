@@ -27,6 +27,9 @@ public:
     static std::optional<FileCategory> fromRawValue(QStringView raw);
     // Localised title ("Video", "Disk Images", ...).
     QString title() const;
+    // The category's hue in turns (0...1), the same wherever a category is
+    // tinted; saturation and brightness are the caller's.
+    double hue() const;
 
     // Category of an extension that is already lower case and has no dot. Upper
     // case is not folded here: that is the caller's job. Unknown or empty gives

@@ -32,8 +32,6 @@ public:
     // The text the kind order groups by: empty for a folder, the category title,
     // or "~" without category.
     static QString kindText(const ExplorerEntry &entry);
-    // Names as people sort them: "file2" before "File10". Below 0, 0 or above.
-    static int compareNames(QStringView a, QStringView b);
 
 private:
     Value m_value;

@@ -17,35 +17,6 @@ namespace {
 
 QString explorerText(const char *text) { return QCoreApplication::translate("Explorer", text); }
 
-// The hue of each category in the composition strip, in turns (0...1); the
-// strip gives all the same saturation and brightness.
-double categoryHue(FileCategory category)
-{
-    switch (category) {
-    case FileCategory::video:
-        return 0.78;
-    case FileCategory::audio:
-        return 0.90;
-    case FileCategory::image:
-        return 0.55;
-    case FileCategory::document:
-        return 0.12;
-    case FileCategory::archive:
-        return 0.06;
-    case FileCategory::diskImage:
-        return 0.98;
-    case FileCategory::application:
-        return 0.40;
-    case FileCategory::code:
-        return 0.25;
-    case FileCategory::developer:
-        return 0.47;
-    case FileCategory::other:
-        break;
-    }
-    return 0.62;
-}
-
 } // namespace
 
 void SpaceHeader::setState(AppState *state) { m_state = state; }
@@ -132,7 +103,7 @@ QVariantList SpaceHeader::composition() const
             {QStringLiteral("category"), p.category.id()},
             {QStringLiteral("title"), p.category.title()},
             {QStringLiteral("size"), double(p.size)},
-            {QStringLiteral("hue"), categoryHue(p.category)},
+            {QStringLiteral("hue"), p.category.hue()},
             {QStringLiteral("help"), QStringLiteral("%1: %2").arg(p.category.title(), Fmt::bytes(p.size))},
         };
     return out;

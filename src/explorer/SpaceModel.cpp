@@ -1,9 +1,9 @@
 #include "SpaceModel.h"
 
-#include "FilePreview.h"
 #include "RowDiff.h"
 #include "SpaceHeader.h"
 #include "TileRoles.h"
+#include "core/FilePreview.h"
 
 #include "core/Desktop.h"
 #include "core/FileActions.h"

@@ -1,10 +1,8 @@
 #include "FilePreview.h"
 
-#include "TileText.h"
-
-#include "core/AllocatedSize.h"
-#include "core/Fmt.h"
-#include "core/Paths.h"
+#include "AllocatedSize.h"
+#include "Fmt.h"
+#include "Paths.h"
 
 #include <QDateTime>
 #include <QFile>
