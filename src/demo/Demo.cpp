@@ -117,6 +117,12 @@ bool isOn()
     return on;
 }
 
+bool isDemoPath(QByteArrayView path)
+{
+    const QByteArrayView root(home);
+    return path == root || (path.startsWith(root) && path.size() > root.size() && path[root.size()] == '/');
+}
+
 VolumeInfo volume()
 {
     VolumeInfo v;
@@ -203,6 +209,8 @@ ScanResultPtr scanResult(qint64 firstID)
     b.file("Blender-4.1.dmg", 381000000, downloads, 510 * day);
     b.file("ZoomInstaller.pkg", 95000000, downloads, 610 * day);
     b.file("tax-return-2023.pdf", 14000000, downloads, 380 * day);
+    // A second download of a film already exported: a twin of it.
+    b.file("Brand Film v3.mp4", 2840000000, downloads, 40 * day);
     b.filler(downloads, 820000000, 412);
 
     const auto pictures = b.dir("Pictures", root);
@@ -220,12 +228,16 @@ ScanResultPtr scanResult(qint64 firstID)
     const auto documents = b.dir("Documents", root);
     b.package("Thesis Draft.pages", 210000000, documents, FileCategory::document);
     b.file("Studio Lease 2022.pdf", 8400000, b.dir("Contracts", documents), 800 * day);
-    b.file("Receipts 2023.zip", 462000000, b.dir("Taxes", documents), 330 * day);
+    const auto taxes = b.dir("Taxes", documents);
+    b.file("Receipts 2023.zip", 462000000, taxes, 330 * day);
+    b.file("tax-return-2023.pdf", 14000000, taxes, 380 * day);
     b.filler(documents, 310000000, 2400);
 
     const auto desktop = b.dir("Desktop", root);
     b.file("Screen Recording 2024-11-02.mov", 948000000, desktop, 5 * day);
     b.file("mockup-final-FINAL.psd", 721000000, desktop, 60 * day);
+    b.file("Panorama Alfama copy.psd", 1830000000, desktop, 470 * day);
+    b.file("tax-return-2023 (1).pdf", 14000000, desktop, 380 * day);
 
     const auto windows = b.dir("Windows 11", b.dir("VirtualBox VMs", root));
     b.file("Windows 11.vdi", 27900000000, windows, 240 * day);

@@ -34,8 +34,12 @@ QMap<QString, DiskUsage> measurements();
 // What the "caches" location holds, largest first.
 QList<JunkEntry> cacheContents();
 
+// Whether a file belongs to the demo home folder rather than a real scan.
+bool isDemoPath(QByteArrayView path);
+
 // A fresh scan result of the demo home folder, dated relative to now, with file
-// ids from `firstID` on. The same `firstID` gives the same ids.
+// ids from `firstID` on. The same `firstID` gives the same ids. Its twins (files
+// of identical content) are exactly its files of equal size.
 ScanResultPtr scanResult(qint64 firstID);
 
 } // namespace Demo

@@ -51,7 +51,13 @@ void DuplicatesModel::run(const std::vector<FileItem> &files, qint64 minSize)
     // Everything the worker touches is its own copy; the model is reached only
     // through queued calls that run on the main thread and test the token there.
     const QPointer<DuplicatesModel> self(this);
-    QThreadPool::globalInstance()->start([self, token, chosen = std::move(chosen)] {
+    const Search search =
+        m_search ? m_search
+                 : [](const std::vector<FileItem> &some, const CancelTokenPtr &t,
+                      const DuplicateEngine::ProgressCallback &progress, DuplicateEngine::Unreadable *unreadable) {
+                       return DuplicateEngine::find(some, t, progress, DuplicateEngine::Reading::automatic, unreadable);
+                   };
+    QThreadPool::globalInstance()->start([self, token, search, chosen = std::move(chosen)] {
         const auto progress = [self, token](double fraction, const QString &status) {
             QMetaObject::invokeMethod(
                 QCoreApplication::instance(),
@@ -62,7 +68,7 @@ void DuplicatesModel::run(const std::vector<FileItem> &files, qint64 minSize)
                 Qt::QueuedConnection);
         };
         DuplicateEngine::Unreadable unreadable;
-        auto answer = DuplicateEngine::find(chosen, token, progress, DuplicateEngine::Reading::automatic, &unreadable);
+        auto answer = search(chosen, token, progress, &unreadable);
         if (!answer)
             return;
         QMetaObject::invokeMethod(

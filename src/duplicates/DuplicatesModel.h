@@ -5,6 +5,7 @@
 
 #pragma once
 
+#include "DuplicateEngine.h"
 #include "DuplicateGroup.h"
 
 #include "core/CancelToken.h"
@@ -15,6 +16,8 @@
 #include <QSet>
 #include <QString>
 
+#include <functional>
+#include <optional>
 #include <vector>
 
 // Each run gets a fresh token, which is also its identity: reports and results
@@ -31,6 +34,11 @@ class DuplicatesModel : public QObject
     Q_PROPERTY(qint64 unreadableCount READ unreadableCount NOTIFY unreadableCountChanged)
 
 public:
+    // What a run does on its worker: DuplicateEngine::find unless replaced.
+    using Search = std::function<std::optional<std::vector<DuplicateGroup>>(
+        const std::vector<FileItem> &files, const CancelTokenPtr &token,
+        const DuplicateEngine::ProgressCallback &progress, DuplicateEngine::Unreadable *unreadable)>;
+
     explicit DuplicatesModel(QObject *parent = nullptr);
     ~DuplicatesModel() override;
 
@@ -67,6 +75,8 @@ public:
     void remove(const QSet<QByteArray> &paths);
     // Marks copies; ids of files in no group are ignored.
     void setMarked(const QSet<qint64> &ids);
+    // Runs from now on search with `search`; empty goes back to the engine.
+    void setSearch(Search search) { m_search = std::move(search); }
 
 signals:
     void isRunningChanged();
@@ -94,4 +104,5 @@ private:
     bool m_hasRun = false;
     qint64 m_unreadableCount = 0;
     CancelTokenPtr m_token;
+    Search m_search;
 };

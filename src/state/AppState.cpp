@@ -39,6 +39,7 @@ AppState::AppState(QObject *parent)
     m_workers.setMaxThreadCount(qMax(4, QThread::idealThreadCount()));
     m_volumeTimer.setInterval(volumeRefreshSeconds * 1000);
     connect(&m_volumeTimer, &QTimer::timeout, this, &AppState::refreshVolumes);
+    m_duplicates.setSearch(m_environment.findDuplicates);
 }
 
 AppState::~AppState()
@@ -51,7 +52,13 @@ AppState::~AppState()
 void AppState::setArguments(const QByteArrayList &arguments)
 {
     m_arguments = arguments;
-    m_environment = Demo::isOn(arguments) ? Environment::demo() : Environment::system();
+    setEnvironment(Demo::isOn(arguments) ? Environment::demo() : Environment::system());
+}
+
+void AppState::setEnvironment(Environment environment)
+{
+    m_environment = std::move(environment);
+    m_duplicates.setSearch(m_environment.findDuplicates);
 }
 
 // -- Fields -------------------------------------------------------------------

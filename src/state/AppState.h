@@ -89,7 +89,7 @@ public:
     // environment, any other set in the system one.
     void setArguments(const QByteArrayList &arguments);
     const QByteArrayList &arguments() const { return m_arguments; }
-    void setEnvironment(Environment environment) { m_environment = std::move(environment); }
+    void setEnvironment(Environment environment);
     const Environment &environment() const { return m_environment; }
     // Replace one seam of the present environment.
     void setScanFunction(ScanFunction function) { m_environment.scan = std::move(function); }

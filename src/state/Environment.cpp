@@ -9,6 +9,58 @@
 #include "demo/Demo.h"
 #include "scan/DiskScanner.h"
 
+#include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QThread>
+
+#include <algorithm>
+#include <map>
+
+namespace {
+
+// The demo's twins, found without reading a byte: its files of equal size are
+// copies of each other. The search takes a moment, as a real one would, and
+// stops when cancelled. Files of a real scan go to the engine.
+std::optional<std::vector<DuplicateGroup>> demoTwins(const std::vector<FileItem> &files, const CancelTokenPtr &token,
+                                                     const DuplicateEngine::ProgressCallback &progress,
+                                                     DuplicateEngine::Unreadable *unreadable)
+{
+    if (!std::all_of(files.begin(), files.end(), [](const FileItem &file) { return Demo::isDemoPath(file.path); }))
+        return DuplicateEngine::find(files, token, progress, DuplicateEngine::Reading::automatic, unreadable);
+    static const char *const stages[] = {QT_TRANSLATE_NOOP("Demo", "Comparing sizes…"),
+                                         QT_TRANSLATE_NOOP("Demo", "Reading samples…"),
+                                         QT_TRANSLATE_NOOP("Demo", "Proving contents (SHA-256)…")};
+    constexpr int steps = 30;
+    for (int step = 0; step < steps; ++step) {
+        if (token->isCancelled())
+            return std::nullopt;
+        progress(double(step) / steps, QCoreApplication::translate("Demo", stages[step * 3 / steps]));
+        QThread::msleep(40);
+    }
+    std::map<qint64, std::vector<FileItem>> bySize;
+    for (const FileItem &file : files)
+        bySize[file.size].push_back(file);
+    std::vector<DuplicateGroup> groups;
+    for (auto &[size, same] : bySize) {
+        if (same.size() < 2)
+            continue;
+        std::stable_sort(same.begin(), same.end(),
+                         [](const FileItem &a, const FileItem &b) { return a.modified > b.modified; });
+        const QByteArray digest =
+            QCryptographicHash::hash("demo:" + QByteArray::number(size), QCryptographicHash::Sha256);
+        groups.push_back({QString::fromLatin1(digest.toHex()), size, std::move(same)});
+    }
+    std::stable_sort(groups.begin(), groups.end(), [](const DuplicateGroup &a, const DuplicateGroup &b) {
+        return a.reclaimable() > b.reclaimable();
+    });
+    if (token->isCancelled())
+        return std::nullopt;
+    progress(1.0, QCoreApplication::translate("Demo", "Done"));
+    return groups;
+}
+
+} // namespace
+
 Environment Environment::system()
 {
     Environment env;
@@ -54,6 +106,7 @@ Environment Environment::demo()
             out.append({item.id, item.size, true});
         return out;
     };
+    env.findDuplicates = &demoTwins;
     env.preload = [](AppState &state) {
         state.setVolumes({Demo::volume()});
         const QMap<QString, DiskUsage> figures = Demo::measurements();

@@ -11,6 +11,7 @@
 #include "core/ScanProgress.h"
 #include "core/ScanResult.h"
 #include "core/VolumeInfo.h"
+#include "duplicates/DuplicatesModel.h"
 #include "removal/CleanItem.h"
 #include "removal/DeletionItem.h"
 #include "removal/FileOperations.h"
@@ -45,6 +46,8 @@ struct Environment {
     // What clearing a Deep Clean location removes; on the main thread.
     using JunkTargetsFunction = std::function<QList<DeletionItem>(const JunkLocation &location, const CleanItem &item,
                                                                   const CleanupModel &cleanup)>;
+    // Finds the twins among files, on a worker; empty means the engine.
+    using DuplicateSearch = DuplicatesModel::Search;
     // Puts the environment's own figures on screen at launch, in place of
     // listing, probing and measuring; honouring "-scan" is then left out.
     using Preload = std::function<void(AppState &state)>;
@@ -57,6 +60,7 @@ struct Environment {
     std::shared_ptr<FileOperations> fileOperations;
     ReviewFunction review;
     JunkTargetsFunction junkTargets;
+    DuplicateSearch findDuplicates;
     Preload preload;
     // True for the demo disk: the window says so, and so does the toast after
     // a removal, which only pretends.
