@@ -14,13 +14,14 @@ set(allowed_demo core demo)
 set(allowed_removal core scan safety deepclean removal)
 set(allowed_state ${engine} state)
 set(allowed_explorer ${engine} state explorer)
+set(allowed_files ${engine} state files)
 set(allowed_look core look)
 # The interface: the QML module's C++ beside its QML.
-set(allowed_removal/sheets ${engine} state explorer look shell removal/sheets)
-set(allowed_shell ${engine} state explorer look shell removal/sheets)
+set(allowed_removal/sheets ${engine} state explorer files look shell removal/sheets)
+set(allowed_shell ${engine} state explorer files look shell removal/sheets)
 # The executables.
 set(allowed_cli core scan safety deepclean duplicates)
-set(allowed_app ${engine} state explorer look shell removal/sheets)
+set(allowed_app ${engine} state explorer files look shell removal/sheets)
 
 file(GLOB_RECURSE sources RELATIVE ${SOURCE_DIR}
   ${SOURCE_DIR}/src/*.cpp ${SOURCE_DIR}/src/*.h

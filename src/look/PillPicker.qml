@@ -22,7 +22,12 @@ Rectangle {
     radius: height / 2
     color: Look.well
     border.width: 1
-    border.color: Look.line
+    border.color: activeFocus ? Look.accent : Look.line
+    activeFocusOnTab: true
+
+    // With the keyboard: the arrows move to the neighbouring pill.
+    Keys.onLeftPressed: if (currentIndex > 0) activated(currentIndex - 1)
+    Keys.onRightPressed: if (currentIndex < options.length - 1) activated(currentIndex + 1)
 
     Rectangle {
         id: highlight

@@ -21,9 +21,24 @@ Item {
     // -1: no disclosure; 0 closed; 1 open.
     property int expanded: -1
 
+    // The row the keyboard is on: drawn with a ring.
+    property bool current: false
+
     signal open
     signal preview
     signal disclose
+
+    // The keyboard's Space: select or deselect at once.
+    function toggle() {
+        logic.toggle();
+    }
+    // The keyboard's Return: what a double click does.
+    function activate() {
+        if (canOpen)
+            open();
+        else if (canPreview)
+            preview();
+    }
 
     readonly property ItemRowModel model: ItemRowModel {
         id: logic
@@ -46,11 +61,13 @@ Item {
         anchors.fill: parent
         radius: 10
         color: hover.hovered ? Look.surface : "transparent"
+        border.width: row.current ? 2 : 0
+        border.color: Look.accent
         // The row's weight among its list, as a faint bar behind it.
         Rectangle {
             width: parent.width * Math.max(0, Math.min(1, row.weight))
             height: parent.height
-            radius: 10
+            radius: Math.min(10, width / 2)
             color: Look.sorvelSubtle
             opacity: 0.5
         }
@@ -64,7 +81,10 @@ Item {
     }
     TapHandler {
         acceptedButtons: Qt.RightButton
-        onTapped: menu.popup()
+        onTapped: {
+            menu.active = true;
+            (menu.item as Menu)?.popup();
+        }
     }
     SorvelToolTip {
         visible: hover.hovered && !dragHandler.active
@@ -187,14 +207,18 @@ Item {
         }
     }
 
-    Menu {
+    // The context menu, made on the first right click: long lists hold many rows.
+    Loader {
         id: menu
-        Repeater {
-            model: logic.menu
-            MenuItem {
-                required property var modelData
-                text: modelData.text
-                onTriggered: logic.trigger(modelData.action)
+        active: false
+        sourceComponent: Menu {
+            Repeater {
+                model: logic.menu
+                MenuItem {
+                    required property var modelData
+                    text: modelData.text
+                    onTriggered: logic.trigger(modelData.action)
+                }
             }
         }
     }
@@ -222,5 +246,13 @@ Item {
         isJunk: logic.isJunk
     }
     property var chipImage: ({ url: "" })
-    Component.onCompleted: chip.grabToImage(result => row.chipImage = result)
+    // Grabbed on the first hover, before any drag can start: long lists create
+    // rows faster than they could all be grabbed.
+    Connections {
+        target: hover
+        function onHoveredChanged() {
+            if (hover.hovered && row.chipImage.url === "")
+                chip.grabToImage(result => row.chipImage = result);
+        }
+    }
 }

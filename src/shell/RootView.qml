@@ -93,11 +93,8 @@ Item {
             itemTitle: Shell.titleOf(AppState.section)
             itemCaption: Shell.captionOf(AppState.section)
 
-            AreaPlaceholder {
+            FilesView {
                 anchors.fill: parent
-                symbol: "doc.on.doc"
-                title: qsTr("Files")
-                text: qsTr("The shelves of this scan arrive with the Files area.")
             }
         }
     }
