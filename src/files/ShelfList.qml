@@ -47,6 +47,12 @@ ListView {
             width: list.width
             title: list.shelf.shelfTitle
             detail: list.shelf.shelfDetail
+
+            // The list of a big scan takes a moment; the old rows stay meanwhile.
+            SorvelLoader {
+                visible: list.shelf.deriving
+                size: 14
+            }
         }
     }
 

@@ -1,4 +1,4 @@
-#include "QmlErrors.h"
+#include "MainWindow.h"
 #include "ScopedEnv.h"
 #include "TestMain.h"
 
@@ -11,25 +11,11 @@
 #include "state/AppState.h"
 #include "state/RemovalSession.h"
 
-#include <QDir>
-#include <QFile>
-#include <QQmlApplicationEngine>
 #include <QQuickItem>
-#include <QQuickWindow>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
 namespace {
-
-// Every warning the process prints while a window is up, QML's or Qt's own
-// ("Component is not ready" reaches no QML warning list).
-QStringList *g_warnings = nullptr;
-
-void collectWarnings(QtMsgType type, const QMessageLogContext &, const QString &message)
-{
-    if (g_warnings && type >= QtWarningMsg && !message.startsWith(QLatin1String("QStandardPaths")))
-        g_warnings->append(message);
-}
 
 template <typename T>
 T *findModel(QQuickWindow *window)
@@ -68,10 +54,6 @@ private Q_SLOTS:
         QFETCH(QByteArray, appearance);
         ScopedEnv env("SORVEL_APPEARANCE", appearance);
         ScopedEnv motion("SORVEL_REDUCE_MOTION", "1");
-        QStringList warnings;
-        g_warnings = &warnings;
-        const QtMessageHandler previous = qInstallMessageHandler(collectWarnings);
-
         AppState state;
         state.setArguments({"sorvel-cleaner", "-demo"});
         state.setShowTimeScale(0);
@@ -79,32 +61,17 @@ private Q_SLOTS:
         state.onLaunch();
         state.setSection(SidebarItem::largest);
 
-        QQmlApplicationEngine engine;
-        engine.addImportPath(QStringLiteral("qrc:/"));
-        engine.load(QUrl(QStringLiteral("qrc:/Sorvel/Ui/shell/Main.qml")));
-        QCOMPARE(engine.rootObjects().size(), 1);
-        auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().first());
-        QVERIFY(window);
-        QVERIFY(QTest::qWaitForWindowExposed(window));
-
-        const QByteArray dir = qgetenv("SORVEL_SCREENSHOT_DIR");
+        MainWindow main;
+        QVERIFY(main.load());
+        QQuickWindow *window = main.window();
         const auto shoot = [&](const char *name) {
-            QTest::qWait(200);
-            const QImage image = window->grabWindow();
-            QVERIFY(!image.isNull());
-            if (!dir.isEmpty()) {
-                QDir().mkpath(QFile::decodeName(dir));
-                QVERIFY(image.save(QFile::decodeName(dir) +
-                                   QStringLiteral("/files-%1-%2.png")
-                                       .arg(QString::fromLatin1(name), QString::fromLatin1(appearance))));
-            }
+            QVERIFY(main.shoot(QStringLiteral("files-%1-%2.png").arg(QLatin1String(name), QLatin1String(appearance))));
         };
 
         // Biggest: rows, then Tab into the list and Space selects its first row.
         FileShelfModel *biggest = findModel<FileShelfModel>(window);
         QVERIFY(biggest);
         QTRY_VERIFY(biggest->count() > 30);
-        QTRY_VERIFY(window->findChild<QQuickItem *>() != nullptr);
         shoot("biggest");
         QQuickItem *list = nullptr;
         for (int tab = 0; tab < 30 && !list; ++tab) {
@@ -166,9 +133,7 @@ private Q_SLOTS:
         state.setToast(std::nullopt);
         shoot("twins-none");
 
-        qInstallMessageHandler(previous);
-        g_warnings = nullptr;
-        QVERIFY2(warnings.isEmpty(), qPrintable(warnings.join(QLatin1Char('\n'))));
+        QVERIFY2(main.warnings().isEmpty(), qPrintable(main.warningText()));
         AppStateForeign::setInstance(nullptr);
     }
 };

@@ -1,4 +1,4 @@
-#include "QmlErrors.h"
+#include "MainWindow.h"
 #include "ScopedEnv.h"
 #include "TestMain.h"
 
@@ -64,29 +64,12 @@ private Q_SLOTS:
         Fixture f({"sorvel-cleaner", "-demo"});
         AppStateForeign::setInstance(&f.state);
 
-        QQmlApplicationEngine engine;
-        QList<QQmlError> warnings;
-        engine.setOutputWarningsToStandardError(false);
-        connect(&engine, &QQmlEngine::warnings, this, [&warnings](const QList<QQmlError> &list) { warnings << list; });
-        engine.addImportPath(QStringLiteral("qrc:/"));
-        engine.load(QUrl(QStringLiteral("qrc:/Sorvel/Ui/shell/Main.qml")));
-        QCOMPARE(engine.rootObjects().size(), 1);
-        auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().first());
-        QVERIFY(window);
-        QVERIFY(QTest::qWaitForWindowExposed(window));
+        MainWindow main;
+        QVERIFY(main.load());
+        QQuickWindow *window = main.window();
         QCOMPARE(window->size(), QSize(1240, 800));
-
-        const QByteArray dir = qgetenv("SORVEL_SCREENSHOT_DIR");
         const auto shoot = [&](const char *name) {
-            QTest::qWait(150);
-            const QImage image = window->grabWindow();
-            QVERIFY(!image.isNull());
-            if (!dir.isEmpty()) {
-                QDir().mkpath(QFile::decodeName(dir));
-                QVERIFY(image.save(QFile::decodeName(dir) +
-                                   QStringLiteral("/frame-%1-%2.png")
-                                       .arg(QString::fromLatin1(name), QString::fromLatin1(appearance))));
-            }
+            QVERIFY(main.shoot(QStringLiteral("frame-%1-%2.png").arg(QLatin1String(name), QLatin1String(appearance))));
         };
         // Before any scan the Files items offer one.
         f.state.setSection(SidebarItem::largest);
@@ -125,7 +108,7 @@ private Q_SLOTS:
         f.state.cancelScan();
         QTRY_VERIFY(!f.state.isScanning());
 
-        QVERIFY2(warnings.isEmpty(), qPrintable(describe(warnings)));
+        QVERIFY2(main.warnings().isEmpty(), qPrintable(main.warningText()));
         AppStateForeign::setInstance(nullptr);
     }
 

@@ -1,4 +1,4 @@
-#include "QmlErrors.h"
+#include "MainWindow.h"
 #include "TestMain.h"
 
 #include "AppStateForeign.h"
@@ -125,29 +125,13 @@ private slots:
         state.setShowTimeScale(0);
         AppStateForeign::setInstance(&state);
 
-        QQmlApplicationEngine engine;
-        QList<QQmlError> warnings;
-        engine.setOutputWarningsToStandardError(false);
-        connect(&engine, &QQmlEngine::warnings, this, [&warnings](const QList<QQmlError> &list) { warnings << list; });
-        engine.addImportPath(QStringLiteral("qrc:/"));
-        engine.load(QUrl(QStringLiteral("qrc:/Sorvel/Ui/shell/Main.qml")));
-        QCOMPARE(engine.rootObjects().size(), 1);
-        auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().first());
-        QVERIFY(window);
-        QVERIFY(QTest::qWaitForWindowExposed(window));
+        MainWindow main;
+        QVERIFY(main.load());
+        QQuickWindow *window = main.window();
         // The shortcuts need the window to have the keyboard.
         window->requestActivate();
         QVERIFY(QTest::qWaitForWindowActive(window));
-        const QByteArray shots = qgetenv("SORVEL_SCREENSHOT_DIR");
-        const auto shoot = [&](const char *name) {
-            QTest::qWait(200);
-            const QImage image = window->grabWindow();
-            QVERIFY(!image.isNull());
-            if (!shots.isEmpty()) {
-                QDir().mkpath(QFile::decodeName(shots));
-                QVERIFY(image.save(QFile::decodeName(shots) + QLatin1Char('/') + QString::fromLatin1(name)));
-            }
-        };
+        const auto shoot = [&](const char *name) { QVERIFY(main.shoot(QString::fromLatin1(name))); };
 
         state.scan(root);
         QTRY_VERIFY_WITH_TIMEOUT(state.result() && !state.isScanning(), 10000);
@@ -190,7 +174,7 @@ private slots:
 
         // The selection bar's review button opens the review.
         auto *reviewButton = window->findChild<QQuickItem *>(QStringLiteral("reviewButton"));
-        QVERIFY2(reviewButton, qPrintable(describe(warnings)));
+        QVERIFY2(reviewButton, qPrintable(main.warningText()));
         QTRY_VERIFY(reviewButton->isVisible());
         QTest::keyClick(window, Qt::Key_Backspace, Qt::ControlModifier);
         QTRY_VERIFY(state.removal()->isReviewing());
@@ -270,7 +254,7 @@ private slots:
 
         QTest::keyClick(window, Qt::Key_Return);
         QTRY_VERIFY(!state.removal()->hasDeletionFailures());
-        QVERIFY2(warnings.isEmpty(), qPrintable(describe(warnings)));
+        QVERIFY2(main.warnings().isEmpty(), qPrintable(main.warningText()));
         AppStateForeign::setInstance(nullptr);
     }
 };
