@@ -174,12 +174,11 @@ QString FileShelfModel::emptyText() const
 
 int FileShelfModel::rowCount(const QModelIndex &parent) const { return parent.isValid() ? 0 : m_rows; }
 
-qint64 FileShelfModel::heaviest() const
+void FileShelfModel::updateHeaviest()
 {
-    qint64 most = 0;
-    for (int i = 0; i < rowCount(); ++i)
-        most = std::max(most, m_list[size_t(i)].size);
-    return most;
+    m_heaviest = 0;
+    for (int i = 0; i < m_rows; ++i)
+        m_heaviest = std::max(m_heaviest, m_list[size_t(i)].size);
 }
 
 QVariant FileShelfModel::data(const QModelIndex &index, int role) const
@@ -196,10 +195,8 @@ QVariant FileShelfModel::data(const QModelIndex &index, int role) const
             return filesText("opened %1").arg(used);
         return file.category.title() + QStringLiteral(" · ") + used;
     }
-    case WeightRole: {
-        const qint64 most = heaviest();
-        return most > 0 ? double(file.size) / double(most) : 0.0;
-    }
+    case WeightRole:
+        return m_heaviest > 0 ? double(file.size) / double(m_heaviest) : 0.0;
     case PathRole:
         return Paths::toText(file.path);
     default:
@@ -222,9 +219,11 @@ void FileShelfModel::showMore()
     m_paging.showMore();
     m_rows = m_paging.visible(qsizetype(m_list.size()));
     endInsertRows();
-    // The heaviest shown may have changed; the new rows are lighter, so only
-    // when the list is sorted by something other than size.
-    if (m_sort != FileSort::size && before > 0)
+    // The heaviest shown may have changed; sorted by size the new rows are
+    // lighter, so only in the other orders.
+    const qint64 was = m_heaviest;
+    updateHeaviest();
+    if (m_heaviest != was)
         emit dataChanged(index(0), index(before - 1), {WeightRole});
     emit listChanged();
 }
@@ -252,6 +251,7 @@ void FileShelfModel::refresh(bool resetPaging)
         // Back to the first rows at once; the new list replaces them when it comes.
         beginRemoveRows(QModelIndex(), m_paging.shown(), m_rows - 1);
         m_rows = m_paging.shown();
+        updateHeaviest();
         endRemoveRows();
     }
     const ScanResultPtr result = m_state ? m_state->result() : ScanResultPtr();
@@ -316,6 +316,7 @@ void FileShelfModel::setList(std::vector<FileItem> list)
         beginResetModel();
         m_list = std::move(list);
         m_rows = newRows;
+        updateHeaviest();
         endResetModel();
     } else {
         // Only the shown rows matter while they go, one by one.
@@ -332,8 +333,10 @@ void FileShelfModel::setList(std::vector<FileItem> list)
         if (newRows > m_rows) {
             beginInsertRows(QModelIndex(), m_rows, newRows - 1);
             m_rows = newRows;
+            updateHeaviest();
             endInsertRows();
         }
+        updateHeaviest();
         if (m_rows > 0)
             emit dataChanged(index(0), index(m_rows - 1));
     }

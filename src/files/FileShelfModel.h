@@ -119,7 +119,8 @@ private:
     void refresh(bool resetPaging);
     void accept(const CancelTokenPtr &token, std::vector<FileItem> list);
     void setList(std::vector<FileItem> list);
-    qint64 heaviest() const;
+    // The largest size among the shown rows, which every row's weight is over.
+    void updateHeaviest();
 
     QPointer<AppState> m_state;
     bool m_forgotten = false;
@@ -131,6 +132,7 @@ private:
     ShelfPaging m_paging;
     std::vector<FileItem> m_list;
     int m_rows = 0; // the shown part of m_list, as the view holds it
+    qint64 m_heaviest = 0;
     qint64 m_listBytes = 0;
     CancelTokenPtr m_token;
     QList<QMetaObject::Connection> m_connections;

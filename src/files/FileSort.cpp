@@ -12,7 +12,8 @@ namespace {
 
 QString filesText(const char *text) { return QCoreApplication::translate("Files", text); }
 
-// Sorts by a key computed once per file rather than once per comparison.
+// Sorts stably by a key computed once per file rather than once per
+// comparison, moving the keys and each file once: files are big to move.
 template <typename Key, typename Less>
 void sortByKey(std::vector<FileItem> &files, Key key, Less less)
 {
@@ -74,8 +75,8 @@ void FileSort::sort(std::vector<FileItem> &files) const
         return;
     switch (m_value) {
     case size:
-        std::stable_sort(files.begin(), files.end(),
-                         [](const FileItem &a, const FileItem &b) { return a.size > b.size; });
+        sortByKey(
+            files, [](const FileItem &file) { return file.size; }, std::greater<qint64>());
         return;
     case name:
         sortByKey(
@@ -86,8 +87,8 @@ void FileSort::sort(std::vector<FileItem> &files) const
         sortByKey(files, lastUse, std::less<double>());
         return;
     case modified:
-        std::stable_sort(files.begin(), files.end(),
-                         [](const FileItem &a, const FileItem &b) { return a.modified < b.modified; });
+        sortByKey(
+            files, [](const FileItem &file) { return file.modified; }, std::less<double>());
         return;
     }
 }
