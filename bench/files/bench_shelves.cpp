@@ -120,7 +120,7 @@ int main(int argc, char **argv)
     // Scrolled to the end as a user about to press the button, so the new rows
     // come into view and are made and drawn in the measured frame.
     QQuickItem *list = nullptr;
-    for (QQuickItem *item : window->contentItem()->findChildren<QQuickItem *>())
+    for (QQuickItem *item : window->findChildren<QQuickItem *>())
         if (QByteArray(item->metaObject()->className()).startsWith("ShelfList"))
             list = item;
     if (!list)
