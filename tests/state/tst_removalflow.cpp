@@ -181,9 +181,6 @@ private slots:
         QCOMPARE(got, expected);
         QCOMPARE(request->estimatedSize, 300 + 1000 + 10 + 20 + 5);
         QCOMPARE(request->queueIDs, ids);
-        QVERIFY(request->title.isEmpty());
-        QVERIFY(!request->summary);
-        QCOMPARE(request->protectedCount(), 0);
         QVERIFY(QDir().rmpath(QFile::decodeName(cache + "/app")));
         QVERIFY(QDir().rmpath(QFile::decodeName(cache + "/thumbnails/large")));
         QVERIFY(QFile::remove(QFile::decodeName(cache + "/com.apple.kept")));
