@@ -99,6 +99,10 @@ class TestRemovalFlow : public QObject
 
     QTemporaryDir m_prefsDir;
     int m_store = 0;
+    std::unique_ptr<QTemporaryDir> m_dir; // a fresh folder for each test
+
+    // `name` in this test's folder.
+    QByteArray at(const QByteArray &name) const { return bytes(*m_dir) + '/' + name; }
 
 private slots:
     void initTestCase()
@@ -107,7 +111,14 @@ private slots:
         Prefs::registerDefaults();
     }
 
-    void init() { Prefs::useFile(m_prefsDir.filePath(QStringLiteral("prefs-%1.ini").arg(++m_store))); }
+    void init()
+    {
+        Prefs::useFile(m_prefsDir.filePath(QStringLiteral("prefs-%1.ini").arg(++m_store)));
+        m_dir = std::make_unique<QTemporaryDir>();
+        QVERIFY(m_dir->isValid());
+    }
+
+    void cleanup() { m_dir.reset(); }
 
     void openingTheReview()
     {
@@ -143,18 +154,16 @@ private slots:
         QVERIFY(makeDirs(cache + "/app"));
         QVERIFY(makeDirs(cache + "/thumbnails/large"));
         QVERIFY(makeFile(cache + "/com.apple.kept", 10));
-        QTemporaryDir dir;
-        const QByteArray plain = bytes(dir) + "/plain.bin";
+        const QByteArray plain = at("plain.bin");
         QVERIFY(makeFile(plain, 10));
 
         Fixture f;
         f.state.queue()->add(junkItem("thumbnails", 300));
         f.state.queue()->add(pathItem(cache, 1000, CleanItem::Kind::folder, CleanItem::Source::files));
         f.state.queue()->add(pathItem(plain, 10));
-        f.state.queue()->add(
-            pathItem(bytes(dir) + "/picked", 20, CleanItem::Kind::artifact, CleanItem::Source::deepClean));
+        f.state.queue()->add(pathItem(at("picked"), 20, CleanItem::Kind::artifact, CleanItem::Source::deepClean));
         f.state.queue()->add(junkItem("nonesuch", 5));
-        const QSet<QByteArray> ids = {"junk:thumbnails", cache, plain, bytes(dir) + "/picked", "junk:nonesuch"};
+        const QSet<QByteArray> ids = {"junk:thumbnails", cache, plain, at("picked"), "junk:nonesuch"};
         const std::optional<DeletionRequest> request = f.state.removal()->deletionRequest(ids);
         QVERIFY(request);
 
@@ -163,7 +172,7 @@ private slots:
             {cache + "/app", std::nullopt, true},
             {cache + "/thumbnails", std::nullopt, true},
             {plain, 10, false},
-            {bytes(dir) + "/picked", 20, true},
+            {at("picked"), 20, true},
         };
         // The contents-only folder lists in directory order.
         QList<DeletionItem> got = request->items;
@@ -172,9 +181,6 @@ private slots:
         QCOMPARE(got, expected);
         QCOMPARE(request->estimatedSize, 300 + 1000 + 10 + 20 + 5);
         QCOMPARE(request->queueIDs, ids);
-        QVERIFY(request->title.isEmpty());
-        QVERIFY(!request->summary);
-        QCOMPARE(request->protectedCount(), 0);
         QVERIFY(QDir().rmpath(QFile::decodeName(cache + "/app")));
         QVERIFY(QDir().rmpath(QFile::decodeName(cache + "/thumbnails/large")));
         QVERIFY(QFile::remove(QFile::decodeName(cache + "/com.apple.kept")));
@@ -188,8 +194,7 @@ private slots:
         const QByteArray documents = home + "/Documents";
         QVERIFY(makeDirs(documents));
         QVERIFY(makeFile(documents + "/canary", 10));
-        QTemporaryDir dir;
-        const QByteArray plain = bytes(dir) + "/plain";
+        const QByteArray plain = at("plain");
         QVERIFY(makeFile(plain, 10));
 
         Fixture f;
@@ -228,18 +233,17 @@ private slots:
         QFETCH(bool, permanently);
         QFETCH(int, files);
         QFETCH(QString, words);
-        QTemporaryDir dir;
         QSet<QByteArray> ids;
         qint64 total = 0;
         Fixture f;
         for (int i = 0; i < files; ++i) {
-            const QByteArray path = bytes(dir) + "/f" + QByteArray::number(i);
+            const QByteArray path = at("f" + QByteArray::number(i));
             QVERIFY(makeFile(path, 5000));
             total += allocated(path);
             f.state.queue()->add(pathItem(path, allocated(path)));
             ids.insert(path);
         }
-        const QByteArray busy = bytes(dir) + "/busy";
+        const QByteArray busy = at("busy");
         QVERIFY(makeFile(busy, 10));
         f.state.queue()->add(pathItem(busy, 10));
         ids.insert(busy);
@@ -276,8 +280,7 @@ private slots:
     // correction, onComplete still runs.
     void everythingFailed()
     {
-        QTemporaryDir dir;
-        const QByteArray busy = bytes(dir) + "/busy";
+        const QByteArray busy = at("busy");
         QVERIFY(makeFile(busy, 10));
         Fixture f;
         f.operations->refuse = [](const QByteArray &) { return EBUSY; };
@@ -303,8 +306,7 @@ private slots:
     // A fast worker still leaves the removal on screen for the minimum time.
     void minimumShowTime()
     {
-        QTemporaryDir dir;
-        const QByteArray path = bytes(dir) + "/f";
+        const QByteArray path = at("f");
         QVERIFY(makeFile(path, 10));
         Fixture f;
         f.state.setShowTimeScale(0.1); // 20 items: 8 s scaled to 0.8 s
@@ -325,8 +327,7 @@ private slots:
     // Demo mode applies the removal to the model only.
     void pretendRemoval()
     {
-        QTemporaryDir dir;
-        const QByteArray real = bytes(dir) + "/real";
+        const QByteArray real = at("real");
         QVERIFY(makeFile(real, 10));
         Fixture f({"sorvel-cleaner", "-demo"});
         f.state.onLaunch();
@@ -353,8 +354,7 @@ private slots:
     // in, the clicked thing and the small files do not.
     void toggleInsideSelectedFolder()
     {
-        QTemporaryDir dir;
-        const QByteArray root = bytes(dir) + "/t";
+        const QByteArray root = at("t");
         QVERIFY(makeDirs(root + "/top/mid/node_modules"));
         QVERIFY(makeDirs(root + "/top/side"));
         QVERIFY(makeFile(root + "/top/side/s.bin", 20000));
@@ -403,26 +403,14 @@ private slots:
                  QStringLiteral("“folder” is selected as a whole. Deselect it to choose inside it"));
     }
 
-    void copyPaths_data()
-    {
-        QTest::addColumn<QByteArrayList>("paths");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("toast");
-        QTest::newRow("one") << QByteArrayList{"/a/b c"} << "/a/b c"
-                             << "Copied b c";
-        QTest::newRow("two") << QByteArrayList{"/a", "/b"} << "/a\n/b"
-                             << "Copied 2 paths";
-    }
-
     void copyPaths()
     {
-        QFETCH(QByteArrayList, paths);
-        QFETCH(QString, text);
-        QFETCH(QString, toast);
         Fixture f;
-        f.state.copyPaths(paths);
-        QCOMPARE(f.desktop.copied, QStringList{text});
-        QCOMPARE(toastText(f.state), toast);
+        f.state.copyPaths({"/a/b c"});
+        QCOMPARE(toastText(f.state), u"Copied b c"_qs);
+        f.state.copyPaths({"/a", "/b"});
+        QCOMPARE(toastText(f.state), u"Copied 2 paths"_qs);
+        QCOMPARE(f.desktop.copied, (QStringList{u"/a/b c"_qs, u"/a\n/b"_qs}));
     }
 };
 
