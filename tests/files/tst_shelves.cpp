@@ -50,7 +50,7 @@ QList<qint64> ids(const std::vector<FileItem> &files)
 ScanResultPtr resultOf(std::vector<FileItem> files)
 {
     auto result = std::make_shared<ScanResult>();
-    result->root = std::make_shared<DirNode>("/home/ada");
+    result->root = std::make_shared<DirNode>("/srv/ada");
     result->files = std::move(files);
     return result;
 }
@@ -146,9 +146,9 @@ private Q_SLOTS:
         AppState state;
         std::vector<FileItem> files;
         for (int i = 0; i < 100; ++i)
-            files.push_back(file(i + 1, QByteArray("/home/ada/f" + QByteArray::number(i) + ".mov").constData(),
+            files.push_back(file(i + 1, QByteArray("/srv/ada/f" + QByteArray::number(i) + ".mov").constData(),
                                  1000 - i, 400 * day, -1, i % 2 ? FileCategory::video : FileCategory::audio));
-        state.showResult("/home/ada", resultOf(files));
+        state.showResult("/srv/ada", resultOf(files));
 
         FileShelfModel shelf;
         shelf.setState(&state);
@@ -180,12 +180,12 @@ private Q_SLOTS:
         // Two files go: their rows leave and the others keep their place.
         QSignalSpy removed(&shelf, &QAbstractItemModel::rowsRemoved);
         QSignalSpy reset(&shelf, &QAbstractItemModel::modelReset);
-        state.applyRemoval({"/home/ada/f0.mov", "/home/ada/f5.mov"}, {{"/home/ada/f0.mov", 1000}});
+        state.applyRemoval({"/srv/ada/f0.mov", "/srv/ada/f5.mov"}, {{"/srv/ada/f0.mov", 1000}});
         QTRY_COMPARE(shelf.count(), 98);
         QCOMPARE(removed.count(), 2);
         QCOMPARE(reset.count(), 0);
         QCOMPARE(shelf.rowCount(), 48);
-        QCOMPARE(shelf.data(shelf.index(0), FileShelfModel::PathRole).toString(), QStringLiteral("/home/ada/f1.mov"));
+        QCOMPARE(shelf.data(shelf.index(0), FileShelfModel::PathRole).toString(), QStringLiteral("/srv/ada/f1.mov"));
     }
 
     // Typing fast: each keystroke derives anew, and only the last list shows.
@@ -194,8 +194,8 @@ private Q_SLOTS:
         AppState state;
         std::vector<FileItem> files;
         for (int i = 0; i < 20000; ++i)
-            files.push_back(file(i + 1, QByteArray("/home/ada/n" + QByteArray::number(i)).constData(), i));
-        state.showResult("/home/ada", resultOf(files));
+            files.push_back(file(i + 1, QByteArray("/srv/ada/n" + QByteArray::number(i)).constData(), i));
+        state.showResult("/srv/ada", resultOf(files));
         FileShelfModel shelf;
         shelf.setState(&state);
         for (const char *typed : {"n1", "n19", "n199", "n1999", "n19999"})
@@ -210,8 +210,8 @@ private Q_SLOTS:
     void forgottenShelfModel()
     {
         AppState state;
-        state.showResult("/home/ada", resultOf({file(1, "/home/ada/old.iso", 20'000'000, 200 * day),
-                                                file(2, "/home/ada/new.iso", 30'000'000, 20 * day)}));
+        state.showResult("/srv/ada", resultOf({file(1, "/srv/ada/old.iso", 20'000'000, 200 * day),
+                                                file(2, "/srv/ada/new.iso", 30'000'000, 20 * day)}));
         state.setLargestCategory(FileCategory::video);
         FileShelfModel shelf;
         shelf.setNow(now);
