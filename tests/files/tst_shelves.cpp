@@ -146,8 +146,8 @@ private Q_SLOTS:
         AppState state;
         std::vector<FileItem> files;
         for (int i = 0; i < 100; ++i)
-            files.push_back(file(i + 1, QByteArray("/srv/ada/f" + QByteArray::number(i) + ".mov").constData(),
-                                 1000 - i, 400 * day, -1, i % 2 ? FileCategory::video : FileCategory::audio));
+            files.push_back(file(i + 1, QByteArray("/srv/ada/f" + QByteArray::number(i) + ".mov").constData(), 1000 - i,
+                                 400 * day, -1, i % 2 ? FileCategory::video : FileCategory::audio));
         state.showResult("/srv/ada", resultOf(files));
 
         FileShelfModel shelf;
@@ -211,7 +211,7 @@ private Q_SLOTS:
     {
         AppState state;
         state.showResult("/srv/ada", resultOf({file(1, "/srv/ada/old.iso", 20'000'000, 200 * day),
-                                                file(2, "/srv/ada/new.iso", 30'000'000, 20 * day)}));
+                                               file(2, "/srv/ada/new.iso", 30'000'000, 20 * day)}));
         state.setLargestCategory(FileCategory::video);
         FileShelfModel shelf;
         shelf.setNow(now);
