@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <map>
+#include <vector>
 
 namespace Demo {
 
@@ -135,16 +136,23 @@ VolumeInfo volume()
     return v;
 }
 
-QMap<QString, DiskUsage> measurements()
+QMap<QString, DiskUsage> measurements(Platform platform)
 {
-    const std::pair<const char *, DiskUsage> rows[] = {
+    using Row = std::pair<const char *, DiskUsage>;
+    static const std::vector<Row> macOS = {
         {"caches", {12640000000, 48210, true, true}},   {"logs", {640000000, 1204, true, true}},
         {"derived", {9820000000, 61400, true, true}},   {"devicesupport", {4210000000, 3100, true, true}},
         {"simcaches", {1130000000, 2870, true, true}},  {"archives", {3310000000, 640, true, true}},
         {"pkgcaches", {5620000000, 88000, true, true}}, {"installers", {14820000000, 5, true, true}},
     };
+    // The same home seen through the Linux catalogue's rows.
+    static const std::vector<Row> linux = {
+        {"caches", {12640000000, 48210, true, true}},   {"thumbnails", {640000000, 9204, true, true}},
+        {"browsers", {1130000000, 2870, true, true}},   {"flatpak", {3310000000, 6400, true, true}},
+        {"pkgcaches", {5620000000, 88000, true, true}}, {"installers", {14820000000, 5, true, true}},
+    };
     QMap<QString, DiskUsage> out;
-    for (const auto &[id, usage] : rows)
+    for (const auto &[id, usage] : platform == Platform::linux ? linux : macOS)
         out.insert(QString::fromLatin1(id), usage);
     return out;
 }

@@ -5,6 +5,7 @@
 
 #include "core/DiskUsage.h"
 #include "core/JunkEntry.h"
+#include "core/Platform.h"
 #include "core/ScanResult.h"
 #include "core/VolumeInfo.h"
 
@@ -28,8 +29,9 @@ inline constexpr char home[] = "/Users/sample";
 // The one demo volume.
 VolumeInfo volume();
 
-// Deep Clean figures by location id; every row exists and is readable.
-QMap<QString, DiskUsage> measurements();
+// Deep Clean figures by location id of the platform's catalogue; every row
+// exists and is readable.
+QMap<QString, DiskUsage> measurements(Platform platform = Platform::current());
 
 // What the "caches" location holds, largest first.
 QList<JunkEntry> cacheContents();

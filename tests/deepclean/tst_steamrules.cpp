@@ -3,6 +3,7 @@
 #include "SteamRules.h"
 
 #include "deepclean/CleanupModel.h"
+#include "demo/Demo.h"
 
 #include <QtTest>
 
@@ -109,6 +110,24 @@ private Q_SLOTS:
         QCOMPARE(byName[1].path, QByteArray("/p/beta/target"));
         QCOMPARE(SteamRules::shownArtifacts(artifacts, DeepCleanFilter::all, {}, NameSizeSort::size)[1].path,
                  QByteArray("/p/gamma/.venv"));
+    }
+
+    // The demo's figures stand under the ids of each platform's catalogue, so
+    // every row of the area gets one.
+    void demoFiguresFitTheCatalogue()
+    {
+        for (const Platform platform : {Platform::macOS, Platform::linux}) {
+            QStringList catalogue;
+            for (const JunkLocation &location : JunkLocation::all(platform, "/srv/ada"))
+                catalogue << location.id;
+            QStringList missing;
+            for (const QString &id : catalogue)
+                if (!Demo::measurements(platform).contains(id) && id != QLatin1String("backups"))
+                    missing << id;
+            QVERIFY2(missing.isEmpty(), qPrintable(missing.join(QLatin1Char(' '))));
+            for (const QString &id : Demo::measurements(platform).keys())
+                QVERIFY2(catalogue.contains(id), qPrintable(id));
+        }
     }
 
     // Rows come from the measured, visible locations of the running profile;
