@@ -23,6 +23,8 @@ Item {
 
     // The row the keyboard is on: drawn with a ring.
     property bool current: false
+    // Off where the view labels the verdict itself.
+    property bool showsRisk: true
 
     signal open
     signal preview
@@ -187,14 +189,14 @@ Item {
             text: row.badge
         }
         Badge {
-            visible: logic.safeBadge
+            visible: row.showsRisk && logic.safeBadge
             anchors.verticalCenter: parent.verticalCenter
             symbol: "sparkles"
             tint: Look.accent
             text: qsTr("Safe to sorvelise")
         }
         RiskBadge {
-            visible: !logic.safeBadge && level !== 1 && title.length > 0
+            visible: row.showsRisk && !logic.safeBadge && level !== 1 && title.length > 0
             anchors.verticalCenter: parent.verticalCenter
             level: logic.riskLevel
             title: logic.riskTitle

@@ -101,11 +101,7 @@ Item {
     Component {
         id: steamView
 
-        AreaPlaceholder {
-            symbol: "sparkles"
-            title: qsTr("Deep Clean")
-            text: qsTr("Caches and leftovers you can clear arrive with the Deep Clean area.")
-        }
+        SteamView {}
     }
 
     // The selection bar's place along the bottom edge: it comes in while

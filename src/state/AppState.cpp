@@ -40,6 +40,14 @@ AppState::AppState(QObject *parent)
     m_volumeTimer.setInterval(volumeRefreshSeconds * 1000);
     connect(&m_volumeTimer, &QTimer::timeout, this, &AppState::refreshVolumes);
     m_duplicates.setSearch(m_environment.findDuplicates);
+    // Deep Clean's ticks are the junk items of the one selection.
+    connect(&m_queue, &CleanQueue::itemsChanged, this, [this] {
+        QSet<QString> ticked;
+        for (const CleanItem &item : m_queue.items())
+            if (item.isJunk())
+                ticked.insert(QString::fromUtf8(item.id.mid(CleanItem::junkPrefix.size())));
+        m_cleanup.setSelected(ticked);
+    });
 }
 
 AppState::~AppState()

@@ -68,9 +68,10 @@ private Q_SLOTS:
         const QList<DevArtifact> artifacts = {artifact("/p/a/node_modules", 2'000'000)};
         const QList<CleanItem> safe = SteamRules::safeItems(rows, artifacts);
         QCOMPARE(ids(safe), (QStringList{"junk:caches", "/p/a/node_modules"}));
-        QCOMPARE(safe.first().heat, 0.6);
+        QCOMPARE(safe.first().heat, 1.0);
+        QCOMPARE(safe.first().risk().level, Risk::Level::safe);
         QCOMPARE(safe.first().kind, CleanItem::Kind::junk);
-        QCOMPARE(SteamRules::locationItem(rows[1].location, rows[1].usage).heat, 1.0);
+        QCOMPARE(SteamRules::locationItem(rows[1].location, rows[1].usage).risk().level, Risk::Level::caution);
 
         // Look first: the cautious row only, no artefacts; the safe list is the same.
         const auto cautious = SteamRules::shownRows(rows, DeepCleanFilter::caution, {}, NameSizeSort::size);
@@ -80,11 +81,11 @@ private Q_SLOTS:
         QVERIFY(SteamRules::shownRows(rows, DeepCleanFilter::build, {}, NameSizeSort::size).isEmpty());
         const auto all = SteamRules::shownRows(rows, DeepCleanFilter::all, {}, NameSizeSort::size);
         QCOMPARE(all.first().location.id, QStringLiteral("thumbnails"));
-        QCOMPARE(SteamRules::smallPrint(all.first(), Platform::linux, "/srv/ada"),
+        QCOMPARE(SteamRules::smallPrint(all.first(), 1, Platform::linux, "/srv/ada"),
                  QStringLiteral("~/.cache/thumbnails · can't be read"));
-        QCOMPARE(SteamRules::smallPrint(all.first(), Platform::macOS, "/srv/ada"),
+        QCOMPARE(SteamRules::smallPrint(all.first(), 1, Platform::macOS, "/srv/ada"),
                  QStringLiteral("~/.cache/thumbnails · needs Full Disk Access"));
-        QCOMPARE(SteamRules::smallPrint(all[1], Platform::linux, "/srv/ada"),
+        QCOMPARE(SteamRules::smallPrint(all[1], 1, Platform::linux, "/srv/ada"),
                  QStringLiteral("~/.cache/caches · rebuilds itself"));
     }
 

@@ -79,6 +79,8 @@ private Q_SLOTS:
         shoot("space");
         f.state.setSection(SidebarItem::largest);
         shoot("files");
+        f.state.setSection(SidebarItem::cleanup);
+        shoot("deepclean");
         f.state.setSection(SidebarItem::overview);
 
         QObject *menu = nullptr;

@@ -55,7 +55,9 @@ CleanItem locationItem(const JunkLocation &location, const DiskUsage &usage)
     item.name = location.title;
     item.size = usage.size;
     item.kind = CleanItem::Kind::junk;
-    item.heat = location.risk == JunkLocation::Risk::caution ? 1.0 : 0.6;
+    // The item's verdict follows its heat: a safe location rebuilds itself,
+    // one to look at first is not judged safe for it.
+    item.heat = location.risk == JunkLocation::Risk::caution ? 0.6 : 1.0;
     item.source = CleanItem::Source::deepClean;
     return item;
 }
@@ -138,12 +140,10 @@ QString blurb(const QString &id, Platform platform)
     return text ? deepCleanText(text) : QString();
 }
 
-QString smallPrint(const LocationRow &row, Platform platform, const QByteArray &home)
+QString smallPrint(const LocationRow &row, qsizetype folders, Platform platform, const QByteArray &home)
 {
-    const QString where =
-        row.location.paths.size() == 1
-            ? Paths::abbreviateHome(row.location.paths.first(), home)
-            : deepCleanText("%1 folders").arg(QLocale().toString(qsizetype(row.location.existingPaths().size())));
+    const QString where = row.location.paths.size() == 1 ? Paths::abbreviateHome(row.location.paths.first(), home)
+                                                         : deepCleanText("%1 folders").arg(QLocale().toString(folders));
     const QString why = row.usage.readable            ? blurb(row.location.id, platform)
                         : platform == Platform::linux ? deepCleanText("can't be read")
                                                       : deepCleanText("needs Full Disk Access");

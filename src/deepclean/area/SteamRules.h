@@ -36,7 +36,8 @@ QList<LocationRow> rows(const CleanupModel &cleanup);
 // The scan's artefacts of at least 1,000,000 bytes, in the scan's order.
 QList<DevArtifact> artifacts(const ScanResultPtr &result);
 
-// The item a location's tick adds: 0.6 heat when safe, 1.0 to look first.
+// The item a location's tick adds: heat 1.0 (a cache) when safe, 0.6 (look
+// first) otherwise.
 CleanItem locationItem(const JunkLocation &location, const DiskUsage &usage);
 // What "Select everything safe" takes, whatever the filter and search: safe,
 // readable, non-empty locations, then every artefact.
@@ -52,8 +53,9 @@ QList<DevArtifact> shownArtifacts(const QList<DevArtifact> &artifacts, DeepClean
 
 // A few words on why a location can go, by id and platform; empty when unknown.
 QString blurb(const QString &id, Platform platform = Platform::current());
-// "~/.cache · rebuilds itself", or "3 folders · can't be read".
-QString smallPrint(const LocationRow &row, Platform platform = Platform::current(),
+// "~/.cache · rebuilds itself", or "3 folders · can't be read"; `folders` is
+// how many of a location's several paths exist.
+QString smallPrint(const LocationRow &row, qsizetype folders, Platform platform = Platform::current(),
                    const QByteArray &home = Platform::homeDirectory());
 // "12.6 GB is safe to sorvelise"
 QString safeSummary(qint64 bytes);

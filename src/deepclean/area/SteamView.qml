@@ -1,0 +1,247 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Templates as T
+import Sorvel.Ui
+
+// The Deep Clean area: the measured caches and leftovers of this system and the
+// build output of the last scan, each with its tick, and "Select everything
+// safe". The model measures the locations the first time the area shows.
+// qmllint disable unqualified
+Item {
+    id: view
+
+    SteamModel {
+        id: steam
+
+        state: AppState
+    }
+
+    Item {
+        id: top
+
+        x: 32
+        width: parent.width - 64
+        height: 30
+
+        Text {
+            anchors.verticalCenter: parent.verticalCenter
+            text: qsTr("Caches, leftovers and build junk that are safe to sorvelise")
+            font.pixelSize: 12
+            color: Look.ink3
+        }
+        SorvelButton {
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            size: SorvelButtonStyle.Small
+            symbol: "arrow.clockwise"
+            text: qsTr("Measure Again")
+            enabled: !steam.isMeasuring
+            focusPolicy: Qt.StrongFocus
+            onClicked: steam.measureAgain()
+        }
+    }
+
+    Column {
+        id: controls
+
+        anchors.top: top.bottom
+        anchors.topMargin: 10
+        x: 32
+        width: parent.width - 64
+        spacing: 12
+
+        Row {
+            spacing: 10
+
+            SearchField {
+                width: 260
+                placeholderText: qsTr("Search caches & projects")
+                Accessible.name: placeholderText
+                text: steam.search
+                onTextChanged: if (text !== steam.search) steam.search = text
+            }
+            PillPicker {
+                readonly property var choices: steam.filters
+
+                anchors.verticalCenter: parent.verticalCenter
+                Accessible.name: qsTr("Show")
+                options: choices.map(f => f.title)
+                currentIndex: choices.findIndex(f => f.raw === steam.filter)
+                onActivated: index => steam.filter = choices[index].raw
+            }
+            SorvelButton {
+                id: sortButton
+
+                anchors.verticalCenter: parent.verticalCenter
+                size: SorvelButtonStyle.Small
+                symbol: "arrow.up.arrow.down"
+                text: qsTr("Sort")
+                toolTip: qsTr("Sort by")
+                focusPolicy: Qt.StrongFocus
+                onClicked: sortMenu.popup(sortButton, 0, sortButton.height + 4)
+
+                Menu {
+                    id: sortMenu
+
+                    Repeater {
+                        model: steam.sorts
+
+                        MenuItem {
+                            required property var modelData
+
+                            text: modelData.title
+                            checkable: true
+                            checked: modelData.raw === steam.sort
+                            onTriggered: steam.sort = modelData.raw
+                        }
+                    }
+                }
+            }
+        }
+        Row {
+            spacing: 12
+
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                text: steam.summary
+                font.pixelSize: 14
+                font.weight: Font.DemiBold
+                color: Look.ink
+            }
+            SorvelButton {
+                anchors.verticalCenter: parent.verticalCenter
+                kind: SorvelButtonStyle.Primary
+                symbol: "checklist.checked"
+                text: qsTr("Select everything safe")
+                enabled: steam.canSelectSafe
+                focusPolicy: Qt.StrongFocus
+                onClicked: steam.selectEverythingSafe()
+            }
+        }
+    }
+
+    // Only the very first measurement has the page to itself.
+    Column {
+        anchors.centerIn: parent
+        visible: steam.firstMeasure
+        spacing: 12
+
+        SorvelLoader {
+            anchors.horizontalCenter: parent.horizontalCenter
+            size: 28
+        }
+        Text {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: qsTr("Measuring the grime…")
+            font.pixelSize: 15
+            font.weight: Font.DemiBold
+            color: Look.ink
+        }
+    }
+
+    EmptyState {
+        anchors.top: controls.bottom
+        anchors.bottom: parent.bottom
+        width: parent.width
+        visible: !steam.firstMeasure && steam.nothingMatches
+        symbol: "magnifyingglass"
+        title: qsTr("Nothing matches")
+        text: qsTr("Try another filter or search.")
+
+        SorvelButton {
+            text: qsTr("Show Everything")
+            focusPolicy: Qt.StrongFocus
+            onClicked: steam.showEverything()
+        }
+    }
+
+    Flickable {
+        anchors.top: controls.bottom
+        anchors.topMargin: 12
+        anchors.bottom: parent.bottom
+        x: 24
+        width: parent.width - 48
+        visible: !steam.firstMeasure && !steam.nothingMatches
+        clip: true
+        contentHeight: sections.implicitHeight + (Shell.hasSelection ? 96 : 16)
+        boundsBehavior: Flickable.StopAtBounds
+        T.ScrollBar.vertical: SorvelScrollBar {}
+
+        Column {
+            id: sections
+
+            width: parent.width
+            spacing: 2
+
+            Shelf {
+                width: parent.width
+                visible: steam.locations.length > 0
+                title: qsTr("Caches & leftovers")
+            }
+            Repeater {
+                model: steam.locations
+
+                Column {
+                    id: location
+
+                    required property var modelData
+
+                    width: sections.width
+
+                    ItemRow {
+                        width: parent.width
+                        item: location.modelData.item
+                        subtitle: location.modelData.subtitle
+                        weight: location.modelData.weight
+                        symbol: location.modelData.symbol
+                        badge: location.modelData.lookFirst ? qsTr("look first") : ""
+                        showsRisk: !location.modelData.lookFirst
+                        disabled: !location.modelData.canTick
+                        expanded: location.modelData.expanded ? 1 : 0
+                        onDisclose: steam.toggleExpanded(location.modelData.id)
+                    }
+                    Loader {
+                        active: location.modelData.expanded
+                        visible: active
+                        width: parent.width
+                        sourceComponent: JunkContentsList {
+                            leftPadding: 70
+                            locationId: location.modelData.id
+                            limit: 12
+                            selectable: true
+                        }
+                    }
+                }
+            }
+
+            Shelf {
+                width: parent.width
+                visible: !steam.hasResult || steam.artifacts.length > 0
+                title: qsTr("Build junk")
+            }
+            Text {
+                visible: !steam.hasResult
+                x: 8
+                width: parent.width - 16
+                text: qsTr("Scan a folder with your code projects to lay out node_modules, build output and virtualenvs here.")
+                wrapMode: Text.WordWrap
+                font.pixelSize: 12
+                color: Look.ink3
+            }
+            Repeater {
+                model: steam.artifacts
+
+                ItemRow {
+                    required property var modelData
+
+                    width: sections.width
+                    item: modelData.item
+                    subtitle: modelData.subtitle
+                    weight: modelData.weight
+                    canOpen: true
+                    onOpen: steam.openArtifact(modelData.path)
+                }
+            }
+        }
+    }
+}
