@@ -4,6 +4,7 @@
 #include "FileRow.h"
 #include "ForgottenShelves.h"
 
+#include "core/Choices.h"
 #include "core/FilePreview.h"
 #include "core/Fmt.h"
 #include "core/Paths.h"
@@ -130,13 +131,7 @@ QVariantList FileShelfModel::chips() const
     return chips;
 }
 
-QVariantList FileShelfModel::sorts()
-{
-    QVariantList list;
-    for (const FileSort sort : FileSort::allCases)
-        list.append(QVariantMap{{QStringLiteral("raw"), sort.rawValue()}, {QStringLiteral("title"), sort.title()}});
-    return list;
-}
+QVariantList FileShelfModel::sorts() { return choicesOf<FileSort>(); }
 
 QVariantList FileShelfModel::monthChoices()
 {

@@ -2,6 +2,7 @@
 
 #include "FileRow.h"
 
+#include "core/Choices.h"
 #include "core/FilePreview.h"
 #include "core/Fmt.h"
 #include "core/Paths.h"
@@ -85,13 +86,7 @@ void TwinShelfModel::setSortText(const QString &raw)
     rebuild();
 }
 
-QVariantList TwinShelfModel::sorts()
-{
-    QVariantList list;
-    for (const TwinSort sort : TwinSort::allCases)
-        list.append(QVariantMap{{QStringLiteral("raw"), sort.rawValue()}, {QStringLiteral("title"), sort.title()}});
-    return list;
-}
+QVariantList TwinShelfModel::sorts() { return choicesOf<TwinSort>(); }
 
 QString TwinShelfModel::content() const
 {

@@ -2,6 +2,7 @@
 
 #include "SteamRules.h"
 
+#include "core/Choices.h"
 #include "core/Paths.h"
 #include "deepclean/CleanupModel.h"
 #include "removal/CleanQueue.h"
@@ -72,21 +73,9 @@ void SteamModel::setSortText(const QString &raw)
     rebuild();
 }
 
-QVariantList SteamModel::filters()
-{
-    QVariantList list;
-    for (const DeepCleanFilter filter : DeepCleanFilter::allCases)
-        list.append(QVariantMap{{QStringLiteral("raw"), filter.rawValue()}, {QStringLiteral("title"), filter.title()}});
-    return list;
-}
+QVariantList SteamModel::filters() { return choicesOf<DeepCleanFilter>(); }
 
-QVariantList SteamModel::sorts()
-{
-    QVariantList list;
-    for (const NameSizeSort sort : NameSizeSort::allCases)
-        list.append(QVariantMap{{QStringLiteral("raw"), sort.rawValue()}, {QStringLiteral("title"), sort.title()}});
-    return list;
-}
+QVariantList SteamModel::sorts() { return choicesOf<NameSizeSort>(); }
 
 bool SteamModel::nothingMatches() const
 {
