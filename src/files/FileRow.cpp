@@ -2,9 +2,6 @@
 
 #include "core/Paths.h"
 
-#include <QJsonDocument>
-#include <QJsonObject>
-
 namespace FileRow {
 
 CleanItem item(const FileItem &file, double heat)
@@ -19,8 +16,6 @@ CleanItem item(const FileItem &file, double heat)
     item.source = CleanItem::Source::files;
     return item;
 }
-
-QVariantMap value(const CleanItem &item) { return QJsonDocument::fromJson(item.toJson()).object().toVariantMap(); }
 
 QString folderText(const FileItem &file) { return Paths::abbreviateHome(Paths::parentOf(file.path)); }
 

@@ -13,8 +13,6 @@ namespace FileRow {
 // The item of a file picked on a shelf. A package is a folder on disk and goes
 // as one; everything else as a file.
 CleanItem item(const FileItem &file, double heat);
-// The item in its drag form, the map an item row reads.
-QVariantMap value(const CleanItem &item);
 // The folder a file lies in, with "~" for the home folder.
 QString folderText(const FileItem &file);
 

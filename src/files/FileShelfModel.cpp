@@ -183,7 +183,7 @@ QVariant FileShelfModel::data(const QModelIndex &index, int role) const
     const FileItem &file = m_list[size_t(index.row())];
     switch (role) {
     case ItemRole:
-        return FileRow::value(FileRow::item(file, m_forgotten ? 0.35 : 0.0));
+        return FileRow::item(file, m_forgotten ? 0.35 : 0.0).toVariantMap();
     case LineRole: {
         const QString used = Fmt::relativeDate(FileSort::lastUse(file), now());
         if (m_forgotten)

@@ -172,7 +172,7 @@ QVariant TwinShelfModel::data(const QModelIndex &index, int role) const
                filesText("modified %1").arg(Fmt::relativeDate(file.modified, now));
     }
     case ItemRole:
-        return FileRow::value(FileRow::item(file, 0.55));
+        return FileRow::item(file, 0.55).toVariantMap();
     case IsNewestRole:
         return row.file == kept;
     case WeightRole:

@@ -116,6 +116,8 @@ QByteArray CleanItem::toJson() const
     return out;
 }
 
+QVariantMap CleanItem::toVariantMap() const { return QJsonDocument::fromJson(toJson()).object().toVariantMap(); }
+
 std::optional<CleanItem> CleanItem::fromJson(QByteArrayView json)
 {
     QJsonParseError error{};

@@ -9,6 +9,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QVariantMap>
 
 #include <optional>
 
@@ -65,6 +66,8 @@ struct CleanItem {
     // kind, heat, symbolPath (only when present) and source, in that order.
     // Paths are written in their lossless text form.
     QByteArray toJson() const;
+    // The same object as a map, the form QML hands to an item row.
+    QVariantMap toVariantMap() const;
     // Strict: a missing required key, a wrong type or an unknown raw value
     // rejects the whole payload.
     static std::optional<CleanItem> fromJson(QByteArrayView json);

@@ -58,10 +58,7 @@ void ItemRowModel::setItem(const std::optional<CleanItem> &item)
     Q_EMIT stateChanged();
 }
 
-QVariantMap ItemRowModel::itemValue() const
-{
-    return m_item ? QJsonDocument::fromJson(m_item->toJson()).object().toVariantMap() : QVariantMap();
-}
+QVariantMap ItemRowModel::itemValue() const { return m_item ? m_item->toVariantMap() : QVariantMap(); }
 
 void ItemRowModel::setItemValue(const QVariantMap &value)
 {

@@ -8,17 +8,9 @@
 #include "removal/CleanQueue.h"
 #include "state/AppState.h"
 
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QLocale>
 
 #include <algorithm>
-
-namespace {
-
-QVariantMap itemValue(const CleanItem &item) { return QJsonDocument::fromJson(item.toJson()).object().toVariantMap(); }
-
-} // namespace
 
 SteamModel::SteamModel(QObject *parent) : QObject(parent) {}
 
@@ -164,7 +156,7 @@ void SteamModel::rebuild()
                                                                      : row.location.existingPaths().size();
             m_locations.append(QVariantMap{
                 {QStringLiteral("id"), row.location.id},
-                {QStringLiteral("item"), itemValue(SteamRules::locationItem(row.location, row.usage))},
+                {QStringLiteral("item"), SteamRules::locationItem(row.location, row.usage).toVariantMap()},
                 {QStringLiteral("subtitle"), SteamRules::smallPrint(row, folders)},
                 {QStringLiteral("detail"), row.location.detail},
                 {QStringLiteral("symbol"), row.location.symbol},
@@ -176,7 +168,7 @@ void SteamModel::rebuild()
         }
         for (const DevArtifact &artifact : shownArtifacts)
             m_artifacts.append(QVariantMap{
-                {QStringLiteral("item"), itemValue(CleanItem::artifact(artifact))},
+                {QStringLiteral("item"), CleanItem::artifact(artifact).toVariantMap()},
                 {QStringLiteral("subtitle"),
                  artifact.kind + QStringLiteral(" · ") + Paths::abbreviateHome(Paths::parentOf(artifact.path))},
                 {QStringLiteral("weight"), weight(artifact.size)},
