@@ -243,6 +243,13 @@ RealPlace RealPlace::child(QByteArrayView name) const
         closeFd(place.m_fd);
         return place;
     }
+    // Judged on the folder opened, not on its name, which may change meanwhile.
+    const quint64 mount = mountOf(place.m_fd, "");
+    if (place.m_parentStat.st_dev != m_parentStat.st_dev || (mount != 0 && mount != mountOf(m_fd, ""))) {
+        place.m_error = EXDEV;
+        closeFd(place.m_fd);
+        return place;
+    }
     place.m_parent = path();
     place.m_name = name.toByteArray();
     return place;

@@ -31,8 +31,10 @@ public:
 
     static RealPlace open(QByteArrayView path);
 
-    // The place of `name` inside the item of this place, which must be a folder
-    // (opened without following a link, and checked to be on `device`).
+    // The place of `name` inside the item of this place, which must be a folder:
+    // opened without following a link (ENOTDIR for a link or a file), and on the
+    // mount of this place's own folder, so never the root of another volume or
+    // of a bind mount (EXDEV).
     RealPlace child(QByteArrayView name) const;
 
     bool isValid() const { return m_fd >= 0; }
