@@ -5,13 +5,16 @@
 
 #include <QByteArray>
 #include <QByteArrayList>
+#include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QMutex>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <functional>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -50,6 +53,52 @@ inline qint64 allocated(const QByteArray &path)
 {
     struct stat st {};
     return ::lstat(path.constData(), &st) == 0 ? qint64(st.st_blocks) * 512 : -1;
+}
+
+// Everything below `path`, never following a link: names, kinds, sizes,
+// contents and link texts.
+inline void digestInto(QCryptographicHash &hash, const QByteArray &path, const QByteArray &name)
+{
+    struct stat st {};
+    if (::lstat(path.constData(), &st) != 0) {
+        hash.addData("missing " + name);
+        return;
+    }
+    hash.addData(name + ' ' + QByteArray::number(st.st_mode) + ' ' + QByteArray::number(qint64(st.st_size)));
+    if (S_ISLNK(st.st_mode)) {
+        char target[4096];
+        const ssize_t n = ::readlink(path.constData(), target, sizeof target);
+        hash.addData(QByteArrayView(target, std::max<ssize_t>(n, 0)));
+    } else if (S_ISREG(st.st_mode)) {
+        QFile file(QFile::decodeName(path));
+        if (file.open(QIODevice::ReadOnly))
+            hash.addData(file.readAll());
+    } else if (S_ISDIR(st.st_mode)) {
+        QByteArrayList names;
+        if (DIR *dir = ::opendir(path.constData())) {
+            while (const dirent *entry = ::readdir(dir))
+                if (qstrcmp(entry->d_name, ".") != 0 && qstrcmp(entry->d_name, "..") != 0)
+                    names.append(entry->d_name);
+            ::closedir(dir);
+        }
+        std::sort(names.begin(), names.end());
+        for (const QByteArray &child : names)
+            digestInto(hash, path + '/' + child, name + '/' + child);
+    }
+}
+
+inline QByteArray digest(const QByteArray &path)
+{
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    digestInto(hash, path, "");
+    return hash.result().toHex();
+}
+
+// A canary: a small tree with a file, a subfolder and a link.
+inline bool plantCanary(const QByteArray &path)
+{
+    return makeDirs(path + "/sub") && makeFile(path + "/keep.txt", 100) && makeFile(path + "/sub/deep.bin", 5000) &&
+           ::symlink("keep.txt", (path + "/link").constData()) == 0;
 }
 
 // The real file operations, watched: every call is recorded, and a path for
