@@ -17,7 +17,7 @@ QByteArrayList mountPoints();
 // then for each mount point TOP: TOP/.Trash/$uid (only when TOP/.Trash is a real folder, not a link,
 // with the sticky bit) and TOP/.Trash-$uid. Each must be a real folder (lstat, not a link) owned by
 // getuid(); one reached twice (same device and inode, e.g. the home trash's own volume) is listed once.
-// TOP "/" gives "/.Trash-$uid". Linux (freedesktop) only; on macOS return just home + "/.Trash" if it exists.
+// TOP "/" gives "/.Trash-$uid". On macOS the list is just home + "/.Trash", if it exists.
 QByteArrayList ofUser(const QByteArray &home, const QByteArrayList &mountPoints);
 
 } // namespace TrashFolders

@@ -22,16 +22,16 @@ public:
         int firstError = 0; // errno of the first failure, 0 when none
     };
 
-    // Empties each trash folder: every entry of its files/ (a file, a link — never followed — or a
-    // whole folder, removed through `operations.removePermanently` on a RealPlace reached by
-    // RealPlace::open(trash) then .child("files").child(name) or the like, so a folder entered is
-    // never a link and never on another device), then every entry of info/, then the file
-    // `directorysizes`. The folders files/ and info/ themselves stay. An info entry whose files/
-    // entry could not be removed stays too (the trash stays consistent). A trash folder that is not
-    // a real folder, or whose files/ is a link, is skipped and counted as one failure (ELOOP/ENOTDIR).
-    // So is one whose files/ is another volume's root (EXDEV), and a link or a file in place of info/
-    // leaves the info files alone (one failure). A trash folder that does not exist (any more) is
-    // empty already and counts as nothing.
+    // Empties each trash folder: every entry of its files/ (a file, a link, never
+    // followed, or a whole folder, through `operations.removePermanently`), then
+    // every entry of info/, then the file directorysizes. The folders files/ and
+    // info/ themselves stay, and so does the info of an item that could not go,
+    // so the trash stays consistent.
+    //
+    // A trash folder that is a link, not a folder or another volume's root is
+    // skipped as one failure (ELOOP, ENOTDIR, EXDEV), and so is one whose files/
+    // is; a link or a file in place of info/ leaves the info files alone (one
+    // failure). A trash folder that does not exist (any more) is empty already.
     // Any thread; blocking.
     static Outcome empty(const QByteArrayList &trashFolders, FileOperations &operations);
 };
