@@ -2,10 +2,14 @@
 
 #include "CleanQueue.h"
 
+#include "core/Fmt.h"
 #include "core/Paths.h"
 #include "deepclean/JunkLocation.h"
 
 #include <QCoreApplication>
+#include <QLocale>
+
+#include <algorithm>
 
 namespace {
 
@@ -31,6 +35,17 @@ QString tickHelp(const CleanQueue &queue, const JunkLocation &location, const Ju
     return QCoreApplication::translate("JunkContentsList",
                                        "Included because %1 is selected. Untick to leave just this out")
         .arg(quoted(location.title));
+}
+
+QString restLine(const QList<JunkEntry> &entries, qsizetype limit)
+{
+    if (limit < 0 || entries.size() <= limit)
+        return {};
+    qint64 rest = 0;
+    for (qsizetype i = limit; i < entries.size(); ++i)
+        rest += std::max<qint64>(entries[i].size, 0);
+    return QCoreApplication::translate("JunkContentsList", "and %1 more (%2)")
+        .arg(QLocale().toString(entries.size() - limit), Fmt::bytes(rest));
 }
 
 CleanItem itemFor(const JunkEntry &entry)

@@ -18,6 +18,9 @@ namespace JunkContents {
 bool isTicked(const CleanQueue &queue, const JunkLocation &location, const JunkEntry &entry);
 // The help of a tick that is on through the whole location; empty otherwise.
 QString tickHelp(const CleanQueue &queue, const JunkLocation &location, const JunkEntry &entry);
+// The closing line of a list that shows the first `limit` of `entries`:
+// "and 3 more (1.2 GB)"; empty when all are shown.
+QString restLine(const QList<JunkEntry> &entries, qsizetype limit);
 // The item that stands for one entry.
 CleanItem itemFor(const JunkEntry &entry);
 // Toggles the entry. With the whole location queued, it is replaced by every

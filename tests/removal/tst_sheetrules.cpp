@@ -1,5 +1,6 @@
 #include "TestMain.h"
 
+#include "core/Fmt.h"
 #include "removal/CleanQueue.h"
 #include "removal/FailureRules.h"
 #include "removal/JunkContents.h"
@@ -283,6 +284,10 @@ private slots:
         QCOMPARE(queue.items().last().kind, Kind::folder);
         JunkContents::toggle(queue, location, entries[0], entries);
         QCOMPARE(queue.count(), 2);
+
+        // The list's closing line counts and weighs only what it leaves out.
+        QCOMPARE(JunkContents::restLine(entries, 1), QStringLiteral("and 2 more (%1)").arg(Fmt::bytes(500)));
+        QVERIFY(JunkContents::restLine(entries, 3).isEmpty());
     }
 };
 

@@ -92,4 +92,11 @@ Column {
             }
         }
     }
+    Text {
+        visible: text.length > 0
+        x: list.selectable ? 22 : 0
+        text: contents.rest
+        font.pixelSize: 11
+        color: Look.ink3
+    }
 }

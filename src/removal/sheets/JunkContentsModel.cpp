@@ -80,6 +80,11 @@ QVariantList JunkContentsModel::entries() const
     return out;
 }
 
+QString JunkContentsModel::rest() const
+{
+    return location() ? JunkContents::restLine(allEntries(), m_limit) : QString();
+}
+
 bool JunkContentsModel::loading() const
 {
     return m_state && m_state->cleanup()->loadingContents().contains(m_locationId);

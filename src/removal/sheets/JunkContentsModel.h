@@ -27,6 +27,8 @@ class JunkContentsModel : public QObject
     Q_PROPERTY(int limit READ limit WRITE setLimit NOTIFY changed)
     // [{path, name, sizeText, ticked, help}], the first `limit`
     Q_PROPERTY(QVariantList entries READ entries NOTIFY changed)
+    // "and 3 more (1.2 GB)" under the list; empty when every entry shows
+    Q_PROPERTY(QString rest READ rest NOTIFY changed)
     Q_PROPERTY(bool loading READ loading NOTIFY changed)
     Q_PROPERTY(bool empty READ empty NOTIFY changed)
 
@@ -39,6 +41,7 @@ public:
     int limit() const { return m_limit; }
     void setLimit(int limit);
     QVariantList entries() const;
+    QString rest() const;
     bool loading() const;
     bool empty() const;
 
