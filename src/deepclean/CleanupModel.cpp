@@ -85,11 +85,20 @@ void CleanupModel::measure()
     // Locations one after the other, then the Trash, at low priority.
     runInBackground(
         this, QThread::LowPriority,
-        [locations = m_locations, trashPath = m_trashPath] {
+        [locations = m_locations, trashPath = m_trashPath, trashFolders = m_trashFolders] {
             Measurement m;
             for (const JunkLocation &location : locations)
                 m.measurements.insert(location.id, location.measure());
-            m.trash = DiskScanner::usage(trashPath);
+            // The Trash is every trash folder of the user, read only if all are.
+            const QByteArrayList folders = trashFolders ? trashFolders() : QByteArrayList{trashPath};
+            m.trash.readable = true;
+            for (const QByteArray &folder : folders) {
+                const DiskUsage usage = DiskScanner::usage(folder);
+                m.trash.size += usage.size;
+                m.trash.items += usage.items;
+                m.trash.exists = m.trash.exists || usage.exists;
+                m.trash.readable = m.trash.readable && (usage.readable || !usage.exists);
+            }
             return m;
         },
         [this](const Measurement &m) { apply(m); });
@@ -200,14 +209,15 @@ void CleanupModel::loadContents(bool force, const JunkLocation &location)
         });
 }
 
-void CleanupModel::loadDemo(const QHash<QString, DiskUsage> &measurements, const QList<JunkEntry> &cacheContents)
+void CleanupModel::loadDemo(const QHash<QString, DiskUsage> &measurements,
+                            const QHash<QString, QList<JunkEntry>> &contents)
 {
     m_demo = true;
     m_measurements = measurements;
     emit measurementsChanged();
     m_trash = DiskUsage{2300000000, 412, true, true};
     emit trashChanged();
-    m_contents = {{QStringLiteral("caches"), cacheContents}};
+    m_contents = contents;
     emit contentsChanged();
     if (!m_hasMeasured) {
         m_hasMeasured = true;

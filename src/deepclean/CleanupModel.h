@@ -7,11 +7,13 @@
 
 #include "JunkLocation.h"
 
+#include <QByteArrayList>
 #include <QHash>
 #include <QList>
 #include <QObject>
 #include <QSet>
 
+#include <functional>
 #include <optional>
 
 // A measurement cannot be cancelled; asking again while one runs queues exactly
@@ -41,6 +43,9 @@ public:
     QByteArray trashPath() const { return m_trashPath; }
 
     void setSelected(const QSet<QString> &selected);
+    // The folders measured as the Trash, listed on the measuring worker; the
+    // home trash alone while none is set.
+    void setTrashFolders(std::function<QByteArrayList()> folders) { m_trashFolders = std::move(folders); }
 
     // Measures every location and the Trash, or queues one more run.
     void measure();
@@ -53,7 +58,7 @@ public:
     void loadContents(bool force, const JunkLocation &location);
     // Fills the model with made-up figures and the caches' listing, and stops
     // measuring and loading for real: the demo shows them and touches nothing.
-    void loadDemo(const QHash<QString, DiskUsage> &measurements, const QList<JunkEntry> &cacheContents);
+    void loadDemo(const QHash<QString, DiskUsage> &measurements, const QHash<QString, QList<JunkEntry>> &contents);
     // When on, measuring and loading leave the (demo) data alone.
     void setDemoMode(bool on) { m_demo = on; }
 
@@ -78,6 +83,7 @@ private:
 
     QList<JunkLocation> m_locations;
     QByteArray m_trashPath;
+    std::function<QByteArrayList()> m_trashFolders;
     QHash<QString, DiskUsage> m_measurements;
     std::optional<DiskUsage> m_trash;
     QSet<QString> m_selected;

@@ -157,23 +157,86 @@ QMap<QString, DiskUsage> measurements(Platform platform)
     return out;
 }
 
-QList<JunkEntry> cacheContents()
+QHash<QString, QList<JunkEntry>> contents(Platform platform)
 {
-    const std::pair<const char *, qint64> rows[] = {
-        {"com.spotify.client", 3140000000},
-        {"Google", 2410000000},
-        {"com.microsoft.VSCode.ShipIt", 1620000000},
-        {"pnpm", 1380000000},
-        {"Homebrew", 1190000000},
-        {"com.figma.Desktop", 910000000},
-        {"org.swift.swiftpm", 760000000},
-        {"com.tinyspeck.slackmacgap", 640000000},
-        {"ms-playwright", 420000000},
-        {"node-gyp", 170000000},
+    // Names under the demo home with their share of the location's figure,
+    // largest first; the sizes add up to the figure exactly.
+    struct Listing {
+        const char *id;
+        std::vector<std::pair<const char *, int>> entries;
     };
-    QList<JunkEntry> out;
-    for (const auto &[name, size] : rows)
-        out.append(JunkEntry{QByteArray(home) + "/Library/Caches/" + name, size, true});
+    static const std::vector<Listing> macOS = {
+        {"caches",
+         {{"Library/Caches/com.spotify.client", 314},
+          {"Library/Caches/Google", 241},
+          {"Library/Caches/com.microsoft.VSCode.ShipIt", 162},
+          {"Library/Caches/pnpm", 138},
+          {"Library/Caches/Homebrew", 119},
+          {"Library/Caches/com.figma.Desktop", 91},
+          {"Library/Caches/org.swift.swiftpm", 76},
+          {"Library/Caches/com.tinyspeck.slackmacgap", 64},
+          {"Library/Caches/ms-playwright", 42},
+          {"Library/Caches/node-gyp", 17}}},
+        {"logs", {{"Library/Logs/DiagnosticReports", 5}, {"Library/Logs/Homebrew", 3}, {"Library/Logs/zoom.us", 1}}},
+        {"derived",
+         {{"Library/Developer/Xcode/DerivedData/OrbitIOS-fjqk", 6},
+          {"Library/Developer/Xcode/DerivedData/NimbusKit-ahzr", 3}}},
+        {"devicesupport",
+         {{"Library/Developer/Xcode/iOS DeviceSupport/17.2 (21C62)", 2},
+          {"Library/Developer/Xcode/iOS DeviceSupport/16.4 (20E247)", 1}}},
+        {"simcaches", {{"Library/Developer/CoreSimulator/Caches/dyld", 1}}},
+        {"archives",
+         {{"Library/Developer/Xcode/Archives/2025-03-14", 2}, {"Library/Developer/Xcode/Archives/2024-11-02", 1}}},
+        {"pkgcaches", {{".npm/_cacache", 5}, {"Library/pnpm/store", 3}, {".cargo/registry/cache", 2}}},
+        {"installers",
+         {{"Downloads/Xcode_15.2.xip", 8},
+          {"Downloads/Figma.dmg", 3},
+          {"Downloads/Docker.dmg", 2},
+          {"Downloads/zoomusInstaller.pkg", 1}}},
+    };
+    static const std::vector<Listing> linux = {
+        {"caches",
+         {{".cache/spotify", 314},
+          {".cache/JetBrains", 241},
+          {".cache/vscode-cpptools", 162},
+          {".cache/bazel", 138},
+          {".cache/mesa_shader_cache", 119},
+          {".cache/gstreamer-1.0", 91},
+          {".cache/ms-playwright", 76},
+          {".cache/tracker3", 64},
+          {".cache/node-gyp", 42},
+          {".cache/gnome-software", 17}}},
+        {"thumbnails", {{".cache/thumbnails/large", 5}, {".cache/thumbnails/normal", 2}, {".thumbnails/normal", 1}}},
+        {"browsers", {{".cache/mozilla", 5}, {".cache/google-chrome", 3}, {".cache/chromium", 1}}},
+        {"flatpak",
+         {{".var/app/org.gimp.GIMP/cache", 4},
+          {".var/app/com.discordapp.Discord/cache", 3},
+          {".var/app/org.mozilla.Thunderbird/cache", 1}}},
+        {"pkgcaches", {{".npm/_cacache", 5}, {".cache/pip", 3}, {".cargo/registry/cache", 2}}},
+        {"installers",
+         {{"Downloads/ubuntu-24.04-desktop-amd64.iso", 8},
+          {"Downloads/code_1.96_amd64.deb", 2},
+          {"Downloads/google-chrome-stable_current_amd64.deb", 2},
+          {"Downloads/zoom_x86_64.rpm", 1}}},
+    };
+    const QMap<QString, DiskUsage> figures = measurements(platform);
+    QHash<QString, QList<JunkEntry>> out;
+    for (const Listing &listing : platform == Platform::linux ? linux : macOS) {
+        const QString id = QString::fromLatin1(listing.id);
+        const qint64 total = figures.value(id).size;
+        qint64 shares = 0;
+        for (const auto &entry : listing.entries)
+            shares += entry.second;
+        qint64 left = total;
+        QList<JunkEntry> entries;
+        for (std::size_t i = 0; i < listing.entries.size(); ++i) {
+            const auto &[name, share] = listing.entries[i];
+            const qint64 size = i + 1 == listing.entries.size() ? left : total / shares * share;
+            left -= size;
+            entries.append(JunkEntry{QByteArray(home) + '/' + name, size, id != QLatin1String("installers")});
+        }
+        out.insert(id, entries);
+    }
     return out;
 }
 

@@ -10,6 +10,7 @@
 #include "core/VolumeInfo.h"
 
 #include <QByteArrayList>
+#include <QHash>
 #include <QList>
 #include <QMap>
 #include <QString>
@@ -33,8 +34,9 @@ VolumeInfo volume();
 // exists and is readable.
 QMap<QString, DiskUsage> measurements(Platform platform = Platform::current());
 
-// What the "caches" location holds, largest first.
-QList<JunkEntry> cacheContents();
+// What each location of measurements() holds, largest first; the sizes of a
+// location's entries add up to its figure.
+QHash<QString, QList<JunkEntry>> contents(Platform platform = Platform::current());
 
 // Whether a file belongs to the demo home folder rather than a real scan.
 bool isDemoPath(QByteArrayView path);

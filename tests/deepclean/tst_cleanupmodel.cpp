@@ -132,7 +132,7 @@ private slots:
         FakeHome home;
         CleanupModel model(Platform::macOS, home.path());
         model.loadDemo({{QStringLiteral("caches"), DiskUsage{5000, 3, true, true}}},
-                       {{"/Users/sample/Library/Caches/x", 5000, true}});
+                       {{QStringLiteral("caches"), {{"/Users/sample/Library/Caches/x", 5000, true}}}});
         QVERIFY(model.hasMeasured());
         QVERIFY(model.selected().isEmpty());
         QCOMPARE(model.trash()->size, 2300000000);
