@@ -6,6 +6,8 @@
 #include "core/Platform.h"
 #include "core/Prefs.h"
 #include "demo/Demo.h"
+#include "removal/TrashDrain.h"
+#include "scan/DiskScanner.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -13,6 +15,10 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QPointer>
+#include <QProcess>
+
+#include <algorithm>
+#include <climits>
 
 namespace {
 
@@ -67,6 +73,7 @@ void AppState::setEnvironment(Environment environment)
 {
     m_environment = std::move(environment);
     m_duplicates.setSearch(m_environment.findDuplicates);
+    m_cleanup.setTrashFolders(m_environment.trashFolders);
 }
 
 // -- Fields -------------------------------------------------------------------
@@ -340,6 +347,99 @@ void AppState::checkFullDiskAccess()
 }
 
 void AppState::setVolumes(const QList<VolumeInfo> &volumes) { assign(m_volumes, volumes, &AppState::volumesChanged); }
+
+// -- Drains -------------------------------------------------------------------
+
+void AppState::askEmptyTrash()
+{
+    ConfirmRequest request;
+    request.title = tr("Empty the Trash?");
+    request.message = tr("Everything in the Trash is deleted for good, including everything you've sorvelised. "
+                         "This can't be undone.");
+    request.actionTitle = tr("Empty Trash");
+    request.destructive = true;
+    request.perform = [this] { emptyTrash(); };
+    m_removal.setConfirm(request);
+}
+
+namespace {
+
+qint64 allocatedIn(const QByteArrayList &folders)
+{
+    qint64 total = 0;
+    for (const QByteArray &folder : folders)
+        total += DiskScanner::usage(folder).size;
+    return total;
+}
+
+} // namespace
+
+void AppState::emptyTrash()
+{
+    if (isDemo()) {
+        // Nothing is deleted; the figure stays what it was.
+        const std::optional<DiskUsage> trash = m_cleanup.trash();
+        finishEmptyTrash(trash ? std::max<qint64>(trash->size, 0) : 0, 0, {});
+        return;
+    }
+    const Environment::TrashFoldersFunction folders = m_environment.trashFolders;
+    const std::shared_ptr<FileOperations> operations = m_environment.fileOperations;
+    m_workers.start([this, folders, operations] {
+        qint64 freed = 0;
+        qint64 failed = 0;
+        QString problem;
+#if defined(Q_OS_MACOS)
+        // Finder empties the Trash of every volume and knows about files in use.
+        Q_UNUSED(operations);
+        const qint64 before = folders ? allocatedIn(folders()) : 0;
+        QProcess finder;
+        finder.setProcessChannelMode(QProcess::MergedChannels);
+        finder.start(QStringLiteral("/usr/bin/osascript"),
+                     {QStringLiteral("-e"), QStringLiteral("tell application \"Finder\" to empty trash")});
+        const bool ran = finder.waitForFinished(-1) && finder.exitStatus() == QProcess::NormalExit;
+        if (!ran || finder.exitCode() != 0) {
+            failed = 1;
+            problem = tr("Couldn't empty the Trash. Allow Sorvel Cleaner to control Finder in System Settings › "
+                         "Privacy & Security › Automation.") +
+                      QLatin1Char('\n') + QString::fromUtf8(finder.readAll());
+        } else {
+            freed = before;
+        }
+#else
+        const QByteArrayList trashes = folders ? folders() : QByteArrayList();
+        const qint64 before = allocatedIn(trashes);
+        const TrashDrain::Outcome outcome =
+            operations ? TrashDrain::empty(trashes, *operations) : TrashDrain::Outcome{};
+        freed = std::max<qint64>(before - allocatedIn(trashes), 0);
+        failed = outcome.failed;
+        if (failed > 0)
+            problem =
+                tr("Couldn't empty the Trash: %n item(s) stayed.", nullptr, int(std::min<qint64>(failed, INT_MAX))) +
+                QLatin1Char('\n') + FileOperations::describe(outcome.firstError);
+#endif
+        QMetaObject::invokeMethod(
+            this, [this, freed, failed, problem] { finishEmptyTrash(freed, failed, problem); }, Qt::QueuedConnection);
+    });
+}
+
+void AppState::finishEmptyTrash(qint64 freed, qint64 failed, const QString &problem)
+{
+    if (isDemo()) {
+        showToast(tr("Trash emptied · demo mode, nothing was deleted"), QStringLiteral("humidity.fill"));
+    } else {
+        // What went counts even when something stayed.
+        m_removal.addFreed(freed);
+        if (failed > 0)
+            setErrorMessage(problem);
+        else if (freed > 0)
+            showToast(tr("Trash emptied · %1 sorvelised").arg(Fmt::bytes(freed)), QStringLiteral("humidity.fill"));
+        else
+            showToast(tr("Trash emptied"), QStringLiteral("humidity.fill"));
+    }
+    m_cleanup.measure();
+    if (!isDemo())
+        refreshVolumes();
+}
 
 // -- Selection ----------------------------------------------------------------
 

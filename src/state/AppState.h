@@ -207,6 +207,13 @@ public:
     // folder focus.
     void showResult(const QByteArray &target, const ScanResultPtr &result);
 
+    // Asks "Empty the Trash?"; the answer yes empties it.
+    Q_INVOKABLE void askEmptyTrash();
+    // Deletes everything in the user's trash folders on a worker (the demo only
+    // pretends). A toast tells what it freed, or the error what stayed; then
+    // the Trash is measured again.
+    void emptyTrash();
+
     // Seconds between two volume listings after launch.
     static constexpr int volumeRefreshSeconds = 30;
 
@@ -240,6 +247,7 @@ private:
 
     void finishScan(const CancelTokenPtr &token, const ScanResultPtr &result, const QByteArray &target);
     void handleSectionArgument();
+    void finishEmptyTrash(qint64 freed, qint64 failed, const QString &problem);
 
     // Observed.
     std::optional<SidebarItem> m_section = SidebarItem::overview;

@@ -4,6 +4,7 @@
 
 #include "core/FullDiskAccess.h"
 #include "core/Platform.h"
+#include "core/TrashFolders.h"
 #include "deepclean/CleanupModel.h"
 #include "deepclean/JunkLocation.h"
 #include "demo/Demo.h"
@@ -74,6 +75,7 @@ Environment Environment::system()
                     FileOperations &operations) { return Removal::run(items, permanently, operations, reviewed); };
     env.fileOperations = FileOperations::system();
     env.review = &Removal::reviewFolders;
+    env.trashFolders = [] { return TrashFolders::ofUser(Platform::homeDirectory(), TrashFolders::mountPoints()); };
     env.junkTargets = [](const JunkLocation &location, const CleanItem &, const CleanupModel &) {
         QList<DeletionItem> out;
         for (const QByteArray &path : location.targets())
@@ -107,11 +109,13 @@ Environment Environment::demo()
         return out;
     };
     env.findDuplicates = &demoTwins;
+    // The demo's Trash is a figure; emptying it only pretends.
+    env.trashFolders = [] { return QByteArrayList(); };
     env.preload = [](AppState &state) {
         state.setVolumes({Demo::volume()});
         const QMap<QString, DiskUsage> figures = Demo::measurements();
         state.cleanup()->loadDemo(QHash<QString, DiskUsage>(figures.keyValueBegin(), figures.keyValueEnd()),
-                                  Demo::cacheContents());
+                                  Demo::contents());
         state.showResult(Demo::home, Demo::scanResult(state.nextFileID()));
     };
     env.isDemo = true;

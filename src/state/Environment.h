@@ -19,6 +19,7 @@
 #include "removal/Removal.h"
 
 #include <QByteArray>
+#include <QByteArrayList>
 #include <QList>
 
 #include <functional>
@@ -48,6 +49,8 @@ struct Environment {
                                                                   const CleanupModel &cleanup)>;
     // Finds the twins among files, on a worker; empty means the engine.
     using DuplicateSearch = DuplicatesModel::Search;
+    // The running user's trash folders, the home trash first; on a worker.
+    using TrashFoldersFunction = std::function<QByteArrayList()>;
     // Puts the environment's own figures on screen at launch, in place of
     // listing, probing and measuring; honouring "-scan" is then left out.
     using Preload = std::function<void(AppState &state)>;
@@ -61,6 +64,8 @@ struct Environment {
     ReviewFunction review;
     JunkTargetsFunction junkTargets;
     DuplicateSearch findDuplicates;
+    // What the Trash's figure counts and "Empty Trash" empties.
+    TrashFoldersFunction trashFolders;
     Preload preload;
     // True for the demo disk: the window says so, and so does the toast after
     // a removal, which only pretends.

@@ -42,6 +42,12 @@ void RemovalSession::setPendingDeletion(const std::optional<DeletionRequest> &re
     emit pendingDeletionChanged();
 }
 
+void RemovalSession::addFreed(qint64 bytes)
+{
+    if (bytes > 0)
+        assign(m_sessionFreed, m_sessionFreed + bytes, &RemovalSession::sessionFreedChanged);
+}
+
 void RemovalSession::setConfirm(const std::optional<ConfirmRequest> &request)
 {
     if (m_confirm.has_value() == request.has_value() && (!request || m_confirm->id == request->id))

@@ -63,6 +63,8 @@ public:
     // Path -> bytes freed by the last removal. Not observed.
     const QHash<QByteArray, qint64> &lastRemoval() const { return m_lastRemoval; }
     qint64 sessionFreed() const { return m_sessionFreed; }
+    // Counts bytes freed outside a removal (emptying the Trash).
+    void addFreed(qint64 bytes);
     // What stayed behind after the last removal; absent when nothing did.
     const std::optional<QList<DeletionFailure>> &deletionFailures() const { return m_deletionFailures; }
     bool hasDeletionFailures() const { return m_deletionFailures.has_value(); }
