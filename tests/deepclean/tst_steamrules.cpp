@@ -81,12 +81,21 @@ private Q_SLOTS:
         QVERIFY(SteamRules::shownRows(rows, DeepCleanFilter::build, {}, NameSizeSort::size).isEmpty());
         const auto all = SteamRules::shownRows(rows, DeepCleanFilter::all, {}, NameSizeSort::size);
         QCOMPARE(all.first().location.id, QStringLiteral("thumbnails"));
-        QCOMPARE(SteamRules::smallPrint(all.first(), 1, Platform::linux, "/srv/ada"),
+        QCOMPARE(SteamRules::smallPrint(all.first(), {}, Platform::linux, "/srv/ada"),
                  QStringLiteral("~/.cache/thumbnails · can't be read"));
-        QCOMPARE(SteamRules::smallPrint(all.first(), 1, Platform::macOS, "/srv/ada"),
+        QCOMPARE(SteamRules::smallPrint(all.first(), {}, Platform::macOS, "/srv/ada"),
                  QStringLiteral("~/.cache/thumbnails · needs Full Disk Access"));
-        QCOMPARE(SteamRules::smallPrint(all[1], 1, Platform::linux, "/srv/ada"),
+        QCOMPARE(SteamRules::smallPrint(all[1], {"/srv/ada/.cache/caches"}, Platform::linux, "/srv/ada"),
                  QStringLiteral("~/.cache/caches · rebuilds itself"));
+        SteamRules::LocationRow several = all[1];
+        several.location.paths = {"/srv/ada/a", "/srv/ada/b"};
+        // A figure without a folder to name (the demo's) goes unplaced.
+        QCOMPARE(SteamRules::smallPrint(several, {}, Platform::linux, "/srv/ada"), QStringLiteral("rebuilds itself"));
+        several.usage.size = 0;
+        QCOMPARE(SteamRules::smallPrint(several, {}, Platform::linux, "/srv/ada"),
+                 QStringLiteral("not on this computer · rebuilds itself"));
+        QCOMPARE(SteamRules::smallPrint(several, several.location.paths, Platform::linux, "/srv/ada"),
+                 QStringLiteral("2 folders · rebuilds itself"));
     }
 
     // A search that finds no location but an artefact's kind or path shows

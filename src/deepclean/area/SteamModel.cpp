@@ -4,7 +4,9 @@
 
 #include "core/Choices.h"
 #include "core/Paths.h"
+#include "core/Platform.h"
 #include "deepclean/CleanupModel.h"
+#include "demo/Demo.h"
 #include "removal/CleanQueue.h"
 #include "state/AppState.h"
 
@@ -24,8 +26,8 @@ void SteamModel::setState(AppState *state)
     m_state = state;
     if (state) {
         CleanupModel *cleanup = state->cleanup();
-        for (auto signal :
-             {&CleanupModel::measurementsChanged, &CleanupModel::isMeasuringChanged, &CleanupModel::hasMeasuredChanged})
+        for (auto signal : {&CleanupModel::measurementsChanged, &CleanupModel::isMeasuringChanged,
+                            &CleanupModel::hasMeasuredChanged, &CleanupModel::trashChanged})
             m_connections << connect(cleanup, signal, this, &SteamModel::rebuild);
         m_connections << connect(state, &AppState::revisionChanged, this, &SteamModel::rebuild);
         m_connections << connect(state, &AppState::resultChanged, this, &SteamModel::rebuild);
@@ -83,6 +85,17 @@ bool SteamModel::isMeasuring() const { return m_state && m_state->cleanup()->isM
 
 bool SteamModel::hasResult() const { return m_state && m_state->result(); }
 
+QString SteamModel::trashValue() const
+{
+    return m_state ? SteamRules::trashValue(m_state->cleanup()->trash()) : QString();
+}
+
+void SteamModel::emptyTrash()
+{
+    if (m_state)
+        m_state->askEmptyTrash();
+}
+
 void SteamModel::measureAgain()
 {
     if (m_state && !m_state->cleanup()->isMeasuring())
@@ -131,6 +144,9 @@ void SteamModel::rebuild()
     m_summary.clear();
     m_safeCount = 0;
     if (m_state) {
+        // The demo's projects stand under a home of their own; its locations
+        // are this system's.
+        const QByteArray home = m_state->isDemo() ? QByteArray(Demo::home) : Platform::homeDirectory();
         const QList<SteamRules::LocationRow> rows = SteamRules::rows(*m_state->cleanup());
         const QList<DevArtifact> artifacts = SteamRules::artifacts(m_state->result());
         const QList<CleanItem> safe = SteamRules::safeItems(rows, artifacts);
@@ -151,9 +167,7 @@ void SteamModel::rebuild()
 
         for (const auto &row : shownRows) {
             // The demo's folders are not on this disk: all of them count.
-            const qsizetype folders = row.location.paths.size() == 1 ? 1
-                                      : m_state->isDemo()            ? row.location.paths.size()
-                                                                     : row.location.existingPaths().size();
+            const QByteArrayList folders = m_state->isDemo() ? row.location.paths : row.location.existingPaths();
             m_locations.append(QVariantMap{
                 {QStringLiteral("id"), row.location.id},
                 {QStringLiteral("item"), SteamRules::locationItem(row.location, row.usage).toVariantMap()},
@@ -170,7 +184,7 @@ void SteamModel::rebuild()
             m_artifacts.append(QVariantMap{
                 {QStringLiteral("item"), CleanItem::artifact(artifact).toVariantMap()},
                 {QStringLiteral("subtitle"),
-                 artifact.kind + QStringLiteral(" · ") + Paths::abbreviateHome(Paths::parentOf(artifact.path))},
+                 artifact.kind + QStringLiteral(" · ") + Paths::abbreviateHome(Paths::parentOf(artifact.path), home)},
                 {QStringLiteral("weight"), weight(artifact.size)},
                 {QStringLiteral("path"), Paths::toText(artifact.path)},
             });

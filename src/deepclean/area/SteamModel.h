@@ -37,6 +37,8 @@ class SteamModel : public QObject
     Q_PROPERTY(bool firstMeasure READ firstMeasure NOTIFY listsChanged)
     Q_PROPERTY(bool isMeasuring READ isMeasuring NOTIFY listsChanged)
     Q_PROPERTY(bool hasResult READ hasResult NOTIFY listsChanged)
+    // What stands on the Trash's plate: its size, or why there is none.
+    Q_PROPERTY(QString trashValue READ trashValue NOTIFY listsChanged)
 
 public:
     explicit SteamModel(QObject *parent = nullptr);
@@ -61,6 +63,7 @@ public:
     bool firstMeasure() const;
     bool isMeasuring() const;
     bool hasResult() const;
+    QString trashValue() const;
 
     Q_INVOKABLE void measureAgain();
     // Everything safe, in one addition to the selection, whatever is filtered.
@@ -71,6 +74,8 @@ public:
     Q_INVOKABLE void toggleExpanded(const QString &id);
     // Shows an artefact's folder in the Space area.
     Q_INVOKABLE void openArtifact(const QString &path);
+    // Asks whether to empty the Trash; yes empties it.
+    Q_INVOKABLE void emptyTrash();
 
 Q_SIGNALS:
     void stateChanged();

@@ -140,14 +140,34 @@ QString blurb(const QString &id, Platform platform)
     return text ? deepCleanText(text) : QString();
 }
 
-QString smallPrint(const LocationRow &row, qsizetype folders, Platform platform, const QByteArray &home)
+QString smallPrint(const LocationRow &row, const QByteArrayList &folders, Platform platform, const QByteArray &home)
 {
-    const QString where = row.location.paths.size() == 1 ? Paths::abbreviateHome(row.location.paths.first(), home)
-                                                         : deepCleanText("%1 folders").arg(QLocale().toString(folders));
     const QString why = row.usage.readable            ? blurb(row.location.id, platform)
                         : platform == Platform::linux ? deepCleanText("can't be read")
                                                       : deepCleanText("needs Full Disk Access");
-    return why.isEmpty() ? where : where + QStringLiteral(" · ") + why;
+    // One folder is named; a location of several counts where it was found, or
+    // says it was found nowhere. A figure with no folder to name goes unplaced.
+    QString where;
+    if (folders.size() == 1)
+        where = Paths::abbreviateHome(folders.first(), home);
+    else if (folders.isEmpty() && row.location.paths.size() == 1)
+        where = Paths::abbreviateHome(row.location.paths.first(), home);
+    else if (folders.isEmpty() && row.usage.size <= 0)
+        where = deepCleanText("not on this computer");
+    else if (!folders.isEmpty())
+        where = QCoreApplication::translate("DeepClean", "%n folders", nullptr, int(folders.size()));
+    if (where.isEmpty() || why.isEmpty())
+        return where.isEmpty() ? why : where;
+    return where + QStringLiteral(" · ") + why;
+}
+
+QString trashValue(const std::optional<DiskUsage> &trash, Platform platform)
+{
+    if (!trash)
+        return {};
+    if (!trash->readable)
+        return platform == Platform::linux ? deepCleanText("can't be read") : deepCleanText("needs access");
+    return Fmt::bytes(std::max<qint64>(trash->size, 0));
 }
 
 QString safeSummary(qint64 bytes) { return deepCleanText("%1 is safe to sorvelise").arg(Fmt::bytes(bytes)); }

@@ -19,6 +19,8 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 class CleanupModel;
 
 namespace SteamRules {
@@ -53,10 +55,13 @@ QList<DevArtifact> shownArtifacts(const QList<DevArtifact> &artifacts, DeepClean
 
 // A few words on why a location can go, by id and platform; empty when unknown.
 QString blurb(const QString &id, Platform platform = Platform::current());
-// "~/.cache · rebuilds itself", or "3 folders · can't be read"; `folders` is
-// how many of a location's several paths exist.
-QString smallPrint(const LocationRow &row, qsizetype folders, Platform platform = Platform::current(),
+// "~/.cache · rebuilds itself", or "3 folders · can't be read"; `folders` are
+// the location's paths that exist.
+QString smallPrint(const LocationRow &row, const QByteArrayList &folders, Platform platform = Platform::current(),
                    const QByteArray &home = Platform::homeDirectory());
+// What the Trash's plate says under its title: empty before the first
+// measurement, a worded problem when it cannot be read, else its size.
+QString trashValue(const std::optional<DiskUsage> &trash, Platform platform = Platform::current());
 // "12.6 GB is safe to sorvelise"
 QString safeSummary(qint64 bytes);
 

@@ -100,6 +100,8 @@ Item {
         }
         Row {
             spacing: 12
+            // Nothing is known before the first measurement ends.
+            visible: !steam.firstMeasure
 
             Text {
                 anchors.verticalCenter: parent.verticalCenter
@@ -156,6 +158,17 @@ Item {
     }
 
     Flickable {
+        id: flick
+
+        // Scrolls so that `item`, inside the sections, is in view.
+        function reveal(item) {
+            const y = item.mapToItem(sections, 0, 0).y;
+            if (y < contentY)
+                contentY = y;
+            else if (y + item.height > contentY + height)
+                contentY = Math.min(y + item.height - height, Math.max(0, contentHeight - height));
+        }
+
         anchors.top: controls.bottom
         anchors.topMargin: 12
         anchors.bottom: parent.bottom
@@ -178,18 +191,28 @@ Item {
                 visible: steam.locations.length > 0
                 title: qsTr("Caches & leftovers")
             }
+            // By count, so a row that only changes (folded, remeasured) stays
+            // the same item and keeps the keyboard focus.
             Repeater {
-                model: steam.locations
+                model: steam.locations.length
 
                 Column {
                     id: location
 
-                    required property var modelData
+                    required property int index
+                    readonly property var modelData: steam.locations[index]
 
                     width: sections.width
 
                     ItemRow {
                         width: parent.width
+                        activeFocusOnTab: true
+                        current: activeFocus
+                        onActiveFocusChanged: if (activeFocus) flick.reveal(location)
+                        Keys.onSpacePressed: toggle()
+                        // Right unfolds the contents, Left folds them.
+                        Keys.onRightPressed: if (!location.modelData.expanded) steam.toggleExpanded(location.modelData.id)
+                        Keys.onLeftPressed: if (location.modelData.expanded) steam.toggleExpanded(location.modelData.id)
                         item: location.modelData.item
                         subtitle: location.modelData.subtitle
                         weight: location.modelData.weight
@@ -229,17 +252,89 @@ Item {
                 color: Look.ink3
             }
             Repeater {
-                model: steam.artifacts
+                model: steam.artifacts.length
 
                 ItemRow {
-                    required property var modelData
+                    id: artifactRow
+
+                    required property int index
+                    readonly property var modelData: steam.artifacts[index]
 
                     width: sections.width
+                    activeFocusOnTab: true
+                    current: activeFocus
+                    onActiveFocusChanged: if (activeFocus) flick.reveal(artifactRow)
+                    Keys.onSpacePressed: toggle()
+                    Keys.onReturnPressed: activate()
+                    Keys.onEnterPressed: activate()
+                    symbol: "hammer"
                     item: modelData.item
                     subtitle: modelData.subtitle
                     weight: modelData.weight
                     canOpen: true
                     onOpen: steam.openArtifact(modelData.path)
+                }
+            }
+
+            // Jobs that are not removals of items: emptying the Trash.
+            Text {
+                topPadding: 18
+                bottomPadding: 8
+                x: 8
+                text: qsTr("DRAINS")
+                font.pixelSize: 11
+                font.weight: Font.Bold
+                font.letterSpacing: 1.2
+                color: Look.ink3
+                Accessible.role: Accessible.Heading
+                Accessible.name: qsTr("Drains")
+            }
+            MCard {
+                x: 8
+                width: Math.min(320, sections.width - 16)
+                padding: 14
+
+                Row {
+                    width: parent.width
+                    spacing: 12
+
+                    SymbolIcon {
+                        anchors.verticalCenter: parent.verticalCenter
+                        name: "trash"
+                        size: 22
+                        color: Look.ink2
+                    }
+                    Column {
+                        anchors.verticalCenter: parent.verticalCenter
+                        width: parent.width - 34 - emptyButton.width - 12
+                        spacing: 2
+
+                        Text {
+                            text: qsTr("Trash")
+                            font.pixelSize: 13
+                            font.weight: Font.DemiBold
+                            color: Look.ink
+                        }
+                        Text {
+                            visible: text.length > 0
+                            width: parent.width
+                            text: steam.trashValue
+                            elide: Text.ElideRight
+                            font.pixelSize: 12
+                            color: Look.ink3
+                        }
+                    }
+                    SorvelButton {
+                        id: emptyButton
+
+                        onActiveFocusChanged: if (activeFocus) flick.reveal(emptyButton)
+                        anchors.verticalCenter: parent.verticalCenter
+                        size: SorvelButtonStyle.Small
+                        text: qsTr("Empty…")
+                        Accessible.name: qsTr("Empty Trash")
+                        focusPolicy: Qt.StrongFocus
+                        onClicked: steam.emptyTrash()
+                    }
                 }
             }
         }
