@@ -14,11 +14,11 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QLocale>
 #include <QPointer>
 #include <QProcess>
 
 #include <algorithm>
-#include <climits>
 
 namespace {
 
@@ -413,9 +413,8 @@ void AppState::emptyTrash()
         freed = std::max<qint64>(before - allocatedIn(trashes), 0);
         failed = outcome.failed;
         if (failed > 0)
-            problem =
-                tr("Couldn't empty the Trash: %n item(s) stayed.", nullptr, int(std::min<qint64>(failed, INT_MAX))) +
-                QLatin1Char('\n') + FileOperations::describe(outcome.firstError);
+            problem = tr("Couldn't empty the Trash. Items that stayed in it: %1.").arg(QLocale().toString(failed)) +
+                      QLatin1Char('\n') + FileOperations::describe(outcome.firstError);
 #endif
         QMetaObject::invokeMethod(
             this, [this, freed, failed, problem] { finishEmptyTrash(freed, failed, problem); }, Qt::QueuedConnection);

@@ -49,6 +49,14 @@ QStringList paths(const QVariantList &rows)
     return out;
 }
 
+// Refuses every removal, as a file the user may not delete would.
+class RefusingOperations : public FileOperations
+{
+public:
+    int moveToTrash(const RealPlace &) override { return EACCES; }
+    int removePermanently(const RealPlace &) override { return EACCES; }
+};
+
 qint64 locationSize(const AppState &state, const char *id)
 {
     return state.cleanup()->measurements().value(QString::fromLatin1(id)).size;
@@ -180,6 +188,19 @@ private slots:
         QVERIFY(state.removal()->sessionFreed() - freedBefore >= inTrash - 100'000);
         for (const QByteArray &canary : canaries)
             QCOMPARE(checksum(canary), sums.value(canary));
+
+        // What cannot be deleted stays, is counted and said, and frees nothing.
+        const QByteArray stuck = write(trash + "/files/stuck.bin", 50'000);
+        state.setFileOperations(std::make_shared<RefusingOperations>());
+        state.setToast(std::nullopt);
+        const qint64 freedSoFar = state.removal()->sessionFreed();
+        state.emptyTrash();
+        QVERIFY(measured.wait(10000));
+        QVERIFY(QFile::exists(QFile::decodeName(stuck)));
+        QVERIFY(!state.toast());
+        QCOMPARE(state.errorMessage(), QStringLiteral("Couldn't empty the Trash. Items that stayed in it: 1.\n") +
+                                           FileOperations::describe(EACCES));
+        QCOMPARE(state.removal()->sessionFreed(), freedSoFar);
     }
 };
 
