@@ -1,6 +1,7 @@
 #include "AppState.h"
 
 #include "core/Desktop.h"
+#include "core/FileActions.h"
 #include "core/Fmt.h"
 #include "core/Paths.h"
 #include "core/Platform.h"
@@ -16,7 +17,6 @@
 #include <QFile>
 #include <QLocale>
 #include <QPointer>
-#include <QProcess>
 
 #include <algorithm>
 
@@ -362,6 +362,7 @@ void AppState::askEmptyTrash()
     m_removal.setConfirm(request);
 }
 
+#if !defined(Q_OS_MACOS)
 namespace {
 
 qint64 allocatedIn(const QByteArrayList &folders)
@@ -373,6 +374,7 @@ qint64 allocatedIn(const QByteArrayList &folders)
 }
 
 } // namespace
+#endif
 
 void AppState::emptyTrash()
 {
@@ -382,43 +384,42 @@ void AppState::emptyTrash()
         finishEmptyTrash(trash ? std::max<qint64>(trash->size, 0) : 0, 0, {});
         return;
     }
+#if defined(Q_OS_MACOS)
+    // Finder empties the Trash of every volume and knows about files in use.
+    const std::optional<DiskUsage> trash = m_cleanup.trash();
+    const qint64 freed = trash ? std::max<qint64>(trash->size, 0) : 0;
+    FileActions::run(
+        QStringLiteral("/usr/bin/osascript"),
+        {QStringLiteral("-e"), QStringLiteral("tell application \"Finder\" to empty trash")},
+        [this, freed](const FileActions::RunResult &result) {
+            if (result.status == 0)
+                finishEmptyTrash(freed, 0, {});
+            else
+                finishEmptyTrash(0, 1,
+                                 tr("Couldn't empty the Trash. Allow Sorvel Cleaner to control Finder in System "
+                                    "Settings › Privacy & Security › Automation.") +
+                                     QLatin1Char('\n') + result.output);
+        },
+        this);
+#else
     const Environment::TrashFoldersFunction folders = m_environment.trashFolders;
     const std::shared_ptr<FileOperations> operations = m_environment.fileOperations;
     m_workers.start([this, folders, operations] {
-        qint64 freed = 0;
-        qint64 failed = 0;
-        QString problem;
-#if defined(Q_OS_MACOS)
-        // Finder empties the Trash of every volume and knows about files in use.
-        Q_UNUSED(operations);
-        const qint64 before = folders ? allocatedIn(folders()) : 0;
-        QProcess finder;
-        finder.setProcessChannelMode(QProcess::MergedChannels);
-        finder.start(QStringLiteral("/usr/bin/osascript"),
-                     {QStringLiteral("-e"), QStringLiteral("tell application \"Finder\" to empty trash")});
-        const bool ran = finder.waitForFinished(-1) && finder.exitStatus() == QProcess::NormalExit;
-        if (!ran || finder.exitCode() != 0) {
-            failed = 1;
-            problem = tr("Couldn't empty the Trash. Allow Sorvel Cleaner to control Finder in System Settings › "
-                         "Privacy & Security › Automation.") +
-                      QLatin1Char('\n') + QString::fromUtf8(finder.readAll());
-        } else {
-            freed = before;
-        }
-#else
         const QByteArrayList trashes = folders ? folders() : QByteArrayList();
         const qint64 before = allocatedIn(trashes);
         const TrashDrain::Outcome outcome =
             operations ? TrashDrain::empty(trashes, *operations) : TrashDrain::Outcome{};
-        freed = std::max<qint64>(before - allocatedIn(trashes), 0);
-        failed = outcome.failed;
-        if (failed > 0)
-            problem = tr("Couldn't empty the Trash. Items that stayed in it: %1.").arg(QLocale().toString(failed)) +
-                      QLatin1Char('\n') + FileOperations::describe(outcome.firstError);
-#endif
+        const qint64 freed = std::max<qint64>(before - allocatedIn(trashes), 0);
+        QString problem;
+        if (outcome.failed > 0)
+            problem =
+                tr("Couldn't empty the Trash. Items that stayed in it: %1.").arg(QLocale().toString(outcome.failed)) +
+                QLatin1Char('\n') + FileOperations::describe(outcome.firstError);
         QMetaObject::invokeMethod(
-            this, [this, freed, failed, problem] { finishEmptyTrash(freed, failed, problem); }, Qt::QueuedConnection);
+            this, [this, freed, failed = outcome.failed, problem] { finishEmptyTrash(freed, failed, problem); },
+            Qt::QueuedConnection);
     });
+#endif
 }
 
 void AppState::finishEmptyTrash(qint64 freed, qint64 failed, const QString &problem)
@@ -438,6 +439,33 @@ void AppState::finishEmptyTrash(qint64 freed, qint64 failed, const QString &prob
     m_cleanup.measure();
     if (!isDemo())
         refreshVolumes();
+}
+
+void AppState::askRemoveSimulators()
+{
+    ConfirmRequest request;
+    request.title = tr("Remove unavailable simulators?");
+    request.message = tr("Runs xcrun simctl delete unavailable. It deletes simulators whose runtime isn't installed.");
+    request.actionTitle = tr("Remove");
+    request.destructive = true;
+    request.perform = [this] { removeUnavailableSimulators(); };
+    m_removal.setConfirm(request);
+}
+
+void AppState::removeUnavailableSimulators()
+{
+    FileActions::run(
+        QStringLiteral("/usr/bin/xcrun"),
+        {QStringLiteral("simctl"), QStringLiteral("delete"), QStringLiteral("unavailable")},
+        [this](const FileActions::RunResult &result) {
+            if (result.status == 0)
+                showToast(tr("Removed unavailable simulators"), QStringLiteral("humidity.fill"));
+            else
+                setErrorMessage(tr("simctl failed:") + QLatin1Char('\n') + result.output);
+            if (!isDemo())
+                refreshVolumes();
+        },
+        this);
 }
 
 // -- Selection ----------------------------------------------------------------

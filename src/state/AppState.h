@@ -213,6 +213,9 @@ public:
     // pretends). A toast tells what it freed, or the error what stayed; then
     // the Trash is measured again.
     void emptyTrash();
+    // Asks "Remove unavailable simulators?"; yes runs simctl (macOS only).
+    Q_INVOKABLE void askRemoveSimulators();
+    void removeUnavailableSimulators();
 
     // Seconds between two volume listings after launch.
     static constexpr int volumeRefreshSeconds = 30;

@@ -96,6 +96,14 @@ void SteamModel::emptyTrash()
         m_state->askEmptyTrash();
 }
 
+bool SteamModel::hasSimulators() const { return m_state && m_state->cleanup()->hasSimulators(); }
+
+void SteamModel::removeSimulators()
+{
+    if (m_state)
+        m_state->askRemoveSimulators();
+}
+
 void SteamModel::measureAgain()
 {
     if (m_state && !m_state->cleanup()->isMeasuring())

@@ -39,6 +39,8 @@ class SteamModel : public QObject
     Q_PROPERTY(bool hasResult READ hasResult NOTIFY listsChanged)
     // What stands on the Trash's plate: its size, or why there is none.
     Q_PROPERTY(QString trashValue READ trashValue NOTIFY listsChanged)
+    // Whether the simulators' plate shows (macOS with Xcode's simulators).
+    Q_PROPERTY(bool hasSimulators READ hasSimulators NOTIFY stateChanged)
 
 public:
     explicit SteamModel(QObject *parent = nullptr);
@@ -64,6 +66,7 @@ public:
     bool isMeasuring() const;
     bool hasResult() const;
     QString trashValue() const;
+    bool hasSimulators() const;
 
     Q_INVOKABLE void measureAgain();
     // Everything safe, in one addition to the selection, whatever is filtered.
@@ -76,6 +79,8 @@ public:
     Q_INVOKABLE void openArtifact(const QString &path);
     // Asks whether to empty the Trash; yes empties it.
     Q_INVOKABLE void emptyTrash();
+    // Asks whether to remove the unavailable simulators; yes removes them.
+    Q_INVOKABLE void removeSimulators();
 
 Q_SIGNALS:
     void stateChanged();

@@ -289,52 +289,29 @@ Item {
                 Accessible.role: Accessible.Heading
                 Accessible.name: qsTr("Drains")
             }
-            MCard {
+            Row {
                 x: 8
-                width: Math.min(320, sections.width - 16)
-                padding: 14
+                spacing: 12
 
-                Row {
-                    width: parent.width
-                    spacing: 12
-
-                    SymbolIcon {
-                        anchors.verticalCenter: parent.verticalCenter
-                        name: "trash"
-                        size: 22
-                        color: Look.ink2
-                    }
-                    Column {
-                        anchors.verticalCenter: parent.verticalCenter
-                        width: parent.width - 34 - emptyButton.width - 12
-                        spacing: 2
-
-                        Text {
-                            text: qsTr("Trash")
-                            font.pixelSize: 13
-                            font.weight: Font.DemiBold
-                            color: Look.ink
-                        }
-                        Text {
-                            visible: text.length > 0
-                            width: parent.width
-                            text: steam.trashValue
-                            elide: Text.ElideRight
-                            font.pixelSize: 12
-                            color: Look.ink3
-                        }
-                    }
-                    SorvelButton {
-                        id: emptyButton
-
-                        onActiveFocusChanged: if (activeFocus) flick.reveal(emptyButton)
-                        anchors.verticalCenter: parent.verticalCenter
-                        size: SorvelButtonStyle.Small
-                        text: qsTr("Empty…")
-                        Accessible.name: qsTr("Empty Trash")
-                        focusPolicy: Qt.StrongFocus
-                        onClicked: steam.emptyTrash()
-                    }
+                DrainPlate {
+                    width: Math.min(320, (sections.width - 28) / 2)
+                    symbol: "trash"
+                    title: qsTr("Trash")
+                    value: steam.trashValue
+                    action: qsTr("Empty…")
+                    actionName: qsTr("Empty Trash")
+                    onPerform: steam.emptyTrash()
+                    onFocused: button => flick.reveal(button)
+                }
+                DrainPlate {
+                    visible: steam.hasSimulators
+                    width: Math.min(320, (sections.width - 28) / 2)
+                    symbol: "ipad.and.iphone"
+                    title: qsTr("Dead simulators")
+                    action: qsTr("Remove…")
+                    actionName: qsTr("Remove unavailable simulators")
+                    onPerform: steam.removeSimulators()
+                    onFocused: button => flick.reveal(button)
                 }
             }
         }
