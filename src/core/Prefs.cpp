@@ -1,5 +1,7 @@
 #include "Prefs.h"
 
+#include "PrefsNotifier.h"
+
 #include <QHash>
 #include <QSettings>
 
@@ -99,7 +101,11 @@ QStringList list(QAnyStringView key)
     return out;
 }
 
-void setValue(QAnyStringView key, const QVariant &value) { store().setValue(keyText(key), value); }
+void setValue(QAnyStringView key, const QVariant &value)
+{
+    store().setValue(keyText(key), value);
+    emit PrefsNotifier::instance()->changed(keyText(key));
+}
 
 void setList(QAnyStringView key, const QStringList &entries)
 {
@@ -110,7 +116,11 @@ void setList(QAnyStringView key, const QStringList &entries)
     setValue(key, kept.join(QLatin1Char('\n')));
 }
 
-void remove(QAnyStringView key) { store().remove(keyText(key)); }
+void remove(QAnyStringView key)
+{
+    store().remove(keyText(key));
+    emit PrefsNotifier::instance()->changed(keyText(key));
+}
 
 void useFile(const QString &path)
 {
@@ -121,6 +131,7 @@ void useFile(const QString &path)
         holder.reset();
     else
         holder = std::make_unique<QSettings>(path, QSettings::IniFormat);
+    emit PrefsNotifier::instance()->changed(QString());
 }
 
 } // namespace Prefs

@@ -2,11 +2,13 @@
 
 #include "core/Paths.h"
 #include "core/Prefs.h"
+#include "core/PrefsNotifier.h"
 #include "core/ScanOptions.h"
 #include "core/SizeThreshold.h"
 
 #include <QFile>
 #include <QSettings>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 
 class TestPrefs : public QObject
@@ -57,6 +59,7 @@ private slots:
 
     void writesAndRemoves()
     {
+        QSignalSpy changed(PrefsNotifier::instance(), &PrefsNotifier::changed);
         Prefs::setValue(Prefs::minTrackedSize, 0);
         QCOMPARE(Prefs::integer(Prefs::minTrackedSize), 0); // 0 is a legal value
         Prefs::remove(Prefs::minTrackedSize);
@@ -64,6 +67,10 @@ private slots:
         Prefs::setValue(Prefs::skipHiddenFiles, true);
         Prefs::useFile(m_file); // read back from the file
         QCOMPARE(Prefs::boolean(Prefs::skipHiddenFiles), true);
+        // Every write is told, and so is a store swapped underneath.
+        QCOMPARE(changed.size(), 4);
+        QCOMPARE(changed.at(1).first().toString(), QStringLiteral("minTrackedSize"));
+        QVERIFY(changed.at(3).first().toString().isEmpty());
     }
 
     void list_data()

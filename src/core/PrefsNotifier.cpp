@@ -1,0 +1,7 @@
+#include "PrefsNotifier.h"
+
+PrefsNotifier *PrefsNotifier::instance()
+{
+    static PrefsNotifier notifier;
+    return &notifier;
+}
