@@ -1,4 +1,5 @@
 #include "GuiDesktop.h"
+#include "TrayIcon.h"
 
 #include "core/Fmt.h"
 #include "core/Prefs.h"
@@ -6,14 +7,17 @@
 #include "shell/AppStateForeign.h"
 #include "state/AppState.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QUrl>
 
+#include <memory>
+
 int main(int argc, char *argv[])
 {
-    QGuiApplication app(argc, argv);
+    // Widgets only for the tray icon and its menu; the window is Qt Quick.
+    QApplication app(argc, argv);
     Translations::install();
     QGuiApplication::setOrganizationName(QStringLiteral("Sorvel"));
     QGuiApplication::setApplicationName(QStringLiteral("Sorvel Cleaner"));
@@ -57,6 +61,11 @@ int main(int argc, char *argv[])
     if (!engine.rootObjects().isEmpty())
         desktop.setWindow(qobject_cast<QQuickWindow *>(engine.rootObjects().first()));
     state.setDesktop(&desktop);
+
+    std::unique_ptr<TrayIcon> tray;
+    if (!engine.rootObjects().isEmpty())
+        tray = std::make_unique<TrayIcon>(&engine, qobject_cast<QQuickWindow *>(engine.rootObjects().first()));
+
     state.onLaunch();
-    return QGuiApplication::exec();
+    return QApplication::exec();
 }
