@@ -136,4 +136,19 @@
         <translation>Show in File Manager</translation>
     </message>
 </context>
+<context>
+    <name>SettingsView</name>
+    <message>
+        <source>.app, .photoslibrary, frameworks…</source>
+        <translation>Folders named .app, .bundle, .framework, .sparsebundle…</translation>
+    </message>
+    <message>
+        <source>Free space in the menu bar</source>
+        <translation>Free space in the panel</translation>
+    </message>
+    <message>
+        <source>Shows free space and quick actions in the menu bar.</source>
+        <translation>Shows free space and quick actions in the panel's tray.</translation>
+    </message>
+</context>
 </TS>

@@ -3,8 +3,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Sorvel.Ui
 
-// The application's menu: the scan commands and the Go entries, each with its
-// shortcut, as the top bar's menu button shows them.
+// The application's menu: the scan commands, Settings and the Go entries, each
+// with its shortcut, as the top bar's menu button shows them.
 T.Popup {
     id: menu
 
@@ -93,6 +93,12 @@ T.Popup {
                 enabled: modelData.enabled
                 onActivated: modelData.action()
             }
+        }
+        Divider {}
+        Entry {
+            text: qsTr("Settings…")
+            shortcut: menu.commands.settingsShortcut
+            onActivated: menu.commands.openSettings()
         }
         Divider {}
         Repeater {

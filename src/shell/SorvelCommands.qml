@@ -8,6 +8,14 @@ import Sorvel.Ui
 Item {
     id: commands
 
+    // The settings shortcut: the platform's own where it has one, else Ctrl+,.
+    readonly property string settingsShortcut: preferencesKey.portableText.length > 0 ? preferencesKey.portableText : "Ctrl+,"
+
+    // Opens the settings window, or raises the open one.
+    function openSettings() {
+        settingsWindow.present();
+    }
+
     // {text, shortcut, enabled, action} in menu order; "" text is a divider.
     readonly property var scanCommands: [
         { text: qsTr("Scan Folder…"), shortcut: "Ctrl+O", enabled: true, action: () => AppState.chooseFolderAndScan() },
@@ -46,5 +54,23 @@ Item {
                 onActivated: Shell.goToArea(areaCommand.modelData.raw)
             }
         }
+    }
+
+    Shortcut {
+        id: preferencesKey
+
+        // The linter of Qt 6.4 finds no enumeration on the StandardKey value type.
+        sequence: StandardKey.Preferences // qmllint disable unqualified
+        onActivated: commands.openSettings()
+    }
+    Shortcut {
+        enabled: preferencesKey.portableText.length === 0
+        sequence: "Ctrl+,"
+        onActivated: commands.openSettings()
+    }
+    SettingsView {
+        id: settingsWindow
+
+        visible: false
     }
 }
