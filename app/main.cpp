@@ -5,6 +5,7 @@
 #include "core/Prefs.h"
 #include "core/Translations.h"
 #include "shell/AppStateForeign.h"
+#include "shell/SettingsModel.h"
 #include "state/AppState.h"
 
 #include <QApplication>
@@ -62,6 +63,8 @@ int main(int argc, char *argv[])
         desktop.setWindow(qobject_cast<QQuickWindow *>(engine.rootObjects().first()));
     state.setDesktop(&desktop);
 
+    // The settings say when this desktop shows no tray icons.
+    SettingsModel::setTrayAvailable(TrayIcon::isAvailable());
     std::unique_ptr<TrayIcon> tray;
     if (!engine.rootObjects().isEmpty())
         tray = std::make_unique<TrayIcon>(&engine, qobject_cast<QQuickWindow *>(engine.rootObjects().first()));
