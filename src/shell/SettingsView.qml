@@ -260,11 +260,11 @@ Window {
                             anchors.right: parent.right
                             anchors.rightMargin: 12
                             anchors.verticalCenter: parent.verticalCenter
-                            kind: SorvelButtonStyle.Ghost
+                            kind: SorvelButtonStyle.Secondary
                             size: SorvelButtonStyle.Small
                             symbol: "minus"
                             focusPolicy: Qt.StrongFocus
-                            Accessible.name: qsTr("Remove") + " " + excluded.modelData.display
+                            Accessible.name: qsTr("Remove %1").arg(excluded.modelData.display)
                             onClicked: settings.removeExcluded(excluded.modelData.path)
                         }
                     }
