@@ -78,17 +78,15 @@ private slots:
     }
     void cleanupTestCase() { Prefs::useFile({}); }
 
+    // The welcome picture itself is TestTiles' business.
     void welcomeBeforeAnyScan()
     {
         AppState state;
         SpaceModel model;
         model.setState(&state);
         QCOMPARE(model.mode(), SpaceView::Mode::welcome);
-        QCOMPARE(model.rowCount(), 24);
         QVERIFY(model.data(model.index(2), SpaceModel::IsPlaceholderRole).toBool());
-        QCOMPARE(model.data(model.index(2), SpaceModel::ConditionRole).toString(), u"bloated"_qs);
-        QVERIFY(!model.emptyVisible());
-        QVERIFY(!model.smallRowVisible());
+        QVERIFY(!model.emptyVisible() && !model.smallRowVisible());
     }
 
     void plainClickEntersDoubleClickOnlyOnce()
