@@ -48,8 +48,6 @@ private slots:
     void defaultsAreNotWritten()
     {
         QCOMPARE(Prefs::integer(Prefs::minTrackedSize), 1000000);
-        QCOMPARE(Prefs::boolean(Prefs::treatPackagesAsFiles), true);
-        QCOMPARE(Prefs::list(Prefs::excludedPaths), QStringList());
         QVERIFY(!Prefs::value(Prefs::spaceLayout).isValid()); // the explorer has its own default
         Prefs::registerDefaults();                            // again: harmless
         Prefs::useFile({});
