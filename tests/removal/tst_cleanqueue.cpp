@@ -4,6 +4,8 @@
 
 #include <QSignalSpy>
 
+#include <utility>
+
 namespace {
 
 using Kind = CleanItem::Kind;
@@ -143,7 +145,6 @@ private slots:
         QCOMPARE(ids(single), ids(batch));
         QCOMPARE(single.count(), 10000 - 200 + 2);
         QVERIFY(single.includes("/data/d7/f3"));
-        QVERIFY(!single.includes("/data/d71/f3") || single.contains("/data/d71/f3"));
     }
 
     void jsonRoundTrip_data()
@@ -187,16 +188,14 @@ private slots:
                 dropped.replace(",}", "}");
             QTest::newRow(qPrintable(QStringLiteral("missing ") + QLatin1String(k))) << dropped;
         }
-        QTest::newRow("unknown kind") << QByteArray(
-            R"({"id":"/a","name":"a","size":3,"kind":"dir","heat":0,"source":"files"})");
-        QTest::newRow("unknown source") << QByteArray(
-            R"({"id":"/a","name":"a","size":3,"kind":"file","heat":0,"source":"trash"})");
-        QTest::newRow("size as text") << QByteArray(
-            R"({"id":"/a","name":"a","size":"3","kind":"file","heat":0,"source":"files"})");
-        QTest::newRow("fractional size") << QByteArray(
-            R"({"id":"/a","name":"a","size":3.5,"kind":"file","heat":0,"source":"files"})");
-        QTest::newRow("symbolPath number")
-            << QByteArray(R"({"id":"/a","name":"a","size":3,"kind":"file","heat":0,"symbolPath":4,"source":"files"})");
+        // One field with a value of the wrong kind.
+        const std::pair<const char *, const char *> wrongKinds[] = {{"\"kind\":\"file\"", "\"kind\":\"dir\""},
+                                                                    {"\"source\":\"files\"", "\"source\":\"trash\""},
+                                                                    {"\"size\":3", "\"size\":\"3\""},
+                                                                    {"\"size\":3", "\"size\":3.5"},
+                                                                    {"\"heat\":0", "\"heat\":0,\"symbolPath\":4"}};
+        for (const auto &[field, bad] : wrongKinds)
+            QTest::newRow(bad) << QByteArray(good).replace(field, bad);
     }
 
     void jsonRejects()
@@ -218,7 +217,6 @@ private slots:
         QCOMPARE(item("/usr/bin/ls", Kind::file).risk().level, Risk::Level(Risk::Level::locked));
         const CleanItem build = CleanItem::artifact({"/p/App/node_modules", QStringLiteral("node_modules"), 500, 12});
         QCOMPARE(build.risk().level, Risk::Level(Risk::Level::safe));
-        QCOMPARE(build.name, QStringLiteral("App \u00b7 node_modules"));
         QCOMPARE(build.symbolPath, std::optional<QByteArray>("/p/App/node_modules"));
     }
 };
