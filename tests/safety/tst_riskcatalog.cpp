@@ -122,22 +122,17 @@ private slots:
         row("credentials whatever its size", "~/x/credentials", L::danger, "Keys & passwords", "", false, false,
             9000000);
         // 5-6: libraries and virtual machines, also inside ~/Library.
-        row("photos library", "~/Pictures/Photos Library.photoslibrary", L::danger, "Photos library", "", true);
         row("vmdk in Containers", "~/Library/Containers/com.vm/Data/disk.vmdk", L::danger, "Virtual machine");
         // 7: the Library table.
         row("Apple cache", "~/Library/Caches/com.apple.Safari/x", L::caution, "Apple cache");
-        row("app cache", "~/Library/Caches/com.example.app/x", L::safe, "Cache");
         row("com.applex is no Apple cache", "~/Library/Caches/com.applex", L::safe, "Cache");
-        row("derived data", "~/Library/Developer/Xcode/DerivedData/App-abc", L::safe, "Xcode build data", "", true);
         row("backup folder itself", "~/Library/Application Support/MobileSync/Backup", L::danger, "Device backup");
         row("cache in a container", "~/Library/Containers/com.x/Data/Library/Caches/y", L::safe, "Cache");
         row("docker raw with cache", "~/Library/Containers/com.docker.docker/Data/Library/Caches/Docker.raw", L::safe,
             "Cache");
         row("docker raw", "~/Library/Containers/com.docker.docker/Data/vms/0/data/Docker.raw", L::danger,
             "Docker data");
-        row("container", "~/Library/Containers/com.x", L::danger, "App data", "", true);
         row("application support", "~/Library/Application Support/App", L::danger, "App data", "", true);
-        row("anything else", "~/Library/Saved Application State/x", L::caution, "System library");
         row("docker.raw never reaches step 9 in Library", "~/Library/Stuff/Docker.raw", L::caution, "System library");
         // 8-9: containers outside Library.
         row("~/.docker/x", "~/.docker/x", L::danger, "Container data");
@@ -162,7 +157,6 @@ private slots:
         row("~/.cache", "~/.cache", L::safe, "Cache", "", true);
         row("secret in .cache", "~/.cache/app/token.pem", L::danger, "Keys & passwords");
         row("trash contents", "~/.local/share/Trash/files/old.txt", L::caution, "Trash");
-        row("podman", "~/.local/share/containers/storage", L::danger, "Container data", "", true);
         row("app data", "~/.local/share/gnome-shell/extensions", L::danger, "App data", "", true);
         row("flatpak cache", "~/.var/app/org.gimp.GIMP/cache/gegl", L::safe, "Cache", "", true);
         row("flatpak data", "~/.var/app/org.gimp.GIMP/data", L::danger, "App data", "", true);
