@@ -50,7 +50,6 @@ private slots:
     void packages()
     {
         QVERIFY(FileCategory::isPackageExtension("key"));
-        QVERIFY(FileCategory::isPackageExtension("sparsebundle"));
         QVERIFY(!FileCategory::isPackageExtension("dmg"));
         QVERIFY(!FileCategory::isPackageExtension("APP"));
         QVERIFY(!FileCategory::isPackageExtension(""));

