@@ -2,6 +2,8 @@
 
 #include "removal/CleanQueue.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QSignalSpy>
 
 #include <utility>
@@ -173,28 +175,28 @@ private slots:
     void jsonRejects_data()
     {
         QTest::addColumn<QByteArray>("json");
-        const QByteArray good = R"({"id":"/a","name":"a","size":3,"kind":"file","heat":0,"source":"files"})";
-        QVERIFY(CleanItem::fromJson(good));
+        const QJsonObject good{{u"id"_qs, u"/a"_qs},     {u"name"_qs, u"a"_qs}, {u"size"_qs, 3},
+                               {u"kind"_qs, u"file"_qs}, {u"heat"_qs, 0},       {u"source"_qs, u"files"_qs}};
+        const auto json = [](const QJsonObject &o) { return QJsonDocument(o).toJson(QJsonDocument::Compact); };
+        QVERIFY(CleanItem::fromJson(json(good)));
         QTest::newRow("not json") << QByteArray("{nope");
         QTest::newRow("array") << QByteArray("[1]");
-        for (const char *k : {"id", "name", "size", "kind", "heat", "source"}) {
-            QByteArray dropped = good;
-            const QByteArray needle = QByteArray("\"") + k + "\":";
-            const qsizetype at = dropped.indexOf(needle);
-            const qsizetype end = dropped.indexOf(',', at);
-            dropped.remove(at, (end < 0 ? dropped.indexOf('}', at) : end + 1) - at);
-            if (dropped.endsWith(",}"))
-                dropped.replace(",}", "}");
-            QTest::newRow(qPrintable(QStringLiteral("missing ") + QLatin1String(k))) << dropped;
+        for (const QString &key : good.keys()) {
+            QJsonObject missing = good;
+            missing.remove(key);
+            QTest::addRow("missing %s", qPrintable(key)) << json(missing);
         }
         // One field with a value of the wrong kind.
-        const std::pair<const char *, const char *> wrongKinds[] = {{"\"kind\":\"file\"", "\"kind\":\"dir\""},
-                                                                    {"\"source\":\"files\"", "\"source\":\"trash\""},
-                                                                    {"\"size\":3", "\"size\":\"3\""},
-                                                                    {"\"size\":3", "\"size\":3.5"},
-                                                                    {"\"heat\":0", "\"heat\":0,\"symbolPath\":4"}};
-        for (const auto &[field, bad] : wrongKinds)
-            QTest::newRow(bad) << QByteArray(good).replace(field, bad);
+        const std::pair<QString, QJsonValue> wrongKinds[] = {{u"kind"_qs, u"dir"_qs},
+                                                             {u"source"_qs, u"trash"_qs},
+                                                             {u"size"_qs, u"3"_qs},
+                                                             {u"size"_qs, 3.5},
+                                                             {u"symbolPath"_qs, 4}};
+        for (const auto &[key, value] : wrongKinds) {
+            QJsonObject wrong = good;
+            wrong.insert(key, value);
+            QTest::newRow(json(wrong).constData()) << json(wrong);
+        }
     }
 
     void jsonRejects()
