@@ -76,6 +76,7 @@ private slots:
         QTest::newRow("none") << 0 << 24;
         QTest::newRow("19") << 19 << 5;
         QTest::newRow("20") << 20 << 4;
+        QTest::newRow("1000") << 1000 << 4;
     }
 
     void discoveringTail()
