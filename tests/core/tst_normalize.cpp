@@ -18,6 +18,7 @@ private slots:
 
         QTest::newRow("empty") << QByteArray() << QByteArray("/");
         QTest::newRow("root") << QByteArray("/") << QByteArray("/");
+        QTest::newRow("slashes only") << QByteArray("///") << QByteArray("/");
         QTest::newRow("trailing slash") << QByteArray("/a/b/") << QByteArray("/a/b");
         QTest::newRow("doubled slashes") << QByteArray("//a///b//") << QByteArray("/a/b");
         QTest::newRow("dot") << QByteArray("/a/./b/.") << QByteArray("/a/b");

@@ -24,10 +24,12 @@ private Q_SLOTS:
         QTest::addColumn<int>("expected"); // -1 none, 0 light or off, 1 dark or on
         QTest::newRow("dark") << false << QByteArray("dark") << 1;
         QTest::newRow("light, upper case, blanks") << false << QByteArray(" Light ") << 0;
+        QTest::newRow("unset") << false << QByteArray() << -1;
         QTest::newRow("other") << false << QByteArray("auto") << -1;
         QTest::newRow("1") << true << QByteArray("1") << 1;
         QTest::newRow("true") << true << QByteArray("TRUE") << 1;
         QTest::newRow("0") << true << QByteArray("0") << 0;
+        QTest::newRow("flag unset") << true << QByteArray() << -1;
         QTest::newRow("garbage") << true << QByteArray("maybe") << -1;
     }
 
