@@ -91,7 +91,6 @@ private slots:
         QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
         QCOMPARE(Fmt::displayName("/", Platform::macOS, home), QStringLiteral("Macintosh HD"));
         QCOMPARE(Fmt::displayName(home, Platform::macOS, home), QStringLiteral("Home"));
-        QCOMPARE(Fmt::displayName("/Users/sample/Movies", Platform::macOS, home), QStringLiteral("Movies"));
         QCOMPARE(Fmt::displayName("/Volumes/Backup", Platform::linux, home), QStringLiteral("Backup"));
         QCOMPARE(Fmt::displayName("/x/caf\xe9", Platform::linux, home), QStringLiteral("caf\ufffd"));
         // The running system's own home.
