@@ -169,7 +169,6 @@ private slots:
         f.model.toggle(0);
         QCOMPARE(toasts.size(), 1);
         QVERIFY(f.state.toast()->message.startsWith(u"“usr” stays: "_qs));
-        QCOMPARE(f.state.toast()->symbol, u"lock.fill"_qs);
         QVERIFY(f.state.queue()->isEmpty());
         QVERIFY(f.model.data(f.model.index(0), SpaceModel::LockedRole).toBool());
         // Space on the hovered tile goes to the queue directly.
