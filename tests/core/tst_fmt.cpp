@@ -48,7 +48,6 @@ private slots:
         QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
         QCOMPARE(Fmt::bytes(1234567), QStringLiteral("1,2 MB"));
         QCOMPARE(Fmt::bytes(1234567890), QStringLiteral("1,23 GB"));
-        QCOMPARE(Fmt::bytes(3000), QStringLiteral("3 kB"));
     }
 
     // Durations and percentages, the number as given.
@@ -92,7 +91,6 @@ private slots:
         QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
         QCOMPARE(Fmt::displayName("/", Platform::macOS, home), QStringLiteral("Macintosh HD"));
         QCOMPARE(Fmt::displayName(home, Platform::macOS, home), QStringLiteral("Home"));
-        QCOMPARE(Fmt::displayName("/Users/sample/Movies", Platform::macOS, home), QStringLiteral("Movies"));
         QCOMPARE(Fmt::displayName("/Volumes/Backup", Platform::linux, home), QStringLiteral("Backup"));
         QCOMPARE(Fmt::displayName("/x/caf\xe9", Platform::linux, home), QStringLiteral("caf\ufffd"));
         // The running system's own home.

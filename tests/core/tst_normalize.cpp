@@ -19,11 +19,9 @@ private slots:
         QTest::newRow("empty") << QByteArray() << QByteArray("/");
         QTest::newRow("root") << QByteArray("/") << QByteArray("/");
         QTest::newRow("slashes only") << QByteArray("///") << QByteArray("/");
-        QTest::newRow("canonical") << QByteArray("/usr/bin/ls") << QByteArray("/usr/bin/ls");
         QTest::newRow("trailing slash") << QByteArray("/a/b/") << QByteArray("/a/b");
         QTest::newRow("doubled slashes") << QByteArray("//a///b//") << QByteArray("/a/b");
         QTest::newRow("dot") << QByteArray("/a/./b/.") << QByteArray("/a/b");
-        QTest::newRow("dot dot") << QByteArray("/usr/../usr/bin/./ls/") << QByteArray("/usr/bin/ls");
         QTest::newRow("dot dot at the end") << QByteArray("/a/b/..") << QByteArray("/a");
         QTest::newRow("dot dot above root") << QByteArray("/../../a/..") << QByteArray("/");
         QTest::newRow("three dots are a name") << QByteArray("/a/.../b") << QByteArray("/a/.../b");

@@ -78,17 +78,15 @@ private slots:
     }
     void cleanupTestCase() { Prefs::useFile({}); }
 
+    // The welcome picture itself is TestTiles' business.
     void welcomeBeforeAnyScan()
     {
         AppState state;
         SpaceModel model;
         model.setState(&state);
         QCOMPARE(model.mode(), SpaceView::Mode::welcome);
-        QCOMPARE(model.rowCount(), 24);
         QVERIFY(model.data(model.index(2), SpaceModel::IsPlaceholderRole).toBool());
-        QCOMPARE(model.data(model.index(2), SpaceModel::ConditionRole).toString(), u"bloated"_qs);
-        QVERIFY(!model.emptyVisible());
-        QVERIFY(!model.smallRowVisible());
+        QVERIFY(!model.emptyVisible() && !model.smallRowVisible());
     }
 
     void plainClickEntersDoubleClickOnlyOnce()
@@ -108,7 +106,7 @@ private slots:
         f.model.tap(f.row(u"deeper"_qs), Qt::NoModifier, 2, true);
         QCOMPARE(f.model.stack().size(), size_t(1));
 
-        // Two single clicks 0.2 s apart: only the first goes in.
+        // A click just after another navigation is held back.
         f.model.goBack(1, false);
         QVERIFY(f.model.stack().empty());
         f.clock += 0.05;
@@ -117,10 +115,7 @@ private slots:
         f.clock += 0.4;
         f.model.tap(f.row(u"photos"_qs), Qt::NoModifier, 1, true);
         QCOMPARE(f.model.stack().size(), size_t(1));
-        f.clock += 0.2;
-        f.model.tap(f.row(u"deeper"_qs), Qt::NoModifier, 1, true);
-        QCOMPARE(f.model.stack().size(), size_t(1));
-        f.clock += 0.2;
+        f.clock += 0.4; // the timings themselves are NavigationGuard's, in TestTileText
         f.model.tap(f.row(u"deeper"_qs), Qt::NoModifier, 1, true);
         QCOMPARE(f.model.stack().size(), size_t(2));
 
@@ -174,7 +169,6 @@ private slots:
         f.model.toggle(0);
         QCOMPARE(toasts.size(), 1);
         QVERIFY(f.state.toast()->message.startsWith(u"“usr” stays: "_qs));
-        QCOMPARE(f.state.toast()->symbol, u"lock.fill"_qs);
         QVERIFY(f.state.queue()->isEmpty());
         QVERIFY(f.model.data(f.model.index(0), SpaceModel::LockedRole).toBool());
         // Space on the hovered tile goes to the queue directly.
@@ -234,12 +228,7 @@ private slots:
 
     void layoutPersists()
     {
-        {
-            SpaceModel model;
-            QCOMPARE(model.layout(), ExplorerLayout(ExplorerLayout::icons));
-            model.setLayoutText(u"list"_qs);
-        }
-        QCOMPARE(Prefs::text(Prefs::spaceLayout), u"list"_qs);
+        SpaceModel().setLayoutText(u"list"_qs);
         SpaceModel again;
         QCOMPARE(again.layout(), ExplorerLayout(ExplorerLayout::list));
         Prefs::setValue(Prefs::spaceLayout, u"garbage"_qs);

@@ -16,21 +16,29 @@ class AppearanceTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void environmentAppearance_data()
+    // SORVEL_APPEARANCE ("flag": no) and SORVEL_REDUCE_MOTION ("flag": yes).
+    void environmentValues_data()
     {
+        QTest::addColumn<bool>("flag");
         QTest::addColumn<QByteArray>("value");
-        QTest::addColumn<int>("expected"); // -1 none, 0 light, 1 dark
-        QTest::newRow("dark") << QByteArray("dark") << 1;
-        QTest::newRow("light, upper case, blanks") << QByteArray(" Light ") << 0;
-        QTest::newRow("empty") << QByteArray() << -1;
-        QTest::newRow("other") << QByteArray("auto") << -1;
+        QTest::addColumn<int>("expected"); // -1 none, 0 light or off, 1 dark or on
+        QTest::newRow("dark") << false << QByteArray("dark") << 1;
+        QTest::newRow("light, upper case, blanks") << false << QByteArray(" Light ") << 0;
+        QTest::newRow("unset") << false << QByteArray() << -1;
+        QTest::newRow("other") << false << QByteArray("auto") << -1;
+        QTest::newRow("1") << true << QByteArray("1") << 1;
+        QTest::newRow("true") << true << QByteArray("TRUE") << 1;
+        QTest::newRow("0") << true << QByteArray("0") << 0;
+        QTest::newRow("flag unset") << true << QByteArray() << -1;
+        QTest::newRow("garbage") << true << QByteArray("maybe") << -1;
     }
 
-    void environmentAppearance()
+    void environmentValues()
     {
+        QFETCH(bool, flag);
         QFETCH(QByteArray, value);
         QFETCH(int, expected);
-        const auto result = Appearance::darkFromEnvironment(value);
+        const auto result = flag ? Appearance::flagFromEnvironment(value) : Appearance::darkFromEnvironment(value);
         QCOMPARE(result ? int(*result) : -1, expected);
     }
 
@@ -38,27 +46,7 @@ private Q_SLOTS:
     {
         QCOMPARE(Appearance::darkFromColorScheme(1), std::optional<bool>(true));
         QCOMPARE(Appearance::darkFromColorScheme(2), std::optional<bool>(false));
-        QCOMPARE(Appearance::darkFromColorScheme(0), std::nullopt);
         QCOMPARE(Appearance::darkFromColorScheme(7), std::nullopt);
-    }
-
-    void flags_data()
-    {
-        QTest::addColumn<QByteArray>("value");
-        QTest::addColumn<int>("expected");
-        QTest::newRow("1") << QByteArray("1") << 1;
-        QTest::newRow("true") << QByteArray("TRUE") << 1;
-        QTest::newRow("0") << QByteArray("0") << 0;
-        QTest::newRow("unset") << QByteArray() << -1;
-        QTest::newRow("garbage") << QByteArray("maybe") << -1;
-    }
-
-    void flags()
-    {
-        QFETCH(QByteArray, value);
-        QFETCH(int, expected);
-        const auto result = Appearance::flagFromEnvironment(value);
-        QCOMPARE(result ? int(*result) : -1, expected);
     }
 
     void kdeGlobals_data()

