@@ -2,6 +2,8 @@
 
 #include "core/Fmt.h"
 #include "core/Paths.h"
+#include "core/Platform.h"
+#include "core/TrashFolders.h"
 #include "duplicates/DuplicateEngine.h"
 #include "duplicates/DuplicatesModel.h"
 #include "scan/DiskScanner.h"
@@ -78,11 +80,14 @@ private:
 
 void usage(QTextStream &stream)
 {
-    stream << "Usage: sorvel twins PATH [--min-size BYTES] [--json]\n\n"
+    stream << "Usage: sorvel twins PATH [--min-size BYTES] [--all] [--json]\n\n"
               "Finds files with identical contents below PATH. Files of equal size are compared\n"
-              "by samples first, then proven identical by a SHA-256 of their whole contents.\n\n"
+              "by samples first, then proven identical by a SHA-256 of their whole contents.\n"
+              "Files in your Trash and inside .git folders are left out: copies kept there\n"
+              "on purpose.\n\n"
               "Options:\n"
               "  --min-size BYTES  Only files that take at least this much disk space (default 1).\n"
+              "  --all             Compare the files in the Trash and inside .git folders too.\n"
               "  --json            Print the groups as JSON.\n";
     stream.flush();
 }
@@ -191,6 +196,7 @@ int duplicates(const QByteArrayList &args)
     QByteArray path;
     qint64 minSize = 1;
     bool json = false;
+    bool all = false;
     for (qsizetype i = 0; i < args.size(); ++i) {
         const QByteArray &arg = args[i];
         if (arg == "-h" || arg == "--help") {
@@ -199,6 +205,8 @@ int duplicates(const QByteArrayList &args)
         }
         if (arg == "--json") {
             json = true;
+        } else if (arg == "--all") {
+            all = true;
         } else if (arg == "--min-size" || arg.startsWith("--min-size=")) {
             QByteArray value;
             if (arg.contains('='))
@@ -264,7 +272,11 @@ int duplicates(const QByteArrayList &args)
         return 1;
     }
 
-    const std::vector<FileItem> files = DuplicatesModel::candidates(result->files, minSize);
+    const std::vector<FileItem> files =
+        all ? DuplicatesModel::candidates(result->files, minSize)
+            : DuplicatesModel::candidates(result->files, minSize,
+                                          TrashFolders::ofUser(Platform::homeDirectory(), TrashFolders::mountPoints()),
+                                          true);
     DuplicateEngine::Unreadable unreadable;
     const auto groups = DuplicateEngine::find(
         files, token,

@@ -2,7 +2,10 @@
 
 #include "core/Fmt.h"
 #include "core/Paths.h"
+#include "core/Platform.h"
+#include "core/TrashFolders.h"
 #include "deepclean/JunkLocation.h"
+#include "scan/DiskScanner.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -14,7 +17,8 @@ const char *const help = R"(Usage: sorvel junk [--json] [--contents ID]
 
 Measures the Deep Clean locations of this system for the current user and lists
 those worth showing, with their size, item count and whether all of it could be
-read. With --contents ID, lists what that location holds, largest first.
+read, and then what the Trash holds. With --contents ID, lists what that location
+holds, largest first.
 )";
 
 QJsonObject usageJson(const DiskUsage &u)
@@ -105,13 +109,27 @@ int run(const QByteArrayList &args)
             << (l.risk == JunkLocation::Risk::caution ? "  (look first)" : "")
             << (usage.readable ? "" : "  (partly unreadable)") << "  [" << l.id << "]\n";
     }
-    if (json) {
-        out << QJsonDocument(QJsonObject{{QStringLiteral("locations"), array}}).toJson(QJsonDocument::Indented);
-    } else if (shown == 0) {
-        out << "Nothing to clean in the known places.\n";
-    } else {
-        out << Fmt::bytes(total).rightJustified(10) << "  in all\n";
+    // The Trash: the home one and this user's on every mounted volume.
+    DiskUsage trash{0, 0, false, true};
+    for (const QByteArray &folder : TrashFolders::ofUser(Platform::homeDirectory(), TrashFolders::mountPoints())) {
+        const DiskUsage usage = DiskScanner::usage(folder);
+        trash.size += usage.size;
+        trash.items += usage.items;
+        trash.exists = trash.exists || usage.exists;
+        trash.readable = trash.readable && (usage.readable || !usage.exists);
     }
+    if (json) {
+        out << QJsonDocument(
+                   QJsonObject{{QStringLiteral("locations"), array}, {QStringLiteral("trash"), usageJson(trash)}})
+                   .toJson(QJsonDocument::Indented);
+        return 0;
+    }
+    if (shown == 0)
+        out << "Nothing to clean in the known places.\n";
+    else
+        out << Fmt::bytes(total).rightJustified(10) << "  in all\n";
+    out << Fmt::bytes(trash.size).rightJustified(10) << "  already in the Trash (" << trash.items << " items)"
+        << (trash.readable ? "" : "  (partly unreadable)") << '\n';
     return 0;
 }
 

@@ -8,6 +8,9 @@
 #include <QDir>
 #include <QFile>
 
+#include <cerrno>
+#include <cstring>
+
 #include <sys/stat.h>
 
 // sorvel risk PATH...: the verdict the application would show for each path.
@@ -26,12 +29,14 @@ int risk(const QByteArrayList &args)
                   "The risk is judged by the path's text, which need not exist. The guard also\n"
                   "judges where the path really leads (its folder resolved through every link,\n"
                   "the last name never followed) and says which of the two it refused.\n"
-                  "A relative path is taken from the current folder.\n";
+                  "A relative path is taken from the current folder. A path that does not\n"
+                  "exist is judged all the same and said to be missing; the status is then 1.\n";
         return args.isEmpty() ? 2 : 0;
     }
 
     const QByteArray cwd = QFile::encodeName(QDir::currentPath());
     bool first = true;
+    bool missing = false;
     for (const QByteArray &arg : args) {
         if (arg.isEmpty()) {
             Commands::err() << tr("sorvel risk: an empty argument names no path") << '\n';
@@ -42,7 +47,9 @@ int risk(const QByteArrayList &args)
         const QByteArray path = SafetyProfile::standard().normalize(given);
         // The one fact the catalogue takes from the caller that we can know here.
         struct stat st {};
-        const bool isDirectory = ::lstat(path.constData(), &st) == 0 && S_ISDIR(st.st_mode);
+        const bool exists = ::lstat(path.constData(), &st) == 0;
+        const int lookError = exists ? 0 : errno;
+        const bool isDirectory = exists && S_ISDIR(st.st_mode);
         const Risk verdict = RiskCatalog::assess(path, isDirectory, false);
         const SafetyGuard::Verdict last = SafetyGuard::lastWord(given);
 
@@ -50,6 +57,12 @@ int risk(const QByteArrayList &args)
             out << '\n';
         first = false;
         out << Paths::toDisplay(path) << '\n';
+        if (!exists) {
+            missing = true;
+            const bool absent = lookError == ENOENT || lookError == ENOTDIR;
+            out << "  " << (absent ? tr("does not exist") : tr("cannot be looked at")) << ": "
+                << QString::fromLocal8Bit(std::strerror(lookError)) << '\n';
+        }
         if (!last.realPlace.isEmpty() && last.realPlace != path)
             out << "  " << tr("leads to") << ": " << Paths::toDisplay(last.realPlace) << '\n';
         out << "  " << verdict.level.name();
@@ -62,7 +75,7 @@ int risk(const QByteArrayList &args)
         else if (last.refusedBy == SafetyGuard::Verdict::Form::realPlace)
             out << "  " << tr("protected (where it really leads)") << ": " << last.reason << '\n';
     }
-    return 0;
+    return missing ? 1 : 0;
 }
 
 } // namespace

@@ -3,10 +3,14 @@
 #include "DuplicateEngine.h"
 
 #include "core/Paths.h"
+#include "core/Platform.h"
+#include "core/Xdg.h"
 
 #include <QCoreApplication>
 #include <QPointer>
 #include <QThreadPool>
+
+#include <algorithm>
 
 DuplicatesModel::DuplicatesModel(QObject *parent) : QObject(parent) {}
 
@@ -26,12 +30,19 @@ qint64 DuplicatesModel::reclaimable() const
     return sum;
 }
 
-std::vector<FileItem> DuplicatesModel::candidates(const std::vector<FileItem> &files, qint64 minSize)
+std::vector<FileItem> DuplicatesModel::candidates(const std::vector<FileItem> &files, qint64 minSize,
+                                                  const QByteArrayList &leftOut, bool leaveOutGitInsides)
 {
     std::vector<FileItem> chosen;
     for (const FileItem &file : files) {
-        if (!file.isPackage && file.size >= minSize && file.logicalSize > 0)
-            chosen.push_back(file);
+        if (file.isPackage || file.size < minSize || file.logicalSize <= 0)
+            continue;
+        if (leaveOutGitInsides && file.path.contains("/.git/"))
+            continue;
+        if (std::any_of(leftOut.begin(), leftOut.end(),
+                        [&](const QByteArray &folder) { return Paths::isWithin(file.path, folder); }))
+            continue;
+        chosen.push_back(file);
     }
     return chosen;
 }
@@ -39,7 +50,9 @@ std::vector<FileItem> DuplicatesModel::candidates(const std::vector<FileItem> &f
 void DuplicatesModel::run(const std::vector<FileItem> &files, qint64 minSize)
 {
     cancel();
-    std::vector<FileItem> chosen = candidates(files, minSize);
+    // Copies in the Trash and inside Git repositories are kept there on purpose.
+    std::vector<FileItem> chosen =
+        candidates(files, minSize, {Xdg::dataHome(Platform::homeDirectory()) + "/Trash"}, true);
 
     const CancelTokenPtr token = makeCancelToken();
     m_token = token;

@@ -59,8 +59,11 @@ public:
     qint64 reclaimable() const;
 
     // The files a search looks at, in their order: at least `minSize` allocated
-    // bytes, some content, and no package.
-    static std::vector<FileItem> candidates(const std::vector<FileItem> &files, qint64 minSize);
+    // bytes, some content, and no package. Files inside `leftOut` (the Trash,
+    // say) are not looked at, nor, with `leaveOutGitInsides`, the object store
+    // and other insides of Git repositories: copies kept there on purpose.
+    static std::vector<FileItem> candidates(const std::vector<FileItem> &files, qint64 minSize,
+                                            const QByteArrayList &leftOut = {}, bool leaveOutGitInsides = false);
 
     // Starts a search among the files of at least `minSize` allocated bytes that
     // have content and are no package, cancelling any run in progress. The old

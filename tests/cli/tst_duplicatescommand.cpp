@@ -1,9 +1,11 @@
 #include "Cli.h"
+#include "ScopedEnv.h"
 #include "TestMain.h"
 
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -105,6 +107,26 @@ private slots:
         const CliOutcome exact = runDuplicates(
             {m_dir.path(), QStringLiteral("--min-size=") + QString::number(m_allocated), QStringLiteral("--json")});
         QCOMPARE(QJsonDocument::fromJson(exact.out).object().value(QStringLiteral("groups")).toArray().size(), 1);
+    }
+
+    // Copies in the Trash and inside .git are kept there on purpose: left out
+    // unless --all asks for them.
+    void keptCopiesLeftOut()
+    {
+        QTemporaryDir root;
+        ScopedEnv data("XDG_DATA_HOME", QFile::encodeName(root.filePath(QStringLiteral("share"))));
+        const QByteArray copy = content(50000, 3);
+        for (const char *name : {"work/a", "work/b", "repo/.git/objects/aa/b0", "share/Trash/files/c"}) {
+            QDir(root.path()).mkpath(QFileInfo(root.filePath(QLatin1String(name))).path());
+            write(root.filePath(QLatin1String(name)), copy, 1690000000);
+        }
+        const auto copies = [](const CliOutcome &run) {
+            const QJsonArray groups =
+                QJsonDocument::fromJson(run.out).object().value(QStringLiteral("groups")).toArray();
+            return groups.isEmpty() ? 0 : groups.first().toObject().value(QStringLiteral("copies")).toInt();
+        };
+        QCOMPARE(copies(runDuplicates({root.path(), QStringLiteral("--json")})), 2);
+        QCOMPARE(copies(runDuplicates({root.path(), QStringLiteral("--json"), QStringLiteral("--all")})), 4);
     }
 
     // A root that can't be listed, is missing or is a file fails as `sorvel scan` does.

@@ -24,11 +24,14 @@ private slots:
         const QString home = QFile::decodeName(TestMain::home());
         std::unique_ptr<QProcess> process(run({QStringLiteral("risk"), home + QStringLiteral("/.ssh/id_rsa"),
                                                QStringLiteral("~/Downloads/x.iso"), QStringLiteral("/usr/bin/ls")}));
+        // The first two are missing: judged all the same, said so, and the status tells.
         QCOMPARE(process->exitStatus(), QProcess::NormalExit);
-        QCOMPARE(process->exitCode(), 0);
+        QCOMPARE(process->exitCode(), 1);
         const QString out = QString::fromUtf8(process->readAllStandardOutput());
         const QStringList blocks = out.trimmed().split(QStringLiteral("\n\n"));
         QCOMPARE(blocks.size(), 3);
+        QVERIFY2(blocks[1].contains(QLatin1String("does not exist: ")), qPrintable(out));
+        QVERIFY2(!blocks[2].contains(QLatin1String("does not exist")), qPrintable(out));
 
         QVERIFY2(blocks[0].startsWith(home + QStringLiteral("/.ssh/id_rsa\n")), qPrintable(out));
         QVERIFY2(blocks[0].contains(QLatin1String("locked: Kept")), qPrintable(out));
@@ -84,8 +87,10 @@ private slots:
     void defaultVerdictAndUsage()
     {
         std::unique_ptr<QProcess> plain(run({QStringLiteral("risk"), QStringLiteral("/tmp/sorvel-nothing-here.txt")}));
-        QCOMPARE(plain->exitCode(), 0);
-        QVERIFY(plain->readAllStandardOutput().contains("normal: nothing special is known"));
+        QCOMPARE(plain->exitCode(), 1);
+        const QByteArray said = plain->readAllStandardOutput();
+        QVERIFY(said.contains("normal: nothing special is known"));
+        QVERIFY(said.contains("does not exist: "));
 
         std::unique_ptr<QProcess> bare(run({QStringLiteral("risk")}));
         QCOMPARE(bare->exitCode(), 2);
