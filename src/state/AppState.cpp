@@ -19,10 +19,32 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
 double now() { return double(QDateTime::currentMSecsSinceEpoch()) / 1000.0; }
+
+// The system's words for why a folder could not be walked; empty when it looks
+// fine now.
+QString whyUnscannable(const QByteArray &path)
+{
+    struct stat st {};
+    if (::stat(path.constData(), &st) != 0)
+        return QString::fromLocal8Bit(std::strerror(errno));
+    if (!S_ISDIR(st.st_mode))
+        return QString::fromLocal8Bit(std::strerror(ENOTDIR));
+    const int fd = ::open(path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0)
+        return QString::fromLocal8Bit(std::strerror(errno));
+    ::close(fd);
+    return {};
+}
 
 QByteArrayList processArguments()
 {
@@ -203,8 +225,16 @@ void AppState::handleSectionArgument()
     const qsizetype at = m_arguments.indexOf("-section");
     if (at < 0 || at + 1 >= m_arguments.size())
         return;
-    if (const auto item = SidebarItem::fromRawValue(QString::fromUtf8(m_arguments.at(at + 1))))
+    const QString raw = QString::fromUtf8(m_arguments.at(at + 1));
+    if (const auto item = SidebarItem::fromRawValue(raw)) {
         setSection(item);
+        return;
+    }
+    QStringList known;
+    for (const SidebarItem item : SidebarItem::allCases)
+        known << item.rawValue();
+    qWarning().noquote()
+        << tr("Unknown section \"%1\" after -section; the sections are %2.").arg(raw, known.join(QStringLiteral(", ")));
 }
 
 // -- Scanning -----------------------------------------------------------------
@@ -258,13 +288,16 @@ void AppState::scan(const QByteArray &path)
                     Qt::QueuedConnection);
             };
             ScanResultPtr result = walk ? walk(target, options, firstID, token, publish) : ScanResultPtr();
+            const QString reason = result || token->isCancelled() ? QString() : whyUnscannable(target);
             QMetaObject::invokeMethod(
-                this, [this, token, result, target] { finishScan(token, result, target); }, Qt::QueuedConnection);
+                this, [this, token, result, target, reason] { finishScan(token, result, target, reason); },
+                Qt::QueuedConnection);
         },
         QThread::HighPriority);
 }
 
-void AppState::finishScan(const CancelTokenPtr &token, const ScanResultPtr &result, const QByteArray &target)
+void AppState::finishScan(const CancelTokenPtr &token, const ScanResultPtr &result, const QByteArray &target,
+                          const QString &reason)
 {
     // A cancelled or replaced scan leaves no trace.
     if (!m_scanToken || m_scanToken != token)
@@ -273,8 +306,15 @@ void AppState::finishScan(const CancelTokenPtr &token, const ScanResultPtr &resu
     assign(m_isScanning, false, &AppState::isScanningChanged);
 
     if (!result) {
-        if (!token->isCancelled())
-            setErrorMessage(tr("Couldn't scan %1.").arg(Paths::abbreviateHome(target)));
+        // The folder shown stays, and so does what offers to scan it again; the
+        // one that failed is no recent target.
+        assign(m_scanTarget, m_result && m_result->root ? m_result->root->name : QByteArray(),
+               &AppState::scanTargetChanged);
+        if (!token->isCancelled()) {
+            removeRecent(target);
+            setErrorMessage(reason.isEmpty() ? tr("Couldn't scan %1.").arg(Paths::abbreviateHome(target))
+                                             : tr("Couldn't scan %1: %2").arg(Paths::abbreviateHome(target), reason));
+        }
     } else {
         showResult(target, result);
         if (result->unreadableCount > 0)
@@ -320,6 +360,14 @@ void AppState::addRecent(const QByteArray &path)
     recents.prepend(path);
     while (recents.size() > 6)
         recents.removeLast();
+    if (assign(m_recents, recents, &AppState::recentsChanged))
+        Prefs::setList(Prefs::recentTargets, recentsText());
+}
+
+void AppState::removeRecent(const QByteArray &path)
+{
+    QByteArrayList recents = m_recents;
+    recents.removeIf([&path](const QByteArray &entry) { return Paths::equal(entry, path); });
     if (assign(m_recents, recents, &AppState::recentsChanged))
         Prefs::setList(Prefs::recentTargets, recentsText());
 }

@@ -203,6 +203,8 @@ public:
     Q_INVOKABLE void checkFullDiskAccess();
     // Puts `path` at the front of the recent targets, six at most, and stores them.
     void addRecent(const QByteArray &path);
+    // Takes `path` out of the recent targets, and stores them.
+    void removeRecent(const QByteArray &path);
     // Shows `result` as the scan of `target`: a fresh revision, no category or
     // folder focus.
     void showResult(const QByteArray &target, const ScanResultPtr &result);
@@ -248,7 +250,8 @@ private:
         return true;
     }
 
-    void finishScan(const CancelTokenPtr &token, const ScanResultPtr &result, const QByteArray &target);
+    void finishScan(const CancelTokenPtr &token, const ScanResultPtr &result, const QByteArray &target,
+                    const QString &reason);
     void handleSectionArgument();
     void finishEmptyTrash(qint64 freed, qint64 failed, const QString &problem);
 
