@@ -100,6 +100,11 @@ T.Popup {
             shortcut: menu.commands.settingsShortcut
             onActivated: menu.commands.openSettings()
         }
+        Entry {
+            text: qsTr("Quit Sorvel Cleaner")
+            shortcut: "Ctrl+Q"
+            onActivated: Qt.quit()
+        }
         Divider {}
         Repeater {
             model: Shell.goEntries

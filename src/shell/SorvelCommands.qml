@@ -68,6 +68,11 @@ Item {
         sequence: "Ctrl+,"
         onActivated: commands.openSettings()
     }
+    // Quits even while the tray keeps the application without a window.
+    Shortcut {
+        sequence: "Ctrl+Q"
+        onActivated: Qt.quit()
+    }
     SettingsView {
         id: settingsWindow
 
