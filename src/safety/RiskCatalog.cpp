@@ -330,8 +330,9 @@ Risk assess(QByteArrayView path, bool isDirectory, bool isBuildOutput, std::opti
     if (name == "docker.raw" || name == "docker.qcow2")
         return dockerDiskVerdict.risk();
 
-    // 10: a repository, for folders only.
-    if (isDirectory && isGitRepository(p))
+    // 10: a repository, for folders only; its .git folder and everything in it
+    // are the repository's history itself.
+    if ((isDirectory && isGitRepository(p)) || name == ".git" || key.contains("/.git/"))
         return gitVerdict.risk();
 
     // 11: installers left in Downloads.

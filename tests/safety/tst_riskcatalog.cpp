@@ -209,6 +209,11 @@ private slots:
         QCOMPARE(title(base + "/plain", true), QString());
         QCOMPARE(title(base + "/plain/sub/..", true), QString());
         QCOMPARE(title(base + "/repo", false), QString()); // files are never asked
+        // The history itself, and anything in it, is the repository's.
+        QCOMPARE(title(base + "/repo/.git", true), QStringLiteral("Git repository"));
+        QCOMPARE(title(base + "/repo/.git/objects/pack/p.pack", false), QStringLiteral("Git repository"));
+        QCOMPARE(title(base + "/worktree/.git", false), QStringLiteral("Git repository"));
+        QCOMPARE(title(base + "/plain/.github/ci.yml", false), QString());
         QCOMPARE(title(base + "/missing", true), QString());
         QCOMPARE(RiskCatalog::assess(base + "/repo", true, true, std::nullopt, mac()).title,
                  QStringLiteral("Build output"));
