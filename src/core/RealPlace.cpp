@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -296,4 +297,23 @@ int RealPlace::statItem(struct stat &st) const
     if (m_name.isEmpty())
         return ::fstat(m_fd, &st) == 0 ? 0 : errno;
     return ::fstatat(m_fd, m_name.constData(), &st, AT_SYMLINK_NOFOLLOW) == 0 ? 0 : errno;
+}
+
+QByteArrayList RealPlace::listNames() const
+{
+    QByteArrayList names;
+    const int fd = ::openat(m_fd, m_name.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    DIR *dir = fd >= 0 ? ::fdopendir(fd) : nullptr;
+    if (!dir) {
+        if (fd >= 0)
+            ::close(fd);
+        return names;
+    }
+    while (const dirent *entry = ::readdir(dir)) {
+        const char *n = entry->d_name;
+        if (!(n[0] == '.' && (n[1] == '\0' || (n[1] == '.' && n[2] == '\0'))))
+            names.append(QByteArray(n));
+    }
+    ::closedir(dir);
+    return names;
 }

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayList>
 #include <QByteArrayView>
 
 #include <sys/stat.h>
@@ -50,6 +51,10 @@ public:
 
     int parentFd() const { return m_fd; }
     const struct stat &parentStat() const { return m_parentStat; }
+
+    // The names inside the item, a folder opened without following a link ("."
+    // and ".." left out); empty when it cannot be read.
+    QByteArrayList listNames() const;
 
     // lstat of the item itself, relative to the parent; 0 or errno.
     int statItem(struct stat &st) const;

@@ -27,27 +27,6 @@ bool isFolder(const RealPlace &place)
     return place.statItem(st) == 0 && S_ISDIR(st.st_mode);
 }
 
-// The names inside the folder a place names, opened without following a link.
-QByteArrayList listNames(const RealPlace &place)
-{
-    QByteArrayList names;
-    const int fd =
-        ::openat(place.parentFd(), place.name().constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    DIR *dir = fd >= 0 ? ::fdopendir(fd) : nullptr;
-    if (!dir) {
-        if (fd >= 0)
-            ::close(fd);
-        return names;
-    }
-    while (const dirent *entry = ::readdir(dir)) {
-        const char *n = entry->d_name;
-        if (!(n[0] == '.' && (n[1] == '\0' || (n[1] == '.' && n[2] == '\0'))))
-            names.append(QByteArray(n));
-    }
-    ::closedir(dir);
-    return names;
-}
-
 // The failure of an errno, in words where the system's would mislead.
 QString describe(int error)
 {
@@ -110,7 +89,7 @@ private:
 
     void clearInside(const QByteArray &path, const RealPlace &folder, int depth)
     {
-        for (const QByteArray &name : listNames(folder)) {
+        for (const QByteArray &name : folder.listNames()) {
             const QByteArray child = Paths::join(path, name);
             // Each child is an item of its own now, and meets the guard.
             const RealPlace place = folder.child(name);

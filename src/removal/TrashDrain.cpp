@@ -7,7 +7,6 @@
 
 #include <cerrno>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -28,28 +27,6 @@ int checkFolder(const RealPlace &place)
     if (!S_ISDIR(st.st_mode))
         return ENOTDIR;
     return place.isMountPoint() ? EXDEV : 0;
-}
-
-// The names inside the folder a place names, opened without following a link;
-// empty when it cannot be read.
-QByteArrayList listNames(const RealPlace &place)
-{
-    QByteArrayList names;
-    const int fd =
-        ::openat(place.parentFd(), place.name().constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    DIR *dir = fd >= 0 ? ::fdopendir(fd) : nullptr;
-    if (!dir) {
-        if (fd >= 0)
-            ::close(fd);
-        return names;
-    }
-    while (const dirent *entry = ::readdir(dir)) {
-        const char *n = entry->d_name;
-        if (!(n[0] == '.' && (n[1] == '\0' || (n[1] == '.' && n[2] == '\0'))))
-            names.append(QByteArray(n));
-    }
-    ::closedir(dir);
-    return names;
 }
 
 class Drain
@@ -86,7 +63,7 @@ private:
         }
         QSet<QByteArray> inFiles, stayed;
         if (!filesError) {
-            for (const QByteArray &name : listNames(files)) {
+            for (const QByteArray &name : files.listNames()) {
                 inFiles.insert(name);
                 if (remove(files.child(name)))
                     ++m_outcome.removed;
@@ -102,7 +79,7 @@ private:
         if (infoError && infoError != ENOENT)
             fail(infoError);
         if (!infoError) {
-            for (const QByteArray &name : listNames(info)) {
+            for (const QByteArray &name : info.listNames()) {
                 const QByteArray item = name.endsWith(infoSuffix) ? name.chopped(infoSuffix.size()) : QByteArray();
                 if (!item.isEmpty() && stayed.contains(item))
                     continue;
