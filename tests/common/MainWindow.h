@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ScopedEnv.h"
+
 #include <QDir>
 #include <QFile>
 #include <QImage>
@@ -69,4 +71,22 @@ private:
     QStringList m_warnings;
     QQmlApplicationEngine m_engine;
     QQuickWindow *m_window = nullptr;
+};
+
+// Window tests run once per appearance: addAppearanceRows() in the data
+// function, and a ShownIn for the row's appearance, with motion reduced so the
+// pictures do not catch a transition half way.
+inline void addAppearanceRows()
+{
+    QTest::addColumn<QByteArray>("appearance");
+    QTest::newRow("dark") << QByteArray("dark");
+    QTest::newRow("light") << QByteArray("light");
+}
+
+struct ShownIn {
+    explicit ShownIn(const QByteArray &appearance)
+        : look("SORVEL_APPEARANCE", appearance), motion("SORVEL_REDUCE_MOTION", "1")
+    {}
+    ScopedEnv look;
+    ScopedEnv motion;
 };

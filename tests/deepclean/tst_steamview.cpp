@@ -1,5 +1,4 @@
 #include "MainWindow.h"
-#include "ScopedEnv.h"
 #include "TestMain.h"
 
 #include "AppStateForeign.h"
@@ -53,18 +52,12 @@ private Q_SLOTS:
         Prefs::useFile(m_prefs.filePath(QStringLiteral("prefs.ini")));
     }
 
-    void area_data()
-    {
-        QTest::addColumn<QByteArray>("appearance");
-        QTest::newRow("dark") << QByteArray("dark");
-        QTest::newRow("light") << QByteArray("light");
-    }
+    void area_data() { addAppearanceRows(); }
 
     void area()
     {
         QFETCH(QByteArray, appearance);
-        ScopedEnv env("SORVEL_APPEARANCE", appearance);
-        ScopedEnv motion("SORVEL_REDUCE_MOTION", "1");
+        const ShownIn shown(appearance);
         const auto name = [&](const char *picture) {
             return QStringLiteral("deepclean-%1-%2.png").arg(QLatin1String(picture), QLatin1String(appearance));
         };

@@ -1,5 +1,4 @@
 #include "MainWindow.h"
-#include "ScopedEnv.h"
 #include "TestMain.h"
 
 #include "AppStateForeign.h"
@@ -41,19 +40,13 @@ private Q_SLOTS:
         Prefs::useFile(m_prefs.filePath(QStringLiteral("prefs.ini")));
     }
 
-    void shelves_data()
-    {
-        QTest::addColumn<QByteArray>("appearance");
-        QTest::newRow("dark") << QByteArray("dark");
-        QTest::newRow("light") << QByteArray("light");
-    }
+    void shelves_data() { addAppearanceRows(); }
 
     // With SORVEL_SCREENSHOT_DIR set, saves files-<picture>-<appearance>.png.
     void shelves()
     {
         QFETCH(QByteArray, appearance);
-        ScopedEnv env("SORVEL_APPEARANCE", appearance);
-        ScopedEnv motion("SORVEL_REDUCE_MOTION", "1");
+        const ShownIn shown(appearance);
         AppState state;
         state.setArguments({"sorvel-cleaner", "-demo"});
         state.setShowTimeScale(0);

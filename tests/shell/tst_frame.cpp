@@ -1,5 +1,4 @@
 #include "MainWindow.h"
-#include "ScopedEnv.h"
 #include "TestMain.h"
 
 #include "../state/FakeScanner.h"
@@ -49,18 +48,12 @@ private Q_SLOTS:
     // The whole window on the demo disk, in both appearances, with no QML
     // warning. With SORVEL_SCREENSHOT_DIR set it saves the frame, the scan menu
     // open, a toast and a sheet over the backdrop.
-    void window_data()
-    {
-        QTest::addColumn<QByteArray>("appearance");
-        QTest::newRow("dark") << QByteArray("dark");
-        QTest::newRow("light") << QByteArray("light");
-    }
+    void window_data() { addAppearanceRows(); }
 
     void window()
     {
         QFETCH(QByteArray, appearance);
-        ScopedEnv env("SORVEL_APPEARANCE", appearance);
-        ScopedEnv motion("SORVEL_REDUCE_MOTION", "1");
+        const ShownIn shown(appearance);
         Fixture f({"sorvel-cleaner", "-demo"});
         AppStateForeign::setInstance(&f.state);
 

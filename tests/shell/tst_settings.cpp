@@ -1,5 +1,4 @@
 #include "MainWindow.h"
-#include "ScopedEnv.h"
 #include "TestMain.h"
 
 #include "../state/FakeScanner.h"
@@ -324,18 +323,12 @@ private Q_SLOTS:
     // one; opening writes nothing; Tab reaches every control, arrows move the
     // size and Space toggles a switch; no QML warning. With
     // SORVEL_SCREENSHOT_DIR set it saves both appearances.
-    void window_data()
-    {
-        QTest::addColumn<QByteArray>("appearance");
-        QTest::newRow("dark") << QByteArray("dark");
-        QTest::newRow("light") << QByteArray("light");
-    }
+    void window_data() { addAppearanceRows(); }
 
     void window()
     {
         QFETCH(QByteArray, appearance);
-        ScopedEnv env("SORVEL_APPEARANCE", appearance);
-        ScopedEnv motion("SORVEL_REDUCE_MOTION", "1");
+        const ShownIn shown(appearance);
         TempStore store("[General]\nexcludedPaths=\"/srv/ada/Projects/old-builds\\n" + home() + "/Videos/Exports\"\n");
         const QByteArray before = store.bytes();
         AppState state;

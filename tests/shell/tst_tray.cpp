@@ -1,5 +1,4 @@
 #include "MainWindow.h"
-#include "ScopedEnv.h"
 #include "TestMain.h"
 
 #include "../state/FakeScanner.h"
@@ -112,20 +111,14 @@ private Q_SLOTS:
         QVERIFY(tray.readingText().isEmpty());
     }
 
-    void panel_data()
-    {
-        QTest::addColumn<QByteArray>("appearance");
-        QTest::newRow("dark") << QByteArray("dark");
-        QTest::newRow("light") << QByteArray("light");
-    }
+    void panel_data() { addAppearanceRows(); }
 
     // With SORVEL_SCREENSHOT_DIR set, saves tray-panel-<appearance>.png: the
     // demo's volumes and a scan under way.
     void panel()
     {
         QFETCH(QByteArray, appearance);
-        ScopedEnv env("SORVEL_APPEARANCE", appearance);
-        ScopedEnv motion("SORVEL_REDUCE_MOTION", "1");
+        const ShownIn shown(appearance);
         AppState state;
         state.setArguments({"sorvel-cleaner", "-demo"});
         FakeScanner scanner;
