@@ -44,8 +44,6 @@ void SpaceModel::setState(AppState *state)
 {
     if (m_state == state)
         return;
-    for (const auto &c : std::as_const(m_connections))
-        disconnect(c);
     m_connections.clear();
     m_state = state;
     m_header.setState(state);

@@ -20,6 +20,8 @@
 #include "TileMemo.h"
 #include "TileText.h"
 
+#include "core/Connections.h"
+
 #include <QAbstractListModel>
 #include <QHash>
 #include <QPointer>
@@ -268,5 +270,5 @@ private:
     SmallFileStore m_smallFiles;
     QSet<QByteArray> m_vanishing;
     QString m_lastFolderKey;
-    QList<QMetaObject::Connection> m_connections;
+    Connections m_connections;
 };

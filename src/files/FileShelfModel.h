@@ -9,6 +9,7 @@
 #include "ShelfPaging.h"
 
 #include "core/CancelToken.h"
+#include "core/Connections.h"
 #include "core/FileItem.h"
 
 #include <QAbstractListModel>
@@ -135,5 +136,5 @@ private:
     qint64 m_heaviest = 0;
     qint64 m_listBytes = 0;
     CancelTokenPtr m_token;
-    QList<QMetaObject::Connection> m_connections;
+    Connections m_connections;
 };

@@ -25,8 +25,6 @@ void TwinShelfModel::setState(AppState *state)
 {
     if (m_state == state)
         return;
-    for (const QMetaObject::Connection &connection : std::as_const(m_connections))
-        disconnect(connection);
     m_connections.clear();
     m_state = state;
     if (state) {

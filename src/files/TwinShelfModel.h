@@ -8,6 +8,7 @@
 #include "TwinShelves.h"
 #include "TwinSort.h"
 
+#include "core/Connections.h"
 #include "core/SizeThreshold.h"
 
 #include <QAbstractListModel>
@@ -117,5 +118,5 @@ private:
     std::vector<const DuplicateGroup *> m_shown;
     std::vector<int> m_kept; // per shown group, the index of the copy that stays
     std::vector<Row> m_rows;
-    QList<QMetaObject::Connection> m_connections;
+    Connections m_connections;
 };

@@ -14,8 +14,6 @@ TrayModel::TrayModel(QObject *parent) : QObject(parent) { setState(AppStateForei
 
 void TrayModel::setState(AppState *state)
 {
-    for (const QMetaObject::Connection &connection : std::as_const(m_connections))
-        disconnect(connection);
     m_connections.clear();
     m_state = state;
     if (state) {

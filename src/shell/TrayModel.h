@@ -2,6 +2,8 @@
 // from the application state. Lives on the GUI thread, with that state.
 #pragma once
 
+#include "core/Connections.h"
+
 #include <QList>
 #include <QObject>
 #include <QPointer>
@@ -57,5 +59,5 @@ Q_SIGNALS:
 
 private:
     QPointer<AppState> m_state;
-    QList<QMetaObject::Connection> m_connections;
+    Connections m_connections;
 };

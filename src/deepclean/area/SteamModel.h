@@ -8,6 +8,8 @@
 #include "DeepCleanFilter.h"
 #include "NameSizeSort.h"
 
+#include "core/Connections.h"
+
 #include <QObject>
 #include <QPointer>
 #include <QSet>
@@ -99,5 +101,5 @@ private:
     QVariantList m_artifacts;
     QString m_summary;
     qsizetype m_safeCount = 0;
-    QList<QMetaObject::Connection> m_connections;
+    Connections m_connections;
 };
