@@ -4,6 +4,7 @@
 #include "core/Paths.h"
 #include "core/ScanResult.h"
 #include "deepclean/JunkLocation.h"
+#include "safety/RiskCatalog.h"
 #include "safety/SafetyGuard.h"
 
 #include <QCoreApplication>
@@ -14,7 +15,7 @@
 
 namespace {
 
-QString tr(const char *text) { return QCoreApplication::translate("ReviewSheet", text); }
+QString tr(const char *text, int n = -1) { return QCoreApplication::translate("ReviewSheet", text, nullptr, n); }
 
 QString count(qsizetype n) { return QLocale().toString(qint64(n)); }
 
@@ -89,13 +90,73 @@ QList<CleanItem> locked(const QList<CleanItem> &included)
     return result;
 }
 
+Risk pathRisk(const QByteArray &path, bool isDirectory, bool isBuildOutput, std::optional<qint64> size)
+{
+    return RiskCatalog::assess(path, isDirectory, isBuildOutput, size);
+}
+
+QList<InsideDanger> dangersInside(const QList<CleanItem> &included, const ScanResult *result,
+                                  const PathRiskFunction &risk)
+{
+    QList<InsideDanger> found;
+    if (!result)
+        return found;
+    for (const CleanItem &item : included) {
+        if (item.isJunk() || item.kind == CleanItem::Kind::file || isLocked(item) ||
+            itemRisk(item).level == Risk::Level::danger)
+            continue;
+        const DirNodePtr top = result->node(item.id);
+        if (!top)
+            continue;
+        int kept = 0;
+        // Depth first with an explicit stack (a tree may be deeper than the
+        // call stack); children go on in reverse so the walk reads in order.
+        std::vector<std::pair<DirNodePtr, QByteArray>> stack{{top, top->path()}};
+        while (!stack.empty() && kept < insideLimit) {
+            auto [node, path] = std::move(stack.back());
+            stack.pop_back();
+            for (const FileItem &file : node->files) {
+                const QByteArray filePath = Paths::join(path, file.name);
+                const Risk verdict = risk(filePath, false, false, file.size);
+                if (verdict.level == Risk::Level::danger && kept < insideLimit) {
+                    found << InsideDanger{item.id, item.name, filePath, verdict};
+                    ++kept;
+                }
+            }
+            for (auto child = node->children.rbegin(); child != node->children.rend(); ++child) {
+                if (!(*child)->artifactKind.isEmpty())
+                    continue;
+                QByteArray childPath = Paths::join(path, (*child)->name);
+                const Risk verdict = risk(childPath, true, false, std::nullopt);
+                if (verdict.level == Risk::Level::danger) {
+                    if (kept < insideLimit) {
+                        found << InsideDanger{item.id, item.name, childPath, verdict};
+                        ++kept;
+                    }
+                    continue;
+                }
+                stack.emplace_back(*child, std::move(childPath));
+            }
+        }
+    }
+    return found;
+}
+
 DangerBanner dangerBanner(const QList<CleanItem> &dangers, const RiskFunction &risk)
 {
+    return dangerBanner(dangers, {}, risk);
+}
+
+DangerBanner dangerBanner(const QList<CleanItem> &dangers, const QList<InsideDanger> &inside, const RiskFunction &risk)
+{
     DangerBanner banner;
-    if (dangers.isEmpty())
+    QSet<QByteArray> holders;
+    for (const InsideDanger &finding : inside)
+        holders.insert(finding.itemId);
+    const qsizetype items = dangers.size() + holders.size();
+    if (items == 0)
         return banner;
-    banner.title = dangers.size() == 1 ? tr("1 item holds data that can't be rebuilt")
-                                       : tr("%1 items hold data that can't be rebuilt").arg(count(dangers.size()));
+    banner.title = tr("%Ln items hold data that can't be rebuilt", int(items));
 
     // Grouped by the risk's title, the groups in ascending order of it; the
     // items of a group keep their order.
@@ -120,16 +181,35 @@ DangerBanner dangerBanner(const QList<CleanItem> &dangers, const RiskFunction &r
             banner.lines << BannerLine{group.items.first().name,
                                        QStringLiteral(" · %1: %2").arg(title, group.first.why)};
         else
-            banner.lines << BannerLine{tr("%1 · %2 items").arg(title, count(group.items.size())),
+            banner.lines << BannerLine{tr("%1 · %Ln items", int(group.items.size())).arg(title),
                                        QStringLiteral(": %1").arg(group.first.why)};
     }
+    // What lies inside selected folders is named with its path, as many lines
+    // as the item's own dangers left room for (at least one).
+    const qsizetype room = std::max<qsizetype>(1, bannerKinds - drawn);
+    for (qsizetype i = 0; i < inside.size() && i < room; ++i) {
+        const InsideDanger &finding = inside.at(i);
+        banner.lines << BannerLine{tr("%1 inside %2").arg(finding.risk.title, quoted(finding.itemName)),
+                                   QStringLiteral(": %1").arg(Paths::abbreviateHome(finding.path))};
+    }
     const qsizetype more = qsizetype(groups.size()) - bannerKinds;
+    const qsizetype moreInside = inside.size() - std::min(inside.size(), room);
     if (more > 0)
-        banner.closing =
-            more == 1 ? tr("and 1 more kind, marked below") : tr("and %1 more kinds, marked below").arg(count(more));
-    else if (dangers.size() >= 2)
+        banner.closing = tr("and %Ln more kinds, marked below", int(more));
+    else if (moreInside > 0)
+        banner.closing = tr("and %Ln more inside, marked below", int(moreInside));
+    else if (items >= 2)
         banner.closing = tr("Each one is marked in the list below.");
     return banner;
+}
+
+QString insideNote(const QByteArray &itemId, const QList<InsideDanger> &inside)
+{
+    QStringList titles;
+    for (const InsideDanger &finding : inside)
+        if (finding.itemId == itemId && !titles.contains(finding.risk.title))
+            titles << finding.risk.title;
+    return titles.isEmpty() ? QString() : tr("Inside: %1").arg(titles.join(QStringLiteral(", ")));
 }
 
 QString keptNote(const QList<CleanItem> &locked)

@@ -13,6 +13,7 @@
 #include <QString>
 
 #include <functional>
+#include <optional>
 
 class ScanResult;
 struct JunkLocation;
@@ -41,6 +42,28 @@ qint64 totalSize(const QList<CleanItem> &items);
 QList<CleanItem> dangers(const QList<CleanItem> &included, const RiskFunction &risk = itemRisk);
 QList<CleanItem> locked(const QList<CleanItem> &included);
 
+// Something that can't be rebuilt found below a selected folder in the scan's
+// tree: a Git repository, keys, a virtual machine... The outermost one only:
+// what lies inside a repository is not listed again.
+struct InsideDanger {
+    QByteArray itemId; // the selected folder
+    QString itemName;
+    QByteArray path; // what was found below it
+    Risk risk;
+};
+// The verdict of a path met inside a selected folder.
+using PathRiskFunction =
+    std::function<Risk(const QByteArray &path, bool isDirectory, bool isBuildOutput, std::optional<qint64> size)>;
+Risk pathRisk(const QByteArray &path, bool isDirectory, bool isBuildOutput, std::optional<qint64> size);
+// At most this many findings are kept for one selected folder.
+inline constexpr int insideLimit = 50;
+// Walks the scan's tree below every included folder that is neither locked nor
+// a danger itself, and returns what it finds there with the verdict `danger`,
+// item by item in queue order. Build output is not entered. Nothing without a
+// scan.
+QList<InsideDanger> dangersInside(const QList<CleanItem> &included, const ScanResult *result,
+                                  const PathRiskFunction &risk = pathRisk);
+
 // One line of the danger banner: `lead` is drawn bold, `rest` follows it.
 struct BannerLine {
     QString lead;
@@ -54,13 +77,20 @@ struct DangerBanner {
 };
 // At most this many kinds of danger get a line of their own.
 inline constexpr int bannerKinds = 3;
-// Empty title and lines when there is no danger.
+// Empty title and lines when there is no danger. Findings inside selected
+// folders follow the item's own dangers, each named with its path.
 DangerBanner dangerBanner(const QList<CleanItem> &dangers, const RiskFunction &risk = itemRisk);
+DangerBanner dangerBanner(const QList<CleanItem> &dangers, const QList<InsideDanger> &inside,
+                          const RiskFunction &risk = itemRisk);
+// The note on a row whose folder holds dangers: "Inside: Git repository, Keys
+// & passwords". Empty when it holds none.
+QString insideNote(const QByteArray &itemId, const QList<InsideDanger> &inside);
 
 // The note on what the guard keeps; empty when nothing is locked.
 QString keptNote(const QList<CleanItem> &locked);
 
-// Both removal buttons: something ticked, and any danger acknowledged.
+// Both removal buttons: something ticked, and any danger acknowledged (count
+// the item's own dangers and the items holding dangers inside together).
 bool canRemove(qsizetype includedCount, qsizetype dangerCount, bool acknowledged);
 QString trashButtonTitle(qint64 total);
 QString trashButtonHelp(bool blockedByBanner);

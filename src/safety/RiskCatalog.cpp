@@ -91,8 +91,8 @@ const std::unordered_set<std::string_view> secretExtensions = {
     "keychain", "keychain-db", "kdbx", "kdb",      "1pif", "opvault", "agilekeychain", "pem",
     "p12",      "pfx",         "key",  "keystore", "jks",  "gpg",     "asc",           "ovpn",
 };
-const std::unordered_set<std::string_view> secretNames = {"id_rsa", "id_dsa", "id_ecdsa",   "id_ed25519",
-                                                          ".env",   ".netrc", "credentials"};
+const std::unordered_set<std::string_view> secretNames = {"id_rsa", "id_dsa",      "id_ecdsa", "id_ed25519", ".env",
+                                                          ".netrc", "credentials", ".ssh",     ".gnupg"};
 const std::unordered_set<std::string_view> installerExtensions = {"dmg", "pkg", "mpkg", "iso", "xip"};
 // Linux packages and images that are kept only to install something.
 const std::unordered_set<std::string_view> linuxInstallerExtensions = {"deb",  "rpm",        "flatpak",

@@ -23,6 +23,14 @@ Item {
         TapHandler {
             onTapped: host.presenter.dismiss()
         }
+        // Takes the hover from whatever lies below, so a help text that was
+        // showing there (the selection bar's) goes when a sheet comes.
+        MouseArea {
+            anchors.fill: parent
+            enabled: host.presented
+            hoverEnabled: true
+            acceptedButtons: Qt.NoButton
+        }
     }
 
     Loader {
@@ -54,6 +62,14 @@ Item {
             }
         }
         onOpacityChanged: if (opacity === 0 && !host.presented) shown = ModalPresenter.None
+
+        // A short window gets a shorter list, never a card cut off at the top.
+        Binding {
+            target: sheet.item
+            property: "available"
+            value: host.height - 40
+            when: sheet.item !== null
+        }
 
         Behavior on opacity { Movement { curve: Look.modal } }
         Behavior on scale { Movement { curve: Look.modal } }

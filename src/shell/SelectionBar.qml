@@ -10,8 +10,16 @@ Rectangle {
 
     implicitHeight: 56
     radius: 16
-    color: Look.raised
+    // Opaque, so rows scrolling under the bar never show through its text;
+    // the raised tint lies over the window's own ground.
+    color: Look.canvas
     border.width: 0
+
+    Rectangle {
+        anchors.fill: parent
+        radius: bar.radius
+        color: Look.raised
+    }
 
     // The border: solid while a drag hovers, dashed otherwise.
     Canvas {

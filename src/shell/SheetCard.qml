@@ -11,6 +11,25 @@ Rectangle {
     property string title
     default property alias content: body.data
     property alias buttons: buttonRow.data
+    // The height the window leaves for the card; the host sets it.
+    property real available: Number.POSITIVE_INFINITY
+    // The one part of the content that gives way when the window is short
+    // (a scrolling list); everything else keeps its height.
+    property Item flexible: null
+    // The height left for `flexible` once everything else has its own.
+    readonly property real room: {
+        let fixed = 48 + heading.height + buttonRow.implicitHeight + 2 * column.spacing;
+        let shown = 0;
+        for (let i = 0; i < body.children.length; ++i) {
+            const child = body.children[i];
+            if (!child.visible)
+                continue;
+            ++shown;
+            if (child !== flexible)
+                fixed += child.height;
+        }
+        return available - fixed - Math.max(0, shown - 1) * body.spacing;
+    }
 
     implicitWidth: 460
     implicitHeight: column.implicitHeight + 48
@@ -31,6 +50,8 @@ Rectangle {
         spacing: 14
 
         Row {
+            id: heading
+
             spacing: 10
 
             SymbolIcon {

@@ -257,6 +257,47 @@ private slots:
         QVERIFY2(main.warnings().isEmpty(), qPrintable(main.warningText()));
         AppStateForeign::setInstance(nullptr);
     }
+
+    // At the window's smallest, a long review with a danger banner (a
+    // repository inside a selected folder) keeps its heading and its buttons
+    // inside the window; its list gives way instead.
+    void reviewFitsShortWindow()
+    {
+        qputenv("SORVEL_REDUCE_MOTION", "1");
+        const QByteArray root = TestMain::home() + "/short";
+        for (int i = 0; i < 12; ++i)
+            writeFile(root + "/file" + QByteArray::number(i) + ".bin", 10'000);
+        writeFile(root + "/projects/app/.git/HEAD", 100);
+        writeFile(root + "/projects/notes.txt", 100);
+        Prefs::registerDefaults();
+        AppState state;
+        state.setArguments({"sorvel-cleaner"});
+        state.setVolumesFunction([] { return QList<VolumeInfo>(); });
+        AppStateForeign::setInstance(&state);
+        const auto forget = qScopeGuard([] { AppStateForeign::setInstance(nullptr); });
+        MainWindow main;
+        QVERIFY(main.load());
+        QQuickWindow *window = main.window();
+        window->resize(window->minimumSize());
+        state.scan(root);
+        QTRY_VERIFY_WITH_TIMEOUT(state.result() && !state.isScanning(), 10000);
+        for (int i = 0; i < 12; ++i)
+            state.queue()->add(itemFor(root + "/file" + QByteArray::number(i) + ".bin", CleanItem::Kind::file, 10'000));
+        state.queue()->add(itemFor(root + "/projects", CleanItem::Kind::folder, 4096));
+        state.removal()->setReviewing(true);
+        QQuickItem *sheet = nullptr;
+        QTRY_VERIFY((sheet = window->findChild<QQuickItem *>(QStringLiteral("reviewSheet"))));
+        QTRY_COMPARE(window->height(), window->minimumHeight());
+        QTest::qWait(100);
+        const QRectF inScene = sheet->mapRectToScene(QRectF(0, 0, sheet->width(), sheet->height()));
+        QVERIFY2(inScene.top() >= 0 && inScene.bottom() <= window->height(),
+                 qPrintable(QStringLiteral("sheet %1..%2 in a window of %3")
+                                .arg(inScene.top())
+                                .arg(inScene.bottom())
+                                .arg(window->height())));
+        QVERIFY(main.shoot(QStringLiteral("review-danger-inside.png")));
+        QVERIFY2(main.warnings().isEmpty(), qPrintable(main.warningText()));
+    }
 };
 
 SORVEL_TEST(TestRemovalRoad);

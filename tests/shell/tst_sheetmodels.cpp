@@ -144,6 +144,75 @@ private slots:
         QCOMPARE(s.state.removal()->confirm()->title, QStringLiteral("Really?"));
     }
 
+    // A selected folder that holds a repository, keys and a virtual machine
+    // raises the danger banner, names each with its path, and blocks the
+    // removal until acknowledged; build output is not looked into, and
+    // unticking the folder takes the warning away.
+    void reviewFindsDangersInside()
+    {
+        const QByteArray root = TestMain::home() + "/inside";
+        writeFile(root + "/projects/app/.git/HEAD", 100);
+        writeFile(root + "/projects/app/src/main.c", 100);
+        writeFile(root + "/projects/backup/.ssh/id_ed25519", 100);
+        writeFile(root + "/projects/vm/disk.qcow2", 1'500'000);
+        writeFile(root + "/projects/web/node_modules/dep/.git/HEAD", 100);
+        writeFile(root + "/projects/web/node_modules/dep/index.js", 100);
+        writeFile(root + "/projects/notes.txt", 100);
+        writeFile(root + "/plain/a.txt", 100);
+        State s;
+        s.state.scan(root);
+        QTRY_VERIFY_WITH_TIMEOUT(s.state.result() && !s.state.isScanning(), 10000);
+
+        CleanItem folder;
+        folder.id = root + "/projects";
+        folder.name = QStringLiteral("projects");
+        folder.kind = CleanItem::Kind::folder;
+        s.state.queue()->add(folder);
+        CleanItem plain = folder;
+        plain.id = root + "/plain";
+        plain.name = QStringLiteral("plain");
+        s.state.queue()->add(plain);
+
+        ReviewModel model;
+        model.setState(&s.state);
+        s.state.removal()->setReviewing(true);
+        QVERIFY(model.hasBanner());
+        QCOMPARE(model.bannerTitle(), QStringLiteral("1 item holds data that can't be rebuilt"));
+        QString banner;
+        for (const QVariant &line : model.bannerLines())
+            banner += line.toMap().value(QStringLiteral("lead")).toString() +
+                      line.toMap().value(QStringLiteral("rest")).toString() + QLatin1Char('\n');
+        QVERIFY2(banner.contains(QStringLiteral("Git repository inside \u201cprojects\u201d")), qPrintable(banner));
+        QVERIFY2(banner.contains(QStringLiteral("/projects/app")), qPrintable(banner));
+        QVERIFY2(banner.contains(QStringLiteral("/projects/backup/.ssh")), qPrintable(banner));
+        QVERIFY2(banner.contains(QStringLiteral("/projects/vm/disk.qcow2")), qPrintable(banner));
+        QVERIFY2(!banner.contains(QStringLiteral("node_modules")), qPrintable(banner));
+
+        QVariantMap projectsRow, plainRow;
+        for (const QVariant &section : model.sections())
+            for (const QVariant &row : section.toMap().value(QStringLiteral("rows")).toList()) {
+                const QVariantMap map = row.toMap();
+                (map.value(QStringLiteral("name")) == QStringLiteral("projects") ? projectsRow : plainRow) = map;
+            }
+        const QString note = projectsRow.value(QStringLiteral("inside")).toString();
+        QVERIFY2(note.contains(QStringLiteral("Git repository")) && note.contains(QStringLiteral("Keys")) &&
+                     note.contains(QStringLiteral("Virtual machine")),
+                 qPrintable(note));
+        QVERIFY(plainRow.value(QStringLiteral("inside")).toString().isEmpty());
+
+        QVERIFY(!model.canRemove());
+        model.sorvelise(false);
+        QVERIFY(s.state.removal()->isReviewing());
+        model.setAcknowledged(true);
+        QVERIFY(model.canRemove());
+
+        model.setAcknowledged(false);
+        model.toggle(Paths::toText(folder.id));
+        QVERIFY(!model.hasBanner());
+        QVERIFY(model.canRemove());
+        model.cancel();
+    }
+
     // The review's removal buttons do nothing while disabled.
     void reviewDisabledDoesNothing()
     {

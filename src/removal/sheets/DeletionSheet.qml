@@ -6,6 +6,8 @@ import Sorvel.Ui
 SheetCard {
     id: sheet
 
+    flexible: flexibleList
+
     readonly property DeletionModel model: DeletionModel {}
 
     symbol: "humidity.fill"
@@ -17,8 +19,9 @@ SheetCard {
         color: Look.ink2
     }
     FadingScroll {
+        id: flexibleList
         width: parent.width
-        height: Math.min(320, rows.implicitHeight)
+        height: Math.min(320, rows.implicitHeight, Math.max(96, sheet.room))
         contentHeight: rows.implicitHeight
         fadeColor: Look.panel
         clip: true

@@ -6,6 +6,8 @@ import Sorvel.Ui
 SheetCard {
     id: sheet
 
+    flexible: flexibleList
+
     readonly property FailureModel model: FailureModel {}
 
     symbol: "exclamationmark.triangle.fill"
@@ -18,8 +20,9 @@ SheetCard {
         color: Look.ink2
     }
     FadingScroll {
+        id: flexibleList
         width: parent.width
-        height: Math.min(420, groups.implicitHeight)
+        height: Math.min(420, groups.implicitHeight, Math.max(96, sheet.room))
         contentHeight: groups.implicitHeight
         fadeColor: Look.panel
         clip: true

@@ -27,7 +27,12 @@ void ReviewModel::setState(AppState *state)
     m_state = state;
     if (state) {
         connect(state->queue(), &CleanQueue::itemsChanged, this, &ReviewModel::update);
-        connect(state, &AppState::revisionChanged, this, &ReviewModel::update);
+        // A removal changes the tree in place: what was found inside is looked
+        // for again.
+        connect(state, &AppState::revisionChanged, this, [this] {
+            m_insideByItem.clear();
+            update();
+        });
         connect(state, &AppState::resultChanged, this, &ReviewModel::update);
         connect(state->cleanup(), &CleanupModel::measurementsChanged, this, &ReviewModel::update);
     }
@@ -38,7 +43,20 @@ void ReviewModel::update()
 {
     m_included = m_state ? ReviewRules::included(m_state->queue()->items(), m_excluded) : QList<CleanItem>();
     m_dangers = ReviewRules::dangers(m_included);
-    m_banner = ReviewRules::dangerBanner(m_dangers);
+
+    const ScanResult *result = m_state ? m_state->result().get() : nullptr;
+    if (m_insideTree != result) {
+        m_insideByItem.clear();
+        m_insideTree = result;
+    }
+    m_inside.clear();
+    for (const CleanItem &item : std::as_const(m_included)) {
+        auto found = m_insideByItem.constFind(item.id);
+        if (found == m_insideByItem.constEnd())
+            found = m_insideByItem.insert(item.id, ReviewRules::dangersInside({item}, result));
+        m_inside << *found;
+    }
+    m_banner = ReviewRules::dangerBanner(m_dangers, m_inside);
     Q_EMIT changed();
 }
 
@@ -81,6 +99,7 @@ QVariantList ReviewModel::sections() const
                 {QStringLiteral("iconPath"), item.symbolPath ? Paths::toText(*item.symbolPath) : QString()},
                 {QStringLiteral("expanded"), m_expanded.contains(item.id)},
                 {QStringLiteral("locationId"), location ? location->id : QString()},
+                {QStringLiteral("inside"), ReviewRules::insideNote(item.id, m_inside)},
             });
         }
         out.append(QVariantMap{
@@ -122,12 +141,20 @@ QString ReviewModel::keptNote() const { return ReviewRules::keptNote(ReviewRules
 
 bool ReviewModel::canRemove() const
 {
-    return ReviewRules::canRemove(m_included.size(), m_dangers.size(), m_acknowledged);
+    return ReviewRules::canRemove(m_included.size(), m_dangers.size() + insideHolders(), m_acknowledged);
+}
+
+qsizetype ReviewModel::insideHolders() const
+{
+    QSet<QByteArray> holders;
+    for (const ReviewRules::InsideDanger &finding : m_inside)
+        holders.insert(finding.itemId);
+    return holders.size();
 }
 
 QString ReviewModel::trashTitle() const { return ReviewRules::trashButtonTitle(ReviewRules::totalSize(m_included)); }
 
-QString ReviewModel::trashHelp() const { return ReviewRules::trashButtonHelp(!m_dangers.isEmpty() && !m_acknowledged); }
+QString ReviewModel::trashHelp() const { return ReviewRules::trashButtonHelp(hasBanner() && !m_acknowledged); }
 
 QList<QByteArray> ReviewModel::ids() const
 {

@@ -6,6 +6,7 @@
 #include "removal/ReviewRules.h"
 
 #include <QByteArray>
+#include <QHash>
 #include <QList>
 #include <QObject>
 #include <QPointer>
@@ -25,7 +26,8 @@ class ReviewModel : public QObject
     QML_ELEMENT
 
     // [{title, countText, rows: [{id, name, detail, sizeText, ticked, badge,
-    //   riskLevel, riskTitle, isJunk, iconPath, expanded, locationId}]}]
+    //   riskLevel, riskTitle, isJunk, iconPath, expanded, locationId, inside}]}]
+    //   `inside` names the dangers found inside a folder ("" for none)
     Q_PROPERTY(QVariantList sections READ sections NOTIFY changed)
     Q_PROPERTY(QString countLine READ countLine NOTIFY changed)
     Q_PROPERTY(bool hasBanner READ hasBanner NOTIFY changed)
@@ -45,7 +47,7 @@ public:
 
     QVariantList sections() const;
     QString countLine() const;
-    bool hasBanner() const { return !m_dangers.isEmpty(); }
+    bool hasBanner() const { return !m_dangers.isEmpty() || !m_inside.isEmpty(); }
     QString bannerTitle() const { return m_banner.title; }
     QVariantList bannerLines() const;
     QString bannerClosing() const { return m_banner.closing; }
@@ -73,6 +75,8 @@ Q_SIGNALS:
 
 private:
     void update();
+    // Items that hold dangers inside, counted once each.
+    qsizetype insideHolders() const;
 
     QPointer<AppState> m_state;
     QSet<QByteArray> m_excluded;
@@ -80,5 +84,10 @@ private:
     bool m_acknowledged = false;
     QList<CleanItem> m_included;
     QList<CleanItem> m_dangers;
+    QList<ReviewRules::InsideDanger> m_inside;
+    // Findings inside each selected folder, for the tree they were found in:
+    // ticking rows again doesn't walk the tree again.
+    QHash<QByteArray, QList<ReviewRules::InsideDanger>> m_insideByItem;
+    const void *m_insideTree = nullptr;
     ReviewRules::DangerBanner m_banner;
 };

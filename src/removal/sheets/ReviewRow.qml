@@ -13,7 +13,7 @@ Column {
 
     Item {
         width: row.width
-        height: 44
+        height: row.modelData.inside.length > 0 ? 58 : 44
 
         SorvelCheck {
             id: tick
@@ -62,6 +62,15 @@ Column {
                 elide: Text.ElideRight
                 font.pixelSize: 11
                 color: Look.ink3
+            }
+            Text {
+                visible: text.length > 0
+                width: parent.width
+                text: row.modelData.inside
+                elide: Text.ElideRight
+                font.pixelSize: 11
+                font.weight: Font.Medium
+                color: Look.ember
             }
         }
         Row {

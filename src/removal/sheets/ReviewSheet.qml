@@ -7,6 +7,8 @@ import Sorvel.Ui
 SheetCard {
     id: sheet
 
+    flexible: flexibleList
+
     readonly property ReviewModel model: ReviewModel {}
 
     symbol: "humidity.fill"
@@ -90,8 +92,9 @@ SheetCard {
 
     // The list, by area.
     FadingScroll {
+        id: flexibleList
         width: parent.width
-        height: Math.min(440, list.implicitHeight)
+        height: Math.min(440, list.implicitHeight, Math.max(96, sheet.room))
         contentHeight: list.implicitHeight
         fadeColor: Look.panel
         clip: true
