@@ -74,10 +74,13 @@ SheetCard {
                 spacing: 8
                 SorvelCheck {
                     id: acknowledge
+                    objectName: "acknowledge"
+                    Accessible.name: acknowledgeText.text
                     checked: sheet.model.acknowledged
                     onClicked: sheet.model.acknowledged = !sheet.model.acknowledged
                 }
                 Text {
+                    id: acknowledgeText
                     anchors.verticalCenter: acknowledge.verticalCenter
                     text: qsTr("I've checked these, and I have a backup of anything I might need")
                     font.pixelSize: 12
@@ -90,6 +93,7 @@ SheetCard {
 
     // The list, by area.
     FadingScroll {
+        id: scroll
         width: parent.width
         height: Math.min(440, list.implicitHeight)
         contentHeight: list.implicitHeight
@@ -125,6 +129,7 @@ SheetCard {
                         ReviewRow {
                             width: section.width
                             review: sheet.model
+                            onFocusedControl: control => scroll.reveal(control)
                         }
                     }
                 }
