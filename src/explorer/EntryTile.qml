@@ -61,6 +61,13 @@ Item {
     activeFocusOnTab: !tile.isPlaceholder && (tile.activeFocus || tile.index === Math.max(0, tile.space.focusRow))
     onActiveFocusChanged: if (tile.activeFocus) tile.space.focusTile(tile.index)
     Keys.onPressed: event => {
+        // The menu key (or Shift+F10) opens the tile's menu in its middle.
+        if (!tile.isPlaceholder && (event.key === Qt.Key_Menu
+                                    || (event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier))) {
+            menu.popupAt(tile.width / 2, tile.height / 2);
+            event.accepted = true;
+            return;
+        }
         event.accepted = !tile.isPlaceholder
                 && tile.space.keyPress(tile.index, event.key, event.modifiers, tile.columns);
     }
