@@ -1,9 +1,9 @@
 // The list model of the Space explorer's grid, the object its QML talks to:
-// the shown tiles as rows, with the search, filter, sort, layout, paging, clicks
-// and hover that decide them. Lives on the main thread; follows AppState.
-// Its .cpp stays a little over 600 lines: every property and invokable the
-// view reaches lands there and forwards to SpaceNavigator, SpaceHeader,
-// TileRoles, SmallFileStore and RowDiff.
+// the shown tiles as rows, with the search, filter, sort, layout, paging, clicks,
+// keys and hover that decide them. Lives on the main thread; follows AppState.
+// Its .cpp runs past 700 lines: every property and invokable the view reaches
+// lands there and forwards to SpaceNavigator, SpaceHeader, TileRoles, TileKeys,
+// SmallFileStore and RowDiff.
 
 #pragma once
 
