@@ -45,6 +45,19 @@ Item {
 
                         Accessible.role: Accessible.PageTab
                         Accessible.name: modelData.title
+                        Accessible.focusable: Shell.areaItems.length > 1
+                        Accessible.selected: current
+
+                        // With more than one item, each tab is a stop; Space or
+                        // Return shows it.
+                        activeFocusOnTab: Shell.areaItems.length > 1
+                        Keys.onSpacePressed: AppState.section = tab.modelData.raw
+                        Keys.onReturnPressed: AppState.section = tab.modelData.raw
+                        Keys.onEnterPressed: AppState.section = tab.modelData.raw
+                        FocusRing {
+                            shown: tab.activeFocus
+                            baseRadius: 4
+                        }
 
                         HoverHandler {
                             id: tabHover

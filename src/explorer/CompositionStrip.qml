@@ -92,6 +92,12 @@ Column {
                 spacing: 6
                 Accessible.role: Accessible.Button
                 Accessible.name: modelData.help
+                Accessible.focusable: true
+                // The legend is the strip's way in for the keyboard.
+                activeFocusOnTab: true
+                Keys.onSpacePressed: strip.space.chooseCategory(legendEntry.modelData.category)
+                Keys.onReturnPressed: strip.space.chooseCategory(legendEntry.modelData.category)
+                Keys.onEnterPressed: strip.space.chooseCategory(legendEntry.modelData.category)
                 Rectangle {
                     width: 6
                     height: 6
@@ -103,6 +109,13 @@ Column {
                     text: legendEntry.modelData.title
                     font.pixelSize: 12
                     color: legendHover.hovered ? Look.ink : Look.ink2
+                    // Inside the text, as the entry is a Row; it reaches back
+                    // over the dot.
+                    FocusRing {
+                        shown: legendEntry.activeFocus
+                        baseRadius: 4
+                        anchors.leftMargin: -15
+                    }
                 }
                 HoverHandler {
                     id: legendHover

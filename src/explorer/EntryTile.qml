@@ -32,9 +32,12 @@ Item {
     required property real barFactor
     required property string selectAction
     required property bool vanishing
+    required property string accessibleName
 
     required property SpaceModel space
     property bool listLayout: false
+    // Tiles to a line, for the Up and Down keys.
+    property int columns: 1
     readonly property bool hovering: pointer.containsMouse
     readonly property bool stained: condition === "stained"
     readonly property bool bloated: condition === "bloated"
@@ -44,8 +47,30 @@ Item {
     height: listLayout ? 48 : 132
 
     Accessible.role: Accessible.Button
-    Accessible.name: isPlaceholder ? "" : name + ", " + sizeText
+    Accessible.name: accessibleName
     Accessible.description: canOpen ? qsTr("Opens the folder.") : qsTr("Shows a preview.")
+    Accessible.ignored: isPlaceholder
+    Accessible.focusable: !isPlaceholder
+    Accessible.checkable: !isPlaceholder && !locked
+    Accessible.checked: includes
+
+    // One tile of the grid is a stop of the Tab chain: the focused one, or the
+    // first. The keys move the focus between tiles (see TileKeys).
+    // (Qt refuses to take a focused item out of the chain: it stays in until
+    // the focus has moved on.)
+    activeFocusOnTab: !tile.isPlaceholder && (tile.activeFocus || tile.index === Math.max(0, tile.space.focusRow))
+    onActiveFocusChanged: if (tile.activeFocus) tile.space.focusTile(tile.index)
+    Keys.onPressed: event => {
+        // The menu key (or Shift+F10) opens the tile's menu in its middle.
+        if (!tile.isPlaceholder && (event.key === Qt.Key_Menu
+                                    || (event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier))) {
+            menu.popupAt(tile.width / 2, tile.height / 2);
+            event.accepted = true;
+            return;
+        }
+        event.accepted = !tile.isPlaceholder
+                && tile.space.keyPress(tile.index, event.key, event.modifiers, tile.columns);
+    }
 
     // While a removal takes it: blur-free fallback of the evaporation, rising
     // and fading.
@@ -65,6 +90,12 @@ Item {
         border.width: tile.includes ? 1 : 0
         border.color: Look.withAlpha(Look.accent, 0.6)
         Behavior on color { ColorMovement { curve: Look.standard(180) } }
+
+        FocusRing {
+            shown: tile.activeFocus
+            baseRadius: back.radius
+            offset: -1
+        }
 
         Rectangle {
             visible: tile.includes

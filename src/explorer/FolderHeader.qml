@@ -9,6 +9,15 @@ Item {
 
     required property SpaceModel space
 
+    // A key moved to another folder from here, and the control that had the
+    // focus went: the tiles should take it.
+    signal movedByKeys
+
+    function crumbByKeys(index: int) {
+        header.space.goToCrumb(index);
+        header.movedByKeys();
+    }
+
     implicitHeight: 58
 
     SorvelButton {
@@ -20,7 +29,12 @@ Item {
         symbol: "chevron.left"
         enabled: header.space.canGoBack
         toolTip: qsTr("Up one level (⌘↑)")
-        onClicked: header.space.goBack(1, true)
+        onClicked: {
+            const byKeys = back.activeFocus && FocusVisibility.keyboard;
+            header.space.goBack(1, !byKeys);
+            if (byKeys && !header.space.canGoBack)
+                header.movedByKeys();
+        }
     }
 
     Flickable {
@@ -62,6 +76,20 @@ Item {
                         color: Look.ink3
                     }
                     Text {
+                        id: crumbText
+
+                        // Every folder above this one is a stop; Space or
+                        // Return goes there.
+                        activeFocusOnTab: !crumb.last
+                        Keys.onSpacePressed: header.crumbByKeys(crumb.index - 1)
+                        Keys.onReturnPressed: header.crumbByKeys(crumb.index - 1)
+                        Keys.onEnterPressed: header.crumbByKeys(crumb.index - 1)
+                        onActiveFocusChanged: if (activeFocus) crumbs.contentX = Math.max(0, Math.min(crumb.x, crumbs.contentWidth - crumbs.width))
+                        Accessible.focusable: !crumb.last
+                        FocusRing {
+                            shown: crumbText.activeFocus
+                            baseRadius: 4
+                        }
                         anchors.verticalCenter: parent.verticalCenter
                         text: crumb.modelData
                         font.pixelSize: crumb.last ? 17 : 14

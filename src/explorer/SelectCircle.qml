@@ -10,6 +10,9 @@ SorvelCheck {
     property bool hovering: false
 
     checked: isOn && !inherited
+    // The tile takes Space itself.
+    focusPolicy: Qt.NoFocus
+    Accessible.name: isOn ? qsTr("Deselect") : qsTr("Select for cleaning")
     opacity: inherited ? 0.55 : (isOn || hovering || hovered ? 1 : 0.7)
     SorvelToolTip {
         visible: circle.hovered

@@ -2,6 +2,7 @@
 
 #include "RowDiff.h"
 #include "SpaceHeader.h"
+#include "TileKeys.h"
 #include "TileRoles.h"
 #include "core/FilePreview.h"
 
@@ -135,6 +136,7 @@ void SpaceModel::refresh()
         resetShown();
     }
     syncRows(modeChanged || folderMoved);
+    followFocus();
     if (modeChanged)
         emit this->modeChanged();
     if (folderMoved)
@@ -195,6 +197,7 @@ void SpaceModel::setShown(int shown)
         return;
     m_shown = shown;
     syncRows(false);
+    followFocus();
     emit tilesChanged();
 }
 
@@ -238,6 +241,7 @@ QHash<int, QByteArray> SpaceModel::roleNames() const
         {BarFactorRole, "barFactor"},
         {SelectActionRole, "selectAction"},
         {VanishingRole, "vanishing"},
+        {AccessibleNameRole, "accessibleName"},
     };
 }
 
@@ -250,6 +254,12 @@ QVariant SpaceModel::data(const QModelIndex &index, int role) const
     around.queue = m_state ? m_state->queue() : nullptr;
     around.layout = m_layout;
     around.heaviest = m_heaviest;
+    if (m_mode == SpaceView::Mode::results) {
+        if (const DirNodePtr node = currentNode())
+            around.total = node->size;
+    } else if (m_mode == SpaceView::Mode::discovering && m_state) {
+        around.total = m_state->progress().bytesScanned;
+    }
     around.vanishing = &m_vanishing;
     around.waiting = m_state && m_state->isScanning();
     return TileRoles::value(*tile, role, around);
@@ -429,29 +439,54 @@ void SpaceModel::openFullDiskAccessSettings()
 
 void SpaceModel::openNode(const DirNodePtr &node, int clickCount, bool isMouse)
 {
+    const QByteArray from = currentPath();
     if (m_navigator.open(node, clickCount, isMouse))
-        folderMoved(true);
+        folderMoved(true, from);
 }
 
 void SpaceModel::goBack(int clickCount, bool isMouse)
 {
+    const QByteArray from = currentPath();
     if (m_navigator.goBack(clickCount, isMouse))
-        folderMoved(true);
+        folderMoved(true, from);
 }
 
 void SpaceModel::goToCrumb(int index)
 {
+    const QByteArray from = currentPath();
     if (m_navigator.goToCrumb(index))
-        folderMoved(true);
+        folderMoved(true, from);
 }
 
-void SpaceModel::folderMoved(bool clearSearch)
+QByteArray SpaceModel::currentPath() const
+{
+    const DirNodePtr node = currentNode();
+    return node ? node->path() : QByteArray();
+}
+
+void SpaceModel::folderMoved(bool clearSearch, const QByteArray &from)
 {
     if (clearSearch && !m_query.search.isEmpty()) {
         m_query.search.clear();
         emit searchChanged();
     }
+    // Coming up from a folder, the focus goes to the tile that leads back into
+    // it; going down (or elsewhere), to the first tile.
+    const int before = m_focusRow;
+    m_focusedId.clear();
+    m_focusRow = -1;
     refresh();
+    int row = -1;
+    for (int i = 0; i < m_rowIds.size() && !from.isEmpty(); ++i) {
+        const QByteArray &id = m_rowIds[i];
+        if (from == id || (from.startsWith(id) && from.at(id.size()) == '/')) {
+            row = i;
+            break;
+        }
+    }
+    focusTile(row >= 0 ? row : 0);
+    if (m_focusRow == -1 && before != -1)
+        emit focusRowChanged();
 }
 
 void SpaceModel::focusOn(const QString &path) { focus(Paths::fromText(path)); }
@@ -475,6 +510,8 @@ void SpaceModel::focus(const QByteArray &asked)
 void SpaceModel::onResultChanged()
 {
     m_navigator.clear();
+    m_focusedId.clear();
+    setFocusRow(-1);
     m_smallFiles.clear();
     refresh();
     emit compositionChanged();
@@ -546,10 +583,9 @@ void SpaceModel::toggleInQueue(const ExplorerEntry &entry) { m_state->toggleSele
 
 bool SpaceModel::spaceKey()
 {
-    if (m_hovered.isEmpty() || !m_state)
+    if (m_focusedId.isEmpty() || !m_state)
         return false;
-    const int row = rowOf(m_hovered);
-    const ExplorerTile *tile = tileAt(row);
+    const ExplorerTile *tile = tileAt(rowOf(m_focusedId));
     if (!tile || !tile->entry())
         return false;
     const CleanItem item = tile->entry()->cleanItem();
@@ -558,6 +594,70 @@ bool SpaceModel::spaceKey()
     else
         m_state->queue()->add(item);
     return true;
+}
+
+bool SpaceModel::keyPress(int row, int key, int modifiers, int columns)
+{
+    const TileKeys::Outcome out =
+        TileKeys::press(key, Qt::KeyboardModifiers(modifiers), row, int(m_rowIds.size()), columns);
+    switch (out.action) {
+    case TileKeys::Action::none:
+        return false;
+    case TileKeys::Action::move:
+        focusTile(out.row);
+        return true;
+    case TileKeys::Action::open:
+        focusTile(row);
+        tap(row, Qt::NoModifier, 1, false);
+        return true;
+    case TileKeys::Action::toggle:
+        focusTile(row);
+        return spaceKey();
+    case TileKeys::Action::back:
+        if (!canGoBack())
+            return false;
+        goBack(1, false);
+        return true;
+    }
+    return false;
+}
+
+void SpaceModel::focusTile(int row)
+{
+    const ExplorerTile *tile = tileAt(row);
+    if (!tile || !tile->entry())
+        return;
+    m_focusedId = tile->id();
+    setFocusRow(row);
+}
+
+void SpaceModel::setFocusRow(int row)
+{
+    if (row == m_focusRow)
+        return;
+    m_focusRow = row;
+    emit focusRowChanged();
+}
+
+void SpaceModel::followFocus()
+{
+    if (m_focusedId.isEmpty()) {
+        setFocusRow(-1);
+        return;
+    }
+    int row = rowOf(m_focusedId);
+    if (row < 0) {
+        // Gone (removed, filtered out, or paged away): the tile now in its place.
+        row = std::min(m_focusRow, int(m_rowIds.size()) - 1);
+        const ExplorerTile *tile = tileAt(row);
+        if (!tile || !tile->entry()) {
+            m_focusedId.clear();
+            setFocusRow(-1);
+            return;
+        }
+        m_focusedId = tile->id();
+    }
+    setFocusRow(row);
 }
 
 void SpaceModel::hover(int row, bool inside)

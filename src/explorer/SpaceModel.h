@@ -1,9 +1,9 @@
 // The list model of the Space explorer's grid, the object its QML talks to:
-// the shown tiles as rows, with the search, filter, sort, layout, paging, clicks
-// and hover that decide them. Lives on the main thread; follows AppState.
-// Its .cpp stays a little over 600 lines: every property and invokable the
-// view reaches lands there and forwards to SpaceNavigator, SpaceHeader,
-// TileRoles, SmallFileStore and RowDiff.
+// the shown tiles as rows, with the search, filter, sort, layout, paging, clicks,
+// keys and hover that decide them. Lives on the main thread; follows AppState.
+// Its .cpp runs past 700 lines: every property and invokable the view reaches
+// lands there and forwards to SpaceNavigator, SpaceHeader, TileRoles, TileKeys,
+// SmallFileStore and RowDiff.
 
 #pragma once
 
@@ -69,6 +69,8 @@ class SpaceModel : public QAbstractListModel
     Q_PROPERTY(QString currentFilesText READ currentFilesText NOTIFY folderChanged)
     Q_PROPERTY(QString hovered READ hoveredText NOTIFY hoveredChanged)
     Q_PROPERTY(bool gridFocused READ gridFocused WRITE setGridFocused NOTIFY gridFocusedChanged)
+    // The row of the tile that has (or last had) the keyboard focus; -1 for none.
+    Q_PROPERTY(int focusRow READ focusRow NOTIFY focusRowChanged)
     Q_PROPERTY(double waterLevel READ waterLevel NOTIFY selectionChanged)
     Q_PROPERTY(QString discoveringTitle READ discoveringTitle NOTIFY progressChanged)
     Q_PROPERTY(QString scanPath READ scanPath NOTIFY progressChanged)
@@ -102,8 +104,9 @@ public:
         WeightRole,
         WaitingRole,
         BarFactorRole,
-        SelectActionRole, // "Deselect" or "Select for Cleaning"
-        VanishingRole,    // being taken by a removal right now
+        SelectActionRole,   // "Deselect" or "Select for Cleaning"
+        VanishingRole,      // being taken by a removal right now
+        AccessibleNameRole, // name, size, share of the folder and verdict
     };
     Q_ENUM(Role)
 
@@ -160,6 +163,7 @@ public:
 
     QString hoveredText() const;
     bool gridFocused() const { return m_gridFocused; }
+    int focusRow() const { return m_focusRow; }
     void setGridFocused(bool focused);
     double waterLevel() const;
 
@@ -181,9 +185,15 @@ public:
     Q_INVOKABLE void tap(int row, int modifiers, int clickCount = 1, bool isMouse = true);
     // Select or deselect row `row` (circle, checkbox, menu, modified click).
     Q_INVOKABLE void toggle(int row, int clickCount = 1, bool isMouse = true);
-    // Space while the grid has focus: toggles the hovered tile. False when
-    // nothing was hovered, so the key goes on.
+    // Space while the grid has focus: toggles the focused tile, straight in the
+    // queue. False when no tile has the focus, so the key goes on.
     Q_INVOKABLE bool spaceKey();
+    // A key pressed on the focused tile `row`, laid out `columns` to a line:
+    // moves the focus, opens, selects or goes back (see TileKeys). False when
+    // it is no key of the tiles.
+    Q_INVOKABLE bool keyPress(int row, int key, int modifiers, int columns);
+    // The tile at `row` took the keyboard focus (a click, Tab, or the keys).
+    Q_INVOKABLE void focusTile(int row);
     Q_INVOKABLE void hover(int row, bool inside);
     Q_INVOKABLE void goBack(int clickCount = 1, bool isMouse = true);
     // -1 for the root, else the position in the stack.
@@ -228,6 +238,7 @@ signals:
     void folderChanged();
     void hoveredChanged();
     void gridFocusedChanged();
+    void focusRowChanged();
     void selectionChanged();
     void progressChanged();
     void compositionChanged();
@@ -245,7 +256,14 @@ private:
     void resetShown() { m_shown = pageSize; }
     void openNode(const DirNodePtr &node, int clickCount, bool isMouse);
     // After the navigator moved: clears the search if asked, and refreshes.
-    void folderMoved(bool clearSearch);
+    // `from` is the path of the folder shown before, to focus the tile that
+    // leads back to it.
+    void folderMoved(bool clearSearch, const QByteArray &from = {});
+    // Keeps the focus on its tile after the rows changed, or on the tile that
+    // took its place.
+    void followFocus();
+    void setFocusRow(int row);
+    QByteArray currentPath() const;
     void toggleInQueue(const ExplorerEntry &entry);
     void onResultChanged();
     void onRevisionChanged();
@@ -267,6 +285,8 @@ private:
     int m_shown = pageSize;
     QByteArray m_hovered;
     bool m_gridFocused = false;
+    QByteArray m_focusedId;
+    int m_focusRow = -1;
     SmallFileStore m_smallFiles;
     QSet<QByteArray> m_vanishing;
     QString m_lastFolderKey;

@@ -56,6 +56,16 @@ Item {
                     Accessible.role: Accessible.RadioButton
                     Accessible.name: modelData.title
                     Accessible.checked: on
+                    Accessible.focusable: true
+                    activeFocusOnTab: true
+                    Keys.onSpacePressed: bar.space.chooseFilter(chip.modelData.value)
+                    Keys.onReturnPressed: bar.space.chooseFilter(chip.modelData.value)
+                    Keys.onEnterPressed: bar.space.chooseFilter(chip.modelData.value)
+
+                    FocusRing {
+                        shown: chip.activeFocus
+                        baseRadius: chip.radius
+                    }
 
                     Text {
                         id: chipText
@@ -115,6 +125,7 @@ Item {
         PillPicker {
             anchors.verticalCenter: parent.verticalCenter
             compact: true
+            accessibleName: qsTr("Layout")
             options: [qsTr("Icons"), qsTr("List")]
             symbols: ["square.grid.2x2", "list.bullet"]
             toolTips: [qsTr("Show as icons"), qsTr("Show as list")]

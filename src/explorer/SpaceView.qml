@@ -57,6 +57,10 @@ FocusScope {
             width: parent.width
             visible: view.results
             space: model
+            onMovedByKeys: {
+                stage.forceActiveFocus(Qt.OtherFocusReason);
+                view.focusTile();
+            }
         }
         CompositionStrip {
             width: parent.width
@@ -95,6 +99,19 @@ FocusScope {
             }
             Rectangle {
                 id: smallRow
+
+                activeFocusOnTab: visible && !model.smallLoading
+                Keys.onSpacePressed: model.loadSmallFiles()
+                Keys.onReturnPressed: model.loadSmallFiles()
+                Keys.onEnterPressed: model.loadSmallFiles()
+                Accessible.role: Accessible.Button
+                Accessible.name: model.smallRowText
+                Accessible.focusable: true
+
+                FocusRing {
+                    shown: smallRow.activeFocus
+                    baseRadius: smallRow.radius
+                }
 
                 visible: model.smallRowVisible
                 width: parent.width - 16
@@ -146,7 +163,28 @@ FocusScope {
             model.loadSmallFiles();
     }
 
-    Item {
+    // The focus follows the model's focused tile: after a move by the keys, a
+    // rebuild of the rows, opening a folder (its first tile) or going back (the
+    // tile of the folder we came from). Only while the tiles have the focus.
+    function focusTile() {
+        const flick = view.listLayout ? list : grid;
+        const row = model.focusRow;
+        if (row < 0 || row >= flick.count)
+            return;
+        flick.currentIndex = row;
+        flick.positionViewAtIndex(row, GridView.Contain);
+        if (flick.currentItem)
+            flick.currentItem.forceActiveFocus(Qt.OtherFocusReason);
+    }
+    Connections {
+        target: model
+        function onFocusRowChanged() {
+            if (stage.activeFocus)
+                view.focusTile();
+        }
+    }
+
+    FocusScope {
         id: stage
 
         anchors.top: top.bottom
@@ -154,11 +192,7 @@ FocusScope {
         anchors.bottom: parent.bottom
         width: parent.width
         focus: true
-        activeFocusOnTab: true
 
-        Keys.onSpacePressed: event => {
-            event.accepted = model.spaceKey();
-        }
         onActiveFocusChanged: model.gridFocused = activeFocus
 
         GridView {
@@ -177,6 +211,7 @@ FocusScope {
             reuseItems: false
             cacheBuffer: 280
             boundsBehavior: Flickable.StopAtBounds
+            keyNavigationEnabled: false
             footer: footer
             T.ScrollBar.vertical: SorvelScrollBar {}
             onContentYChanged: view.checkSmallRow(grid)
@@ -189,6 +224,7 @@ FocusScope {
                 width: grid.cellWidth - 8
                 space: model
                 listLayout: false
+                columns: grid.columns
                 onIndexChanged: if (index === grid.count - 1) model.loadMore()
                 Component.onCompleted: if (index === grid.count - 1) model.loadMore()
             }
@@ -214,6 +250,7 @@ FocusScope {
             reuseItems: false
             cacheBuffer: 200
             boundsBehavior: Flickable.StopAtBounds
+            keyNavigationEnabled: false
             footer: footer
             T.ScrollBar.vertical: SorvelScrollBar {}
             onContentYChanged: view.checkSmallRow(list)

@@ -24,6 +24,9 @@ T.Popup {
     focus: true
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
 
+    // The first entry takes the focus, so the arrows work at once.
+    onOpened: menu.contentItem.nextItemInFocusChain(true)?.forceActiveFocus(Qt.OtherFocusReason)
+
     background: Rectangle {
         radius: 12
         color: Look.panel
@@ -47,6 +50,25 @@ T.Popup {
                 color: hover.hovered ? Look.sorvelSubtle : "transparent"
                 Accessible.role: Accessible.MenuItem
                 Accessible.name: modelData.text
+                // The keyboard: Up and Down between entries, Return, Enter or Space to choose.
+                activeFocusOnTab: entry.enabled
+                Keys.onReturnPressed: entry.choose()
+                Keys.onEnterPressed: entry.choose()
+                Keys.onSpacePressed: entry.choose()
+                Keys.onDownPressed: entry.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+                Keys.onUpPressed: entry.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+                Accessible.focusable: true
+
+                FocusRing {
+                    shown: entry.activeFocus
+                    baseRadius: entry.radius
+                    offset: -1
+                }
+
+                function choose() {
+                    menu.close();
+                    menu.chosen(entry.modelData.action);
+                }
 
                 Text {
                     x: 10
@@ -59,10 +81,7 @@ T.Popup {
                     id: hover
                 }
                 TapHandler {
-                    onTapped: {
-                        menu.close();
-                        menu.chosen(entry.modelData.action);
-                    }
+                    onTapped: entry.choose()
                 }
             }
         }

@@ -98,6 +98,8 @@ QVariant value(const ExplorerTile &tile, int role, const Around &around)
         return e && around.queue && around.queue->includes(e->id)
                    ? explorerText(QT_TRANSLATE_NOOP("Explorer", "Deselect"))
                    : explorerText(QT_TRANSLATE_NOOP("Explorer", "Select for Cleaning"));
+    case SpaceModel::AccessibleNameRole:
+        return e ? TileText::accessibleName(*e, around.total) : QString();
     case SpaceModel::VanishingRole:
         return e && around.vanishing && around.vanishing->contains(e->id);
     default:

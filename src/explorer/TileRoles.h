@@ -20,6 +20,7 @@ struct Around {
     const CleanQueue *queue = nullptr; // null without state
     ExplorerLayout layout;
     qint64 heaviest = 1;                         // largest size among the rows, at least 1
+    qint64 total = 0;                            // size of the folder shown, 0 when unknown
     const QSet<QByteArray> *vanishing = nullptr; // paths a running removal is taking
     bool waiting = false;                        // a scan is running
 };

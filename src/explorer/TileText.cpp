@@ -163,4 +163,41 @@ int legendCount(const QList<double> &entryWidths, double width, double gap)
     return std::min<int>(2, int(entryWidths.size()));
 }
 
+QString verdict(const Risk &risk)
+{
+    QString level;
+    switch (risk.level) {
+    case Risk::Level::safe:
+        level = explorerText(QT_TRANSLATE_NOOP("Explorer", "Safe"));
+        break;
+    case Risk::Level::normal:
+        level = explorerText(QT_TRANSLATE_NOOP("Explorer", "Normal"));
+        break;
+    case Risk::Level::caution:
+        level = explorerText(QT_TRANSLATE_NOOP("Explorer", "Caution"));
+        break;
+    case Risk::Level::danger:
+        level = explorerText(QT_TRANSLATE_NOOP("Explorer", "Danger"));
+        break;
+    case Risk::Level::locked:
+        level = explorerText(QT_TRANSLATE_NOOP("Explorer", "Locked"));
+        break;
+    }
+    if (!risk.hasBadge())
+        return level;
+    return explorerText(QT_TRANSLATE_NOOP("Explorer", "%1: %2")).arg(level, risk.title);
+}
+
+QString accessibleName(const ExplorerEntry &entry, qint64 total)
+{
+    QStringList parts{entry.name};
+    parts << (entry.measuring && entry.size == 0 ? explorerText(QT_TRANSLATE_NOOP("Explorer", "Measuring…"))
+                                                 : Fmt::bytes(entry.size));
+    if (total > 0)
+        parts << explorerText(QT_TRANSLATE_NOOP("Explorer", "%1 of this folder"))
+                     .arg(Fmt::percent(std::clamp(double(entry.size) / double(total), 0.0, 1.0)));
+    parts << verdict(entry.risk);
+    return parts.join(QStringLiteral(", "));
+}
+
 } // namespace TileText

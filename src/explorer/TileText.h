@@ -45,4 +45,12 @@ QList<double> segmentWidths(const QList<qint64> &sizes, double width);
 // fit in `width` (all of them when there are fewer than the tried count).
 int legendCount(const QList<double> &entryWidths, double width, double gap);
 
+// The verdict in words: the level ("Safe", "Normal", "Caution", "Danger",
+// "Locked"), and after a colon the risk's title when it has one.
+QString verdict(const Risk &risk);
+// What a screen reader says for a tile: its name, size, share of `total` (the
+// folder's size; left out when unknown) and verdict, as in "Photos, 6.1 GB,
+// 12% of this folder, Normal".
+QString accessibleName(const ExplorerEntry &entry, qint64 total);
+
 } // namespace TileText

@@ -45,7 +45,12 @@ T.Button {
     background: Rectangle {
         radius: height / 2
         color: chip.on ? Look.withAlpha(chip.tint, 0.18) : chip.hovered ? Look.glass : "transparent"
-        border.width: chip.activeFocus ? 2 : 1
-        border.color: chip.activeFocus ? Look.accent : chip.on ? Look.withAlpha(chip.tint, 0.6) : Look.line
+        border.width: 1
+        border.color: chip.on ? Look.withAlpha(chip.tint, 0.6) : Look.line
+    }
+
+    FocusRing {
+        shown: chip.activeFocus
+        baseRadius: chip.height / 2
     }
 }

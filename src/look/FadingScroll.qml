@@ -24,6 +24,15 @@ Flickable {
 
     T.ScrollBar.vertical: SorvelScrollBar {}
 
+    // Scrolls just far enough to show `item`, a descendant of the content.
+    function reveal(item: Item) {
+        const y = item.mapToItem(scroll.contentItem, 0, 0).y;
+        if (y < scroll.contentY)
+            scroll.contentY = Math.max(0, y);
+        else if (y + item.height > scroll.contentY + scroll.height)
+            scroll.contentY = Math.min(y + item.height - scroll.height, Math.max(0, scroll.contentHeight - scroll.height));
+    }
+
     layer.enabled: shaded && height > 0 && (topStrength > 0 || bottomStrength > 0)
     layer.effect: ShaderEffect {
         readonly property real topFade: scroll.fadeLength / Math.max(1, scroll.height)

@@ -1,5 +1,7 @@
 #include "Look.h"
 
+#include "FocusVisibility.h"
+
 #include "IconCache.h"
 #include "SymbolProvider.h"
 #include "Symbols.h"
@@ -12,6 +14,8 @@ Look::Look(QQmlEngine *engine)
 {
     installImageProviders(engine);
     connect(&m_appearance, &Appearance::changed, this, &Look::appearanceChanged);
+    // Watching the input from the start: the first key press already counts.
+    FocusVisibility::instance();
 }
 
 void Look::installImageProviders(QQmlEngine *engine)

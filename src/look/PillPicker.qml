@@ -14,6 +14,8 @@ Rectangle {
     property var toolTips: []
     property int currentIndex: 0
     property bool compact: false
+    // What a screen reader calls the whole row; the current pill by default.
+    property string accessibleName: String(options[currentIndex] ?? "")
 
     signal activated(int index)
 
@@ -22,12 +24,21 @@ Rectangle {
     radius: height / 2
     color: Look.well
     border.width: 1
-    border.color: activeFocus ? Look.accent : Look.line
+    border.color: Look.line
     activeFocusOnTab: true
+
+    Accessible.role: Accessible.PageTabList
+    Accessible.name: accessibleName
+    Accessible.focusable: true
 
     // With the keyboard: the arrows move to the neighbouring pill.
     Keys.onLeftPressed: if (currentIndex > 0) activated(currentIndex - 1)
     Keys.onRightPressed: if (currentIndex < options.length - 1) activated(currentIndex + 1)
+
+    FocusRing {
+        shown: picker.activeFocus
+        baseRadius: picker.radius
+    }
 
     Rectangle {
         id: highlight

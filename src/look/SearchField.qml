@@ -20,6 +20,8 @@ T.TextField {
     hoverEnabled: true
     selectByMouse: true
 
+    Accessible.name: placeholderText
+
     Keys.onEscapePressed: event => {
         if (text.length > 0) {
             clear();
@@ -35,6 +37,10 @@ T.TextField {
         border.width: 1
         border.color: control.activeFocus ? Look.accent : control.hovered ? Look.lineStrong : Look.line
 
+        FocusRing {
+            shown: control.activeFocus
+            baseRadius: parent.radius
+        }
         SymbolIcon {
             x: 10
             anchors.verticalCenter: parent.verticalCenter

@@ -32,11 +32,26 @@ T.Button {
     leftPadding: text.length === 0 ? 0 : small ? 10 : large ? 20 : 14
     rightPadding: leftPadding
     hoverEnabled: true
+    // In the Tab chain on every platform (macOS leaves buttons out by default).
+    focusPolicy: Qt.StrongFocus
     font.pixelSize: small ? 11 : large ? 15 : 13
     font.weight: kind === SorvelButtonStyle.Primary ? Font.DemiBold : Font.Medium
     opacity: enabled ? 1 : 0.45
 
     Accessible.name: text.length > 0 ? text : toolTip
+
+    // Return and Enter press the focused button, ahead of a sheet's default
+    // action, as Space does.
+    Keys.onShortcutOverride: event => event.accepted = control.isActivationKey(event.key)
+    Keys.onPressed: event => {
+        if (control.isActivationKey(event.key) && !event.isAutoRepeat) {
+            control.clicked();
+            event.accepted = true;
+        }
+    }
+    function isActivationKey(key: int): bool {
+        return key === Qt.Key_Return || key === Qt.Key_Enter;
+    }
 
     contentItem: Item {
         implicitWidth: children[0].implicitWidth
@@ -78,8 +93,8 @@ T.Button {
                 return "transparent";
             }
         }
-        border.width: control.kind === SorvelButtonStyle.Secondary || control.visualFocus ? 1 : 0
-        border.color: control.visualFocus ? Look.accent : Look.line
+        border.width: control.kind === SorvelButtonStyle.Secondary ? 1 : 0
+        border.color: Look.line
         scale: control.down ? 0.97 : 1
 
         Rectangle {
@@ -98,6 +113,11 @@ T.Button {
 
         Behavior on scale { Movement { curve: Look.press } }
         Behavior on color { ColorMovement { curve: Look.hover } }
+    }
+
+    FocusRing {
+        shown: control.activeFocus
+        baseRadius: control.height / 2
     }
 
     SorvelToolTip {

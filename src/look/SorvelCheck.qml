@@ -14,8 +14,12 @@ T.AbstractButton {
     implicitWidth: size
     implicitHeight: size
     hoverEnabled: true
+    // In the Tab chain on every platform; rows and tiles that take Space
+    // themselves leave their tick out.
+    focusPolicy: Qt.StrongFocus
 
     Accessible.role: Accessible.CheckBox
+    Accessible.checkable: true
     Accessible.checked: checked || inherited
 
     background: Rectangle {
@@ -25,6 +29,11 @@ T.AbstractButton {
         border.color: control.inherited ? Look.accent : control.hovered ? Look.ink3 : Look.lineStrong
 
         Behavior on color { ColorMovement { curve: Look.press } }
+    }
+
+    FocusRing {
+        shown: control.activeFocus
+        baseRadius: control.width / 2
     }
 
     contentItem: Item {

@@ -10,6 +10,7 @@ T.Switch {
     implicitHeight: 22
     spacing: 10
     hoverEnabled: true
+    focusPolicy: Qt.StrongFocus
     font.pixelSize: 13
     opacity: enabled ? 1 : 0.45
 
@@ -21,7 +22,12 @@ T.Switch {
         radius: height / 2
         color: control.checked ? Look.accent : control.hovered ? Look.lineStrong : Look.well
         border.width: control.checked ? 0 : 1
-        border.color: control.visualFocus ? Look.accent : Look.line
+        border.color: Look.line
+
+        FocusRing {
+            shown: control.activeFocus
+            baseRadius: parent.radius
+        }
 
         Rectangle {
             width: 16

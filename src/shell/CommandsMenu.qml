@@ -32,6 +32,25 @@ T.Popup {
 
         Accessible.role: Accessible.MenuItem
         Accessible.name: text
+        // The keyboard: Up and Down between entries, Return, Enter or Space to choose.
+        activeFocusOnTab: entry.enabled
+        Keys.onReturnPressed: entry.choose()
+        Keys.onEnterPressed: entry.choose()
+        Keys.onSpacePressed: entry.choose()
+        Keys.onDownPressed: entry.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+        Keys.onUpPressed: entry.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+        Accessible.focusable: true
+
+        FocusRing {
+            shown: entry.activeFocus
+            baseRadius: entry.radius
+            offset: -1
+        }
+
+        function choose() {
+            menu.close();
+            entry.activated();
+        }
 
         Text {
             x: 10
@@ -54,12 +73,12 @@ T.Popup {
         }
         TapHandler {
             enabled: entry.enabled
-            onTapped: {
-                menu.close();
-                entry.activated();
-            }
+            onTapped: entry.choose()
         }
     }
+
+    // The first entry takes the focus, so the arrows work at once.
+    onOpened: menu.contentItem.nextItemInFocusChain(true)?.forceActiveFocus(Qt.OtherFocusReason)
 
     component Divider: Rectangle {
         width: menu.availableWidth

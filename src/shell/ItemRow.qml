@@ -63,8 +63,6 @@ Item {
         anchors.fill: parent
         radius: 10
         color: hover.hovered ? Look.surface : "transparent"
-        border.width: row.current ? 2 : 0
-        border.color: Look.accent
         // The row's weight among its list, as a faint bar behind it.
         Rectangle {
             width: parent.width * Math.max(0, Math.min(1, row.weight))
@@ -72,6 +70,11 @@ Item {
             radius: Math.min(10, width / 2)
             color: Look.sorvelSubtle
             opacity: 0.5
+        }
+        FocusRing {
+            shown: row.current
+            baseRadius: parent.radius
+            offset: -1
         }
     }
     HoverHandler {
@@ -102,6 +105,9 @@ Item {
         inherited: logic.loaded && !logic.selectedItself
         opacity: row.disabled ? 0.55 : 1
         enabled: !row.disabled
+        // The row takes Space itself.
+        focusPolicy: Qt.NoFocus
+        Accessible.name: logic.name
         onClicked: logic.toggle()
     }
     Item {
@@ -162,6 +168,7 @@ Item {
                 kind: SorvelButtonStyle.Ghost
                 size: SorvelButtonStyle.Small
                 symbol: "eye"
+                focusPolicy: Qt.NoFocus
                 toolTip: qsTr("Quick Look (or double-click)")
                 onClicked: row.preview()
             }
@@ -170,6 +177,7 @@ Item {
                 kind: SorvelButtonStyle.Ghost
                 size: SorvelButtonStyle.Small
                 symbol: "chevron.right"
+                focusPolicy: Qt.NoFocus
                 toolTip: qsTr("Open folder (or double-click)")
                 onClicked: row.open()
             }

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Window
 import Sorvel.Ui
 
 // The sheets over a dimmed window, one at a time in the order of
@@ -10,6 +11,36 @@ Item {
     readonly property bool presented: presenter.isPresented
 
     visible: backdrop.opacity > 0
+
+    // The keyboard stays in the sheet while one is up. The sheet takes the
+    // focus when it comes, on no control, so that Return is its default action
+    // and the first Tab reaches its first control; Tab and Backtab go round its
+    // controls between the two ends below; the focus goes back where it was
+    // when the sheet leaves.
+    property Item focusBefore: null
+    property bool placing: false
+    onPresentedChanged: {
+        const window = host.Window.window;
+        if (presented) {
+            const before = window ? window.activeFocusItem : null;
+            host.focusBefore = before && !host.holds(before) ? before : null;
+            host.placing = true;
+            first.forceActiveFocus(Qt.OtherFocusReason);
+            host.placing = false;
+        } else {
+            if (host.focusBefore && host.focusBefore.visible)
+                host.focusBefore.forceActiveFocus(Qt.OtherFocusReason);
+            else if (window && host.holds(window.activeFocusItem))
+                window.contentItem.forceActiveFocus(Qt.OtherFocusReason);
+            host.focusBefore = null;
+        }
+    }
+    function holds(item: Item): bool {
+        for (let at = item; at; at = at.parent)
+            if (at === host)
+                return true;
+        return false;
+    }
 
     Rectangle {
         id: backdrop
@@ -31,6 +62,17 @@ Item {
             hoverEnabled: true
             acceptedButtons: Qt.NoButton
         }
+    }
+
+    // The ends of the ring: the focus coming to one goes on to the sheet's
+    // control at the other end.
+    Item {
+        id: first
+
+        activeFocusOnTab: host.presented || activeFocus
+        Accessible.ignored: true
+        onActiveFocusChanged: if (activeFocus && !host.placing) last.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+        Keys.onBacktabPressed: last.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
     }
 
     Loader {
@@ -73,6 +115,14 @@ Item {
 
         Behavior on opacity { Movement { curve: Look.modal } }
         Behavior on scale { Movement { curve: Look.modal } }
+    }
+
+    Item {
+        id: last
+
+        activeFocusOnTab: host.presented || activeFocus
+        Accessible.ignored: true
+        onActiveFocusChanged: if (activeFocus) first.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
     }
 
     Component {

@@ -38,6 +38,25 @@ T.Popup {
 
         Accessible.role: Accessible.MenuItem
         Accessible.name: text
+        // The keyboard: Up and Down between entries, Return, Enter or Space to choose.
+        activeFocusOnTab: row.enabled
+        Keys.onReturnPressed: row.choose()
+        Keys.onEnterPressed: row.choose()
+        Keys.onSpacePressed: row.choose()
+        Keys.onDownPressed: row.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+        Keys.onUpPressed: row.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+        Accessible.focusable: true
+
+        FocusRing {
+            shown: row.activeFocus
+            baseRadius: row.radius
+            offset: -1
+        }
+
+        function choose() {
+            menu.close();
+            row.activated();
+        }
 
         Row {
             x: 10
@@ -63,10 +82,7 @@ T.Popup {
             id: rowHover
         }
         TapHandler {
-            onTapped: {
-                menu.close();
-                row.activated();
-            }
+            onTapped: row.choose()
         }
         SorvelToolTip {
             visible: rowHover.hovered && row.help.length > 0
@@ -80,6 +96,9 @@ T.Popup {
         border.width: 1
         border.color: Look.lineStrong
     }
+
+    // The first entry takes the focus, so the arrows work at once.
+    onOpened: menu.contentItem.nextItemInFocusChain(true)?.forceActiveFocus(Qt.OtherFocusReason)
 
     enter: Transition {
         NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Look.reducedMotion ? 0 : Look.hover[0] }

@@ -189,6 +189,11 @@ Window {
                                 color: Look.ink
                             }
                         }
+                        FocusRing {
+                            shown: row.activeFocus
+                            baseRadius: row.radius
+                            offset: -1
+                        }
                         HoverHandler {
                             id: hover
                         }

@@ -171,11 +171,64 @@ private slots:
         QVERIFY(f.state.toast()->message.startsWith(u"“usr” stays: "_qs));
         QVERIFY(f.state.queue()->isEmpty());
         QVERIFY(f.model.data(f.model.index(0), SpaceModel::LockedRole).toBool());
-        // Space on the hovered tile goes to the queue directly.
-        QVERIFY(!f.model.spaceKey());
+        // Space on the focused tile goes to the queue directly; hovering
+        // gives no tile to it.
         f.model.hover(0, true);
+        QVERIFY(!f.model.spaceKey());
+        f.model.focusTile(0);
         QVERIFY(f.model.spaceKey());
         QCOMPARE(toasts.size(), 1);
+    }
+
+    // The keys on the focused tile, and where the focus goes when the folder
+    // or the rows change.
+    void keyboardFocus()
+    {
+        Fixture f(sampleTree());
+        QSignalSpy moved(&f.model, &SpaceModel::focusRowChanged);
+        QCOMPARE(f.model.focusRow(), -1);
+        QVERIFY(!f.model.keyPress(0, Qt::Key_Escape, Qt::NoModifier, 4)); // at the root: not ours
+        QVERIFY(f.model.keyPress(0, Qt::Key_Right, Qt::NoModifier, 4));
+        QCOMPARE(f.name(f.model.focusRow()), u"music"_qs);
+        QVERIFY(f.model.keyPress(1, Qt::Key_End, Qt::NoModifier, 4));
+        QCOMPARE(f.name(f.model.focusRow()), u"notes.txt"_qs);
+        QCOMPARE(moved.size(), 2);
+
+        // Space selects the focused tile, whatever the pointer is over.
+        f.model.hover(f.row(u"photos"_qs), true);
+        QVERIFY(f.model.keyPress(f.model.focusRow(), Qt::Key_Space, Qt::NoModifier, 4));
+        QVERIFY(f.state.queue()->contains("/sample/notes.txt"));
+        QVERIFY(!f.state.queue()->contains("/sample/photos"));
+
+        // The focused tile keeps the focus when the rows are sorted anew.
+        f.model.setSortText(u"name"_qs);
+        QCOMPARE(f.names(), (QStringList{"music", "notes.txt", "photos"}));
+        QCOMPARE(f.name(f.model.focusRow()), u"notes.txt"_qs);
+        // Filtered away: the tile now in its place has it.
+        f.model.setFilterText(u"folders"_qs);
+        QCOMPARE(f.name(f.model.focusRow()), u"photos"_qs);
+        f.model.setFilterText(u"all"_qs);
+        QCOMPARE(f.name(f.model.focusRow()), u"photos"_qs);
+
+        // Return opens a folder at once (keys are not held back) and the focus
+        // goes to its first tile; back, to the tile of the folder left.
+        QVERIFY(f.model.keyPress(f.row(u"photos"_qs), Qt::Key_Return, Qt::NoModifier, 4));
+        QCOMPARE(f.model.crumbs(), (QStringList{"sample", "photos"}));
+        QCOMPARE(f.model.focusRow(), 0);
+        QVERIFY(f.model.keyPress(0, Qt::Key_Right, Qt::NoModifier, 4));
+        QVERIFY(f.model.keyPress(f.model.focusRow(), Qt::Key_Return, Qt::NoModifier, 4));
+        QCOMPARE(f.model.crumbs(), (QStringList{"sample", "photos", "deeper"}));
+        QVERIFY(f.model.keyPress(0, Qt::Key_Backspace, Qt::NoModifier, 4));
+        QCOMPARE(f.name(f.model.focusRow()), u"deeper"_qs);
+        // Up from two levels by the breadcrumb: the tile that leads back down.
+        QVERIFY(f.model.keyPress(f.model.focusRow(), Qt::Key_Return, Qt::NoModifier, 4));
+        f.model.goToCrumb(-1);
+        QCOMPARE(f.name(f.model.focusRow()), u"photos"_qs);
+
+        // The tile's name for screen readers carries its share of the folder.
+        const QString spoken =
+            f.model.data(f.model.index(f.row(u"music"_qs)), SpaceModel::AccessibleNameRole).toString();
+        QVERIFY2(spoken.startsWith(u"music, "_qs) && spoken.contains(u"40% of this folder"_qs), qPrintable(spoken));
     }
 
     void hoverBookkeeping()

@@ -1,6 +1,7 @@
 #include "TestMain.h"
 
 #include "explorer/NavigationGuard.h"
+#include "explorer/TileKeys.h"
 #include "explorer/TileText.h"
 
 namespace {
@@ -144,6 +145,71 @@ private slots:
         QCOMPARE(TileText::legendCount(entries, 100, 10), 2);
         QCOMPARE(TileText::legendCount({50, 50, 50}, 1000, 10), 3);
         QCOMPARE(TileText::legendCount({}, 1000, 10), 0);
+    }
+
+    void accessibleName()
+    {
+        ExplorerEntry photos = entry("/home/u/Photos", true);
+        photos.size = 120;
+        QCOMPARE(TileText::accessibleName(photos, 1000), u"Photos, 120 bytes, 12% of this folder, Normal"_qs);
+        // A verdict with a title says both; an unknown total leaves the share out.
+        photos.risk = {Risk::Level::danger, u"Git repository"_qs, u"History"_qs};
+        QCOMPARE(TileText::accessibleName(photos, 0), u"Photos, 120 bytes, Danger: Git repository"_qs);
+        // A share never reads above the whole, even while the total lags behind.
+        QVERIFY(TileText::accessibleName(photos, 60).contains(u", 100% of this folder,"_qs));
+        photos.size = 0;
+        photos.measuring = true;
+        QVERIFY(TileText::accessibleName(photos, 60).startsWith(u"Photos, Measuring…, 0% of this folder"_qs));
+    }
+
+    // Ten tiles four to a line:  0 1 2 3 / 4 5 6 7 / 8 9.
+    void tileKeys_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<int>("columns");
+        QTest::addColumn<int>("action");
+        QTest::addColumn<int>("to");
+        using A = TileKeys::Action;
+        const int none = int(Qt::NoModifier);
+        QTest::newRow("right") << int(Qt::Key_Right) << none << 3 << 4 << int(A::move) << 4;
+        QTest::newRow("right at the end") << int(Qt::Key_Right) << none << 9 << 4 << int(A::move) << 9;
+        QTest::newRow("left at the start") << int(Qt::Key_Left) << none << 0 << 4 << int(A::move) << 0;
+        QTest::newRow("down a line") << int(Qt::Key_Down) << none << 2 << 4 << int(A::move) << 6;
+        QTest::newRow("down to a short line") << int(Qt::Key_Down) << none << 6 << 4 << int(A::move) << 9;
+        QTest::newRow("down on the last line") << int(Qt::Key_Down) << none << 8 << 4 << int(A::move) << 8;
+        QTest::newRow("up a line") << int(Qt::Key_Up) << none << 9 << 4 << int(A::move) << 5;
+        QTest::newRow("up on the first line") << int(Qt::Key_Up) << none << 2 << 4 << int(A::move) << 2;
+        QTest::newRow("list: down is next") << int(Qt::Key_Down) << none << 2 << 1 << int(A::move) << 3;
+        QTest::newRow("list: up is previous") << int(Qt::Key_Up) << none << 2 << 1 << int(A::move) << 1;
+        QTest::newRow("home") << int(Qt::Key_Home) << none << 6 << 4 << int(A::move) << 0;
+        QTest::newRow("end") << int(Qt::Key_End) << none << 1 << 4 << int(A::move) << 9;
+        QTest::newRow("return") << int(Qt::Key_Return) << none << 5 << 4 << int(A::open) << 5;
+        QTest::newRow("keypad enter") << int(Qt::Key_Enter) << int(Qt::KeypadModifier) << 5 << 4 << int(A::open) << 5;
+        QTest::newRow("space") << int(Qt::Key_Space) << none << 5 << 4 << int(A::toggle) << 5;
+        QTest::newRow("escape") << int(Qt::Key_Escape) << none << 5 << 4 << int(A::back) << 5;
+        QTest::newRow("backspace") << int(Qt::Key_Backspace) << none << 5 << 4 << int(A::back) << 5;
+        QTest::newRow("alt+left") << int(Qt::Key_Left) << int(Qt::AltModifier) << 5 << 4 << int(A::back) << 5;
+        // Chords are the window's shortcuts (Ctrl+Backspace reviews).
+        QTest::newRow("ctrl+backspace") << int(Qt::Key_Backspace) << int(Qt::ControlModifier) << 5 << 4 << int(A::none)
+                                        << -1;
+        QTest::newRow("ctrl+right") << int(Qt::Key_Right) << int(Qt::ControlModifier) << 5 << 4 << int(A::none) << -1;
+        QTest::newRow("a letter") << int(Qt::Key_A) << none << 5 << 4 << int(A::none) << -1;
+        QTest::newRow("no such row") << int(Qt::Key_Right) << none << 10 << 4 << int(A::none) << -1;
+    }
+
+    void tileKeys()
+    {
+        QFETCH(int, key);
+        QFETCH(int, modifiers);
+        QFETCH(int, row);
+        QFETCH(int, columns);
+        QFETCH(int, action);
+        QFETCH(int, to);
+        const TileKeys::Outcome out = TileKeys::press(key, Qt::KeyboardModifiers(modifiers), row, 10, columns);
+        QCOMPARE(int(out.action), action);
+        QCOMPARE(out.row, to);
     }
 
     void repeatsAndTheNavigationGuard()

@@ -52,6 +52,7 @@ Column {
                 size: 14
                 anchors.verticalCenter: parent.verticalCenter
                 checked: entry.modelData.ticked
+                Accessible.name: entry.modelData.name
                 onClicked: contents.toggle(entry.modelData.path)
                 SorvelToolTip {
                     visible: tick.hovered && entry.modelData.help.length > 0

@@ -11,6 +11,9 @@ Column {
     required property var modelData
     required property ReviewModel review
 
+    // A control of the row took the keyboard focus: the list shows it.
+    signal focusedControl(Item control)
+
     Item {
         width: row.width
         height: row.modelData.inside.length > 0 ? 58 : 44
@@ -19,7 +22,9 @@ Column {
             id: tick
             anchors.verticalCenter: parent.verticalCenter
             checked: row.modelData.ticked
+            Accessible.name: row.modelData.name
             onClicked: row.review.toggle(row.modelData.id)
+            onActiveFocusChanged: if (activeFocus) row.focusedControl(tick)
         }
         Item {
             id: icon
@@ -79,12 +84,14 @@ Column {
             anchors.verticalCenter: parent.verticalCenter
             spacing: 8
             SorvelButton {
+                id: disclose
                 visible: row.modelData.isJunk && row.modelData.locationId.length > 0
                 kind: SorvelButtonStyle.Ghost
                 size: SorvelButtonStyle.Small
                 symbol: row.modelData.expanded ? "chevron.up" : "chevron.down"
                 text: row.modelData.expanded ? qsTr("Hide") : qsTr("Show items")
                 onClicked: row.review.toggleExpanded(row.modelData.id)
+                onActiveFocusChanged: if (activeFocus) row.focusedControl(disclose)
             }
             Badge {
                 visible: row.modelData.badge.length > 0

@@ -7,7 +7,7 @@ import Sorvel.Ui
 SheetCard {
     id: sheet
 
-    flexible: flexibleList
+    flexible: scroll
 
     readonly property ReviewModel model: ReviewModel {}
 
@@ -76,10 +76,13 @@ SheetCard {
                 spacing: 8
                 SorvelCheck {
                     id: acknowledge
+                    objectName: "acknowledge"
+                    Accessible.name: acknowledgeText.text
                     checked: sheet.model.acknowledged
                     onClicked: sheet.model.acknowledged = !sheet.model.acknowledged
                 }
                 Text {
+                    id: acknowledgeText
                     anchors.verticalCenter: acknowledge.verticalCenter
                     text: qsTr("I've checked these, and I have a backup of anything I might need")
                     font.pixelSize: 12
@@ -92,7 +95,7 @@ SheetCard {
 
     // The list, by area.
     FadingScroll {
-        id: flexibleList
+        id: scroll
         width: parent.width
         height: Math.min(440, list.implicitHeight, Math.max(96, sheet.room))
         contentHeight: list.implicitHeight
@@ -128,6 +131,7 @@ SheetCard {
                         ReviewRow {
                             width: section.width
                             review: sheet.model
+                            onFocusedControl: control => scroll.reveal(control)
                         }
                     }
                 }
