@@ -401,6 +401,14 @@ void writeJson(const QByteArray &root, const Arguments &args, const ScanResult &
             out.raw("null");
         else
             out.text(node->artifactKind);
+        // Why the folder couldn't be read, wholly or (partlyRead) in part.
+        out.raw(",\"readError\":");
+        if (node->hasReadError())
+            out.text(DirNode::errorText(node->readError));
+        else
+            out.raw("null");
+        out.raw(",\"partlyRead\":");
+        out.boolean(node->partlyRead);
         out.raw("}");
         // Pushed in reverse so that children come out largest first.
         for (auto it = node->children.rbegin(); it != node->children.rend(); ++it)

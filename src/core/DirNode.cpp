@@ -1,6 +1,7 @@
 #include "DirNode.h"
 
 #include <algorithm>
+#include <cstring>
 
 DirNode::DirNode(QByteArray name, const DirNodePtr &parent) : name(std::move(name)), parent(parent) {}
 
@@ -54,3 +55,5 @@ void DirNode::sortRecursively()
             stack.push_back(child.get());
     }
 }
+
+QString DirNode::errorText(int error) { return QString::fromLocal8Bit(std::strerror(error)); }

@@ -25,6 +25,7 @@ using DirNodePtr = std::shared_ptr<DirNode>;
 //   size      == sum(children.size) + sum(files.size) + smallFilesSize
 //   fileCount == sum(children.fileCount) + plain files directly here (listed or
 //                not) + the files inside each package listed here
+//   unreadableBelow == sum(children.unreadableBelow) + (readError != 0)
 class DirNode
 {
 public:
@@ -44,6 +45,24 @@ public:
     qint64 smallFilesSize = 0;
     // Developer artefact label ("node_modules", ...); null when not an artefact.
     QString artifactKind;
+    // Folders at or below this one that could not be read, wholly or in part;
+    // lets a reader find them without walking the parts of the tree that were
+    // read whole.
+    qint32 unreadableBelow = 0;
+    // Why this folder could not be read (an errno value), or 0 when it was.
+    // With `partlyRead` false nothing of it could be listed: it stands empty,
+    // its size unknown rather than zero. With `partlyRead` true it was listed
+    // but some of its entries could not be examined or reached; what was read
+    // is counted.
+    qint16 readError = 0;
+    bool partlyRead = false;
+
+    // Nothing of it could be listed.
+    bool isUnreadable() const { return readError != 0 && !partlyRead; }
+    // Wholly or in part.
+    bool hasReadError() const { return readError != 0; }
+    // The system's words for `readError` ("Permission denied").
+    static QString errorText(int error);
 
     DirNodePtr parentNode() const { return parent.lock(); }
 

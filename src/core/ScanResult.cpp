@@ -61,12 +61,13 @@ namespace {
 
 void takeFrom(qint64 &value, qint64 amount) { value = std::max<qint64>(0, value - amount); }
 
-// Takes size and count off `node` and every folder above it.
-void takeUpwards(DirNodePtr node, qint64 size, qint64 count)
+// Takes size, count and unreadable folders off `node` and every folder above it.
+void takeUpwards(DirNodePtr node, qint64 size, qint64 count, qint32 unreadable = 0)
 {
     for (; node; node = node->parentNode()) {
         takeFrom(node->size, size);
         takeFrom(node->fileCount, count);
+        node->unreadableBelow = std::max<qint32>(0, node->unreadableBelow - unreadable);
     }
 }
 
@@ -135,7 +136,7 @@ void ScanResult::remove(const QSet<QByteArray> &paths, const QHash<QByteArray, q
             if (!parent)
                 continue; // the root never goes
             std::erase_if(parent->children, [&](const DirNodePtr &child) { return child == n; });
-            takeUpwards(parent, n->size, n->fileCount);
+            takeUpwards(parent, n->size, n->fileCount, n->unreadableBelow);
             goneIndex.insert(n.get(), gone.size());
             gone.push_back({path, n, n->size});
             taken.push_back({path, n->size, n->fileCount});

@@ -49,7 +49,8 @@ public:
     // listed files, folders that went whole and loose small files (those with
     // a size above 0 in `sizes`, the bytes each freed). Every size and count on
     // the way up, the category totals and the artefacts lose what went; nothing
-    // goes below 0. A folder that went whole comes off its category totals by
+    // goes below 0; a folder that went takes its unreadable folders off the
+    // counts above it. A folder that went whole comes off its category totals by
     // its listed files, and the rest of it off `other`, by its size and by a
     // count of one (its unlisted files are not known one by one). Paths the
     // scan does not know change nothing, and the root itself never goes.

@@ -118,9 +118,9 @@ bool isOn()
     return on;
 }
 
-bool isDemoPath(QByteArrayView path)
+bool isDemoPath(QByteArrayView path, Platform platform)
 {
-    const QByteArrayView root(home);
+    const QByteArray root = home(platform);
     return path == root || (path.startsWith(root) && path.size() > root.size() && path[root.size()] == '/');
 }
 
@@ -233,29 +233,37 @@ QHash<QString, QList<JunkEntry>> contents(Platform platform)
             const auto &[name, share] = listing.entries[i];
             const qint64 size = i + 1 == listing.entries.size() ? left : total / shares * share;
             left -= size;
-            entries.append(JunkEntry{QByteArray(home) + '/' + name, size, id != QLatin1String("installers")});
+            entries.append(JunkEntry{home(platform) + '/' + name, size, id != QLatin1String("installers")});
         }
         out.insert(id, entries);
     }
     return out;
 }
 
-ScanResultPtr scanResult(qint64 firstID)
+QByteArray home(Platform platform)
 {
+    return platform == Platform::macOS ? QByteArrayLiteral("/Users/sample") : QByteArrayLiteral("/home/sample");
+}
+
+ScanResultPtr scanResult(qint64 firstID, Platform platform)
+{
+    // The same person's home on either system, in the names that system gives
+    // its folders and with what is usual there.
+    const bool mac = platform == Platform::macOS;
     Builder b(firstID);
-    auto root = std::make_shared<DirNode>(QByteArray(home));
+    auto root = std::make_shared<DirNode>(home(platform));
 
     // Films: the heaviest and the most forgotten things on this disk.
-    const auto movies = b.dir("Movies", root);
+    const auto movies = b.dir(mac ? "Movies" : "Videos", root);
     b.file("Iceland Trip 4K.mov", 18400000000, movies, 420 * day);
     const auto drone = b.dir("Drone Footage", movies);
     b.file("DJI_0412.MP4", 6210000000, drone, 300 * day);
     b.file("DJI_0413.MP4", 3870000000, drone, 300 * day);
-    const auto exports = b.dir("Final Cut Exports", movies);
+    const auto exports = b.dir(mac ? "Final Cut Exports" : "Resolve Exports", movies);
     b.file("Brand Film v3.mp4", 2840000000, exports, 45 * day);
     b.file("Brand Film v2.mp4", 2810000000, exports, 190 * day);
     const auto recordings = b.dir("Screen Recordings", movies);
-    b.file("Onboarding Walkthrough.mov", 1270000000, recordings, 12 * day);
+    b.file(mac ? "Onboarding Walkthrough.mov" : "Onboarding Walkthrough.webm", 1270000000, recordings, 12 * day);
 
     // Software: four projects with their build output.
     const auto projects = b.dir("Projects", root);
@@ -263,10 +271,10 @@ ScanResultPtr scanResult(qint64 firstID)
     b.artifact(b.dir("node_modules", atlas), "Node.js dependencies", 1940000000, 48200);
     b.artifact(b.dir(".next", atlas), "Next.js build", 620000000, 3100);
     b.filler(b.dir("src", atlas), 48000000, 1260);
-    const auto orbit = b.dir("orbit-ios", projects);
+    const auto orbit = b.dir(mac ? "orbit-ios" : "orbit-server", projects);
     b.artifact(b.dir(".build", orbit), "Swift build", 2410000000, 9020);
     b.filler(b.dir("Sources", orbit), 21000000, 640);
-    b.file("App Icon.sketch", 182000000, b.dir("Design", orbit), 95 * day);
+    b.file(mac ? "App Icon.sketch" : "App Icon.xcf", 182000000, b.dir("Design", orbit), 95 * day);
     const auto nimbus = b.dir("nimbus-api", projects);
     b.artifact(b.dir(".venv", nimbus), "Python virtualenv", 840000000, 21300);
     b.file("production-dump.sql", 2140000000, b.dir("data", nimbus), 400 * day);
@@ -275,29 +283,38 @@ ScanResultPtr scanResult(qint64 firstID)
     b.file("soundtrack.wav", 612000000, b.dir("assets", pixel), 230 * day);
 
     const auto downloads = b.dir("Downloads", root);
-    b.file("Xcode_16.xip", 7940000000, downloads, 200 * day);
+    b.file(mac ? "Xcode_16.xip" : "android-studio-2024.2-linux.tar.gz", 7940000000, downloads, 200 * day);
     b.file("ubuntu-24.04-desktop.iso", 6110000000, downloads, 150 * day);
-    b.file("Blender-4.1.dmg", 381000000, downloads, 510 * day);
-    b.file("ZoomInstaller.pkg", 95000000, downloads, 610 * day);
+    b.file(mac ? "Blender-4.1.dmg" : "blender-4.1.1-linux-x64.tar.xz", 381000000, downloads, 510 * day);
+    b.file(mac ? "ZoomInstaller.pkg" : "zoom_amd64.deb", 95000000, downloads, 610 * day);
     b.file("tax-return-2023.pdf", 14000000, downloads, 380 * day);
     // A second download of a film already exported: a twin of it.
     b.file("Brand Film v3.mp4", 2840000000, downloads, 40 * day);
     b.filler(downloads, 820000000, 412);
 
     const auto pictures = b.dir("Pictures", root);
-    b.package("Photos Library.photoslibrary", 34200000000, pictures, FileCategory::other);
+    if (mac)
+        b.package("Photos Library.photoslibrary", 34200000000, pictures, FileCategory::other);
+    else
+        b.filler(b.dir("Camera Roll", pictures), 34200000000, 12400);
     const auto lisbon = b.dir("Lisbon 2023", b.dir("Shoots", pictures));
     b.file("Panorama Alfama.psd", 1830000000, lisbon, 470 * day);
     b.file("DSC_0142.NEF", 62000000, lisbon, 470 * day);
     b.filler(lisbon, 4200000000, 1800);
 
     const auto music = b.dir("Music", root);
-    b.package("Album Demo.logicx", 3810000000, b.dir("Logic Projects", music), FileCategory::audio);
+    if (mac)
+        b.package("Album Demo.logicx", 3810000000, b.dir("Logic Projects", music), FileCategory::audio);
+    else
+        b.filler(b.dir("Album Demo", b.dir("Ardour Sessions", music)), 3810000000, 640);
     b.file("Drum Kits.zip", 1240000000, b.dir("Samples", music), 700 * day);
     b.file("Album Demo Mix 3.wav", 842000000, b.dir("Bounces", music), 20 * day);
 
     const auto documents = b.dir("Documents", root);
-    b.package("Thesis Draft.pages", 210000000, documents, FileCategory::document);
+    if (mac)
+        b.package("Thesis Draft.pages", 210000000, documents, FileCategory::document);
+    else
+        b.file("Thesis Draft.odt", 210000000, documents, 3 * day);
     b.file("Studio Lease 2022.pdf", 8400000, b.dir("Contracts", documents), 800 * day);
     const auto taxes = b.dir("Taxes", documents);
     b.file("Receipts 2023.zip", 462000000, taxes, 330 * day);
@@ -305,7 +322,7 @@ ScanResultPtr scanResult(qint64 firstID)
     b.filler(documents, 310000000, 2400);
 
     const auto desktop = b.dir("Desktop", root);
-    b.file("Screen Recording 2024-11-02.mov", 948000000, desktop, 5 * day);
+    b.file(mac ? "Screen Recording 2024-11-02.mov" : "Screencast 2024-11-02.webm", 948000000, desktop, 5 * day);
     b.file("mockup-final-FINAL.psd", 721000000, desktop, 60 * day);
     b.file("Panorama Alfama copy.psd", 1830000000, desktop, 470 * day);
     b.file("tax-return-2023 (1).pdf", 14000000, desktop, 380 * day);
@@ -314,11 +331,14 @@ ScanResultPtr scanResult(qint64 firstID)
     b.file("Windows 11.vdi", 27900000000, windows, 240 * day);
     b.filler(b.dir("Logs", windows), 6000000, 14);
 
-    const auto brand = b.dir("Brand Assets", b.dir("Creative Cloud Files", root));
-    b.file("Logo Master.ai", 241000000, brand, 400 * day);
+    const auto brand = b.dir("Brand Assets", b.dir(mac ? "Creative Cloud Files" : "Nextcloud", root));
+    b.file(mac ? "Logo Master.ai" : "Logo Master.svg", 241000000, brand, 400 * day);
     b.file("Hero Loop.mp4", 1610000000, brand, 380 * day);
 
-    b.package("DaVinci Resolve.app", 3120000000, b.dir("Applications", root), FileCategory::application);
+    if (mac)
+        b.package("DaVinci Resolve.app", 3120000000, b.dir("Applications", root), FileCategory::application);
+    else
+        b.file("DaVinci_Resolve_19.1_Linux.run", 3120000000, b.dir("Applications", root), 90 * day);
 
     b.filler(b.dir("mod", b.dir("pkg", b.dir("go", root))), 2310000000, 41000);
 
@@ -332,12 +352,24 @@ ScanResultPtr scanResult(qint64 firstID)
     b.filler(b.dir("huggingface", cache), 4400000000, 96);
     b.artifact(b.dir(".gradle", root), "Gradle cache", 3420000000, 40500);
 
-    const auto library = b.dir("Library", root);
-    b.filler(b.dir("Caches", library), 12640000000, 48210);
-    b.filler(b.dir("Developer", library), 15200000000, 66000);
-    b.filler(b.dir("Application Support", library), 6310000000, 22000);
-    b.filler(b.dir("Mail", library), 3820000000, 96000);
-    b.filler(b.dir("Containers", library), 2240000000, 18000);
+    if (mac) {
+        const auto library = b.dir("Library", root);
+        b.filler(b.dir("Caches", library), 12640000000, 48210);
+        b.filler(b.dir("Developer", library), 15200000000, 66000);
+        b.filler(b.dir("Application Support", library), 6310000000, 22000);
+        b.filler(b.dir("Mail", library), 3820000000, 96000);
+        b.filler(b.dir("Containers", library), 2240000000, 18000);
+    } else {
+        // What macOS keeps in Library lives in the XDG folders.
+        b.filler(b.dir("spotify", cache), 3140000000, 1900);
+        b.filler(b.dir("JetBrains", cache), 2410000000, 30100);
+        b.filler(b.dir("thumbnails", cache), 640000000, 9204);
+        const auto share = b.dir("share", b.dir(".local", root));
+        b.filler(b.dir("Steam", share), 15200000000, 66000);
+        b.filler(b.dir("containers", share), 2240000000, 18000);
+        b.filler(b.dir("JetBrains", b.dir(".config", root)), 6310000000, 22000);
+        b.filler(b.dir(".thunderbird", root), 3820000000, 96000);
+    }
 
     root->sortRecursively();
     auto bySize = [](const auto &x, const auto &y) { return x.size > y.size; };

@@ -24,8 +24,9 @@ bool isOn();
 // Whether these arguments turn demo mode on.
 bool isOn(const QByteArrayList &arguments);
 
-// The home folder the demo result stands for.
-inline constexpr char home[] = "/Users/sample";
+// The home folder the demo result stands for, named as the platform names
+// homes: "/Users/sample" on macOS, "/home/sample" on Linux.
+QByteArray home(Platform platform = Platform::current());
 
 // The one demo volume.
 VolumeInfo volume();
@@ -39,11 +40,13 @@ QMap<QString, DiskUsage> measurements(Platform platform = Platform::current());
 QHash<QString, QList<JunkEntry>> contents(Platform platform = Platform::current());
 
 // Whether a file belongs to the demo home folder rather than a real scan.
-bool isDemoPath(QByteArrayView path);
+bool isDemoPath(QByteArrayView path, Platform platform = Platform::current());
 
 // A fresh scan result of the demo home folder, dated relative to now, with file
 // ids from `firstID` on. The same `firstID` gives the same ids. Its twins (files
-// of identical content) are exactly its files of equal size.
-ScanResultPtr scanResult(qint64 firstID);
+// of identical content) are exactly its files of equal size. The folders are
+// those usual on `platform`, in its names ("Movies" and "Library" on macOS,
+// "Videos" and the XDG folders on Linux).
+ScanResultPtr scanResult(qint64 firstID, Platform platform = Platform::current());
 
 } // namespace Demo

@@ -33,6 +33,8 @@ Item {
     required property string selectAction
     required property bool vanishing
     required property string accessibleName
+    required property bool unreadable
+    required property int unreadableCount
 
     required property SpaceModel space
     property bool listLayout: false
@@ -117,6 +119,7 @@ Item {
         property string path
         property string condition
         property bool dim: false
+        property bool unreadable: false
 
         width: size
         height: size
@@ -133,7 +136,25 @@ Item {
             anchors.centerIn: parent
             path: conditioned.path
             size: conditioned.condition === "bloated" ? conditioned.size * 1.08 : conditioned.size
-            opacity: conditioned.dim ? 0.5 : 1
+            opacity: conditioned.dim ? 0.5 : conditioned.unreadable ? 0.4 : 1
+        }
+        // What couldn't be read wears a lock.
+        Rectangle {
+            visible: conditioned.unreadable
+            anchors.right: parent.right
+            anchors.bottom: parent.bottom
+            width: Math.max(14, conditioned.size * 0.38)
+            height: width
+            radius: width / 2
+            color: Look.raised
+            border.width: 1
+            border.color: Look.withAlpha(Look.ember, 0.6)
+            SymbolIcon {
+                anchors.centerIn: parent
+                name: "lock.fill"
+                size: parent.width * 0.5
+                color: Look.ember
+            }
         }
         SymbolIcon {
             visible: conditioned.condition === "stained"
@@ -166,7 +187,21 @@ Item {
         Text {
             text: tile.sizeText
             font.pixelSize: 11
-            color: Look.ink3
+            color: tile.unreadable ? Look.ember : Look.ink3
+        }
+        // Folders inside that couldn't be read, counted.
+        SymbolIcon {
+            visible: tile.unreadableCount > 0 && !tile.unreadable
+            name: "lock.fill"
+            size: 9
+            color: Look.ember
+            anchors.verticalCenter: parent.verticalCenter
+        }
+        Text {
+            visible: tile.unreadableCount > 0 && !tile.unreadable
+            text: "" + tile.unreadableCount
+            font.pixelSize: 11
+            color: Look.ember
         }
     }
 
@@ -200,6 +235,7 @@ Item {
             path: tile.iconPath
             condition: tile.condition
             dim: tile.isPlaceholder && tile.waiting
+            unreadable: tile.unreadable
         }
         Column {
             visible: !tile.isPlaceholder
@@ -272,6 +308,7 @@ Item {
             path: tile.iconPath
             condition: tile.condition
             dim: tile.isPlaceholder && tile.waiting
+            unreadable: tile.unreadable
         }
         Column {
             anchors.left: listIcon.right

@@ -63,6 +63,9 @@ ExplorerEntry ExplorerEntry::fromNode(const DirNodePtr &node)
     e.artifactKind = node->artifactKind;
     e.fileCount = node->fileCount;
     e.node = node;
+    e.unreadableBelow = node->unreadableBelow;
+    e.readError = node->readError;
+    e.partlyRead = node->partlyRead;
     e.risk = RiskCatalog::assess(e.id, true, e.hasArtifactKind());
     return e;
 }

@@ -31,6 +31,15 @@ struct ExplorerEntry {
     DirNodePtr node;                      // set exactly when the entry can be entered
     std::optional<FileItem> file;         // set when taken from the scan's file list
     Risk risk;
+    // Of a scanned folder: folders at or below it that couldn't be read
+    // (wholly or in part), and why this one couldn't (an errno value, 0 when
+    // it could; `partlyRead` when some of it was read).
+    int unreadableBelow = 0;
+    int readError = 0;
+    bool partlyRead = false;
+
+    // A folder nothing of which could be listed: its size is unknown.
+    bool isUnreadable() const { return readError != 0 && !partlyRead; }
 
     bool hasArtifactKind() const { return !artifactKind.isNull(); }
 

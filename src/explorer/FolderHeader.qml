@@ -1,9 +1,10 @@
 pragma ComponentBehavior: Bound
 import QtQuick
+import QtQuick.Templates as T
 import Sorvel.Ui
 
-// Above the tiles of a scan: the way back, the breadcrumb, where this is, and
-// how much it holds.
+// Above the tiles of a scan: the way back, the breadcrumb, where this is, how
+// much it holds, and what of it couldn't be read.
 Item {
     id: header
 
@@ -112,8 +113,11 @@ Item {
     }
 
     TextEdit {
+        id: subtitle
+
         anchors.left: crumbs.left
-        anchors.right: crumbs.right
+        anchors.right: notice.visible ? notice.left : crumbs.right
+        anchors.rightMargin: notice.visible ? 10 : 0
         anchors.top: crumbs.bottom
         anchors.topMargin: 4
         text: metrics.elidedText
@@ -127,7 +131,129 @@ Item {
             text: header.space.subtitle
             font.pixelSize: 12
             elide: Text.ElideMiddle
-            elideWidth: crumbs.width
+            elideWidth: subtitle.width
+        }
+    }
+
+    // "N folders couldn't be read": opens the list of them.
+    Rectangle {
+        id: notice
+
+        objectName: "unreadableNotice"
+        visible: header.space.unreadableNotice.length > 0
+        anchors.right: crumbs.right
+        anchors.verticalCenter: subtitle.verticalCenter
+        width: noticeRow.implicitWidth + 16
+        height: 22
+        radius: 11
+        color: noticeHover.hovered || unreadableList.opened ? Look.emberSubtle : "transparent"
+        border.width: 1
+        border.color: Look.withAlpha(Look.ember, 0.5)
+        Accessible.role: Accessible.Button
+        Accessible.name: header.space.unreadableNotice
+        Accessible.onPressAction: unreadableList.open()
+
+        Row {
+            id: noticeRow
+
+            anchors.centerIn: parent
+            spacing: 5
+            SymbolIcon {
+                anchors.verticalCenter: parent.verticalCenter
+                name: "lock.fill"
+                size: 10
+                color: Look.ember
+            }
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                text: header.space.unreadableNotice
+                font.pixelSize: 12
+                font.weight: Font.Medium
+                color: Look.ink2
+            }
+            SymbolIcon {
+                anchors.verticalCenter: parent.verticalCenter
+                name: "chevron.down"
+                size: 10
+                color: Look.ink3
+            }
+        }
+        HoverHandler {
+            id: noticeHover
+            cursorShape: Qt.PointingHandCursor
+        }
+        TapHandler {
+            onTapped: unreadableList.opened ? unreadableList.close() : unreadableList.open()
+        }
+    }
+
+    T.Popup {
+        id: unreadableList
+
+        objectName: "unreadableList"
+        x: notice.x + notice.width - width
+        y: notice.y + notice.height + 6
+        width: Math.min(520, header.width)
+        implicitHeight: Math.min(340, implicitContentHeight + topPadding + bottomPadding)
+        padding: 12
+        focus: true
+        closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
+
+        background: Rectangle {
+            radius: 14
+            color: Look.panel
+            border.width: 1
+            border.color: Look.lineStrong
+        }
+
+        // The linter of Qt 6.4 counts the ids inside the delegate against deferring
+        // the content item; deferring it makes no difference to this popup.
+        contentItem: Column { // qmllint disable deferred-property-id
+            spacing: 8
+            Text {
+                width: parent.width
+                text: header.space.unreadableNotice
+                font.pixelSize: 13
+                font.weight: Font.Bold
+                color: Look.ink
+            }
+            Text {
+                width: parent.width
+                text: qsTr("What couldn't be read of them isn't counted above. Scanning with more rights, or after changing their permissions, reads them.")
+                wrapMode: Text.Wrap
+                font.pixelSize: 12
+                color: Look.ink3
+            }
+            ListView {
+                width: parent.width
+                height: Math.min(contentHeight, 220)
+                clip: true
+                boundsBehavior: Flickable.StopAtBounds
+                model: header.space.unreadableFolders
+                T.ScrollBar.vertical: SorvelScrollBar {}
+                delegate: Column {
+                    id: folderRow
+
+                    required property var modelData
+
+                    width: ListView.view.width
+                    bottomPadding: 6
+                    Text {
+                        width: parent.width
+                        text: folderRow.modelData.path
+                        elide: Text.ElideMiddle
+                        font.pixelSize: 12
+                        color: Look.ink
+                    }
+                    Text {
+                        width: parent.width
+                        text: folderRow.modelData.reason
+                        elide: Text.ElideRight
+                        font.pixelSize: 11
+                        color: Look.ember
+                    }
+                }
+            }
         }
     }
 

@@ -30,5 +30,5 @@ size_t RowDiff::signature(const ExplorerTile &tile)
 {
     const ExplorerEntry *e = tile.entry();
     return qHashMulti(0, tile.id(), int(tile.condition), e ? e->size : -1, e && e->measuring,
-                      e ? e->risk.title : QString());
+                      e ? e->risk.title : QString(), e ? e->unreadableBelow : 0);
 }

@@ -49,14 +49,50 @@ QString SpaceHeader::subtitle() const
 QString SpaceHeader::sizeText() const
 {
     const DirNodePtr node = current();
-    return node ? Fmt::bytes(node->size) : QString();
+    if (!node)
+        return {};
+    return node->isUnreadable() ? TileText::unreadableSize() : Fmt::bytes(node->size);
 }
 
 QString SpaceHeader::filesText() const
 {
     const DirNodePtr node = current();
-    return node ? explorerText(QT_TRANSLATE_NOOP("Explorer", "%1 files")).arg(QLocale().toString(node->fileCount))
-                : QString();
+    if (!node)
+        return {};
+    if (node->isUnreadable())
+        return DirNode::errorText(node->readError);
+    return explorerText(QT_TRANSLATE_NOOP("Explorer", "%1 files")).arg(QLocale().toString(node->fileCount));
+}
+
+QString SpaceHeader::unreadableNotice() const
+{
+    const DirNodePtr node = current();
+    return node && node->unreadableBelow > 0 ? TileText::unreadableNotice(node->unreadableBelow) : QString();
+}
+
+QVariantList SpaceHeader::unreadableFolders() const
+{
+    QVariantList out;
+    const DirNodePtr node = current();
+    if (!node)
+        return out;
+    // Only the branches that hold one are walked.
+    std::vector<const DirNode *> stack{node.get()};
+    while (!stack.empty() && out.size() < unreadableListLimit) {
+        const DirNode *at = stack.back();
+        stack.pop_back();
+        if (at->hasReadError()) {
+            QString reason = DirNode::errorText(at->readError);
+            if (at->partlyRead)
+                reason = explorerText(QT_TRANSLATE_NOOP("Explorer", "Partly read: %1")).arg(reason);
+            out << QVariantMap{{QStringLiteral("path"), Paths::toDisplay(at->path())},
+                               {QStringLiteral("reason"), reason}};
+        }
+        for (auto it = at->children.rbegin(); it != at->children.rend(); ++it)
+            if ((*it)->unreadableBelow > 0)
+                stack.push_back(it->get());
+    }
+    return out;
 }
 
 QString SpaceHeader::discoveringTitle() const

@@ -26,8 +26,16 @@ public:
     QStringList crumbs() const;
     // Where the folder is; at the root, also how long the scan took.
     QString subtitle() const;
+    // For a folder that couldn't be listed: "Couldn't be read" and the reason.
     QString sizeText() const;
     QString filesText() const; // "1,234 files"
+    // "N folders couldn't be read", counting the folder itself and all below
+    // it; empty when every one of them was read.
+    QString unreadableNotice() const;
+    // Those folders, the first `unreadableListLimit` in the order of the tree,
+    // as {path, reason}; a partly read one says so in its reason.
+    QVariantList unreadableFolders() const;
+    static constexpr int unreadableListLimit = 200;
 
     // -- The discovering header ----------------------------------------------
     // "Reading your disk" without a target, else "Reading <name>".

@@ -10,6 +10,7 @@
 #include "core/FileActions.h"
 #include "core/Paths.h"
 #include "core/Prefs.h"
+#include "demo/Demo.h"
 #include "safety/SafetyGuard.h"
 #include "state/AppState.h"
 
@@ -242,6 +243,8 @@ QHash<int, QByteArray> SpaceModel::roleNames() const
         {SelectActionRole, "selectAction"},
         {VanishingRole, "vanishing"},
         {AccessibleNameRole, "accessibleName"},
+        {UnreadableRole, "unreadable"},
+        {UnreadableCountRole, "unreadableCount"},
     };
 }
 
@@ -377,7 +380,45 @@ bool SpaceModel::emptyVisible() const
     return m_mode == SpaceView::Mode::results && allTiles().isEmpty() && !smallRowVisible();
 }
 
-QString SpaceModel::emptyText() const { return TileText::emptyLine(m_query); }
+// A folder that couldn't be listed is not empty: what it holds is unknown.
+static DirNodePtr unlistedNode(const SpaceModel &model)
+{
+    const DirNodePtr node = model.currentNode();
+    return node && node->isUnreadable() && !model.emptyCanReset() ? node : nullptr;
+}
+
+QString SpaceModel::emptyText() const
+{
+    if (const DirNodePtr node = unlistedNode(*this))
+        return TileText::unreadableFolderLine(crumbs().value(crumbs().size() - 1), node->readError);
+    return TileText::emptyLine(m_query);
+}
+
+QString SpaceModel::emptyTitle() const
+{
+    return unlistedNode(*this) ? tr("Couldn't read this folder") : tr("Nothing matches");
+}
+
+QString SpaceModel::emptySymbol() const
+{
+    return unlistedNode(*this) ? QStringLiteral("lock.fill") : QStringLiteral("magnifyingglass");
+}
+
+bool SpaceModel::smallFilesListable(const DirNodePtr &node) const
+{
+    // The demo's folders are not on disk: their small files stay a sum.
+    return node && !(m_state && m_state->isDemo() && Demo::isDemoPath(node->path()));
+}
+
+qint64 SpaceModel::smallFilesRest(const DirNodePtr &node) const
+{
+    if (!node || !m_smallFiles.holds(node->path()))
+        return node ? node->smallFilesSize : 0;
+    qint64 listed = 0;
+    for (const ExplorerEntry &entry : m_smallFiles.of(node))
+        listed += entry.size;
+    return std::max<qint64>(0, node->smallFilesSize - listed);
+}
 
 bool SpaceModel::smallRowVisible() const
 {
@@ -385,8 +426,15 @@ bool SpaceModel::smallRowVisible() const
         return false;
     if (m_rowIds.size() < allTiles().size())
         return false;
+    // What a listing couldn't account for stays as a sum, so the folder's
+    // figure still adds up.
+    return smallFilesRest(currentNode()) > 0;
+}
+
+bool SpaceModel::smallRowLoadable() const
+{
     const DirNodePtr node = currentNode();
-    return node && node->smallFilesSize > 0 && !m_smallFiles.holds(node->path());
+    return smallFilesListable(node) && !m_smallFiles.holds(node->path());
 }
 
 bool SpaceModel::smallLoading() const
@@ -398,7 +446,11 @@ bool SpaceModel::smallLoading() const
 QString SpaceModel::smallRowText() const
 {
     const DirNodePtr node = currentNode();
-    return node ? TileText::smallFilesLine(node->smallFilesSize, smallLoading()) : QString();
+    if (!node)
+        return {};
+    if (!smallRowLoadable())
+        return TileText::smallFilesRestLine(smallFilesRest(node));
+    return TileText::smallFilesLine(node->smallFilesSize, smallLoading());
 }
 
 // -- Folder, header ----------------------------------------------------------
@@ -700,7 +752,8 @@ void SpaceModel::loadMore()
 
 void SpaceModel::loadSmallFiles()
 {
-    if (m_smallFiles.load(currentNode()))
+    const DirNodePtr node = currentNode();
+    if (smallFilesListable(node) && m_smallFiles.load(node))
         emit tilesChanged();
 }
 

@@ -58,7 +58,11 @@ class SpaceModel : public QAbstractListModel
     Q_PROPERTY(QString showingText READ showingText NOTIFY tilesChanged)
     Q_PROPERTY(bool emptyVisible READ emptyVisible NOTIFY tilesChanged)
     Q_PROPERTY(QString emptyText READ emptyText NOTIFY tilesChanged)
+    Q_PROPERTY(QString emptyTitle READ emptyTitle NOTIFY tilesChanged)
+    Q_PROPERTY(QString emptySymbol READ emptySymbol NOTIFY tilesChanged)
+    Q_PROPERTY(bool emptyCanReset READ emptyCanReset NOTIFY tilesChanged)
     Q_PROPERTY(bool smallRowVisible READ smallRowVisible NOTIFY tilesChanged)
+    Q_PROPERTY(bool smallRowLoadable READ smallRowLoadable NOTIFY tilesChanged)
     Q_PROPERTY(bool smallLoading READ smallLoading NOTIFY tilesChanged)
     Q_PROPERTY(QString smallRowText READ smallRowText NOTIFY tilesChanged)
     Q_PROPERTY(QString folderKey READ folderKey NOTIFY folderChanged)
@@ -67,6 +71,8 @@ class SpaceModel : public QAbstractListModel
     Q_PROPERTY(QString subtitle READ subtitle NOTIFY folderChanged)
     Q_PROPERTY(QString currentSizeText READ currentSizeText NOTIFY folderChanged)
     Q_PROPERTY(QString currentFilesText READ currentFilesText NOTIFY folderChanged)
+    Q_PROPERTY(QString unreadableNotice READ unreadableNotice NOTIFY folderChanged)
+    Q_PROPERTY(QVariantList unreadableFolders READ unreadableFolders NOTIFY folderChanged)
     Q_PROPERTY(QString hovered READ hoveredText NOTIFY hoveredChanged)
     Q_PROPERTY(bool gridFocused READ gridFocused WRITE setGridFocused NOTIFY gridFocusedChanged)
     // The row of the tile that has (or last had) the keyboard focus; -1 for none.
@@ -104,9 +110,11 @@ public:
         WeightRole,
         WaitingRole,
         BarFactorRole,
-        SelectActionRole,   // "Deselect" or "Select for Cleaning"
-        VanishingRole,      // being taken by a removal right now
-        AccessibleNameRole, // name, size, share of the folder and verdict
+        SelectActionRole,    // "Deselect" or "Select for Cleaning"
+        VanishingRole,       // being taken by a removal right now
+        AccessibleNameRole,  // name, size, share of the folder and verdict
+        UnreadableRole,      // a folder nothing of which could be listed
+        UnreadableCountRole, // folders at or below it that couldn't be read
     };
     Q_ENUM(Role)
 
@@ -148,7 +156,14 @@ public:
     QString showingText() const;
     bool emptyVisible() const;
     QString emptyText() const;
+    QString emptyTitle() const;
+    QString emptySymbol() const;
+    // A search or filter hides something: "Show Everything" helps.
+    bool emptyCanReset() const { return !m_query.search.isEmpty() || m_query.filter != ExplorerFilter::all; }
+    // The row of the loose small files: to be listed, on their way, or what
+    // no listing could account for (the demo's, or files gone since the scan).
     bool smallRowVisible() const;
+    bool smallRowLoadable() const;
     bool smallLoading() const;
     QString smallRowText() const;
 
@@ -160,6 +175,8 @@ public:
     QString subtitle() const { return m_header.subtitle(); }
     QString currentSizeText() const { return m_header.sizeText(); }
     QString currentFilesText() const { return m_header.filesText(); }
+    QString unreadableNotice() const { return m_header.unreadableNotice(); }
+    QVariantList unreadableFolders() const { return m_header.unreadableFolders(); }
 
     QString hoveredText() const;
     bool gridFocused() const { return m_gridFocused; }
@@ -249,6 +266,10 @@ signals:
 
 private:
     const ExplorerTile *tileAt(int row) const;
+    // Whether the loose small files of `node` can be read from disk.
+    bool smallFilesListable(const DirNodePtr &node) const;
+    // Bytes of `node`'s small files that no listing stands for.
+    qint64 smallFilesRest(const DirNodePtr &node) const;
     // Rebuilds (or reuses) the list and brings the rows in line with it.
     void refresh();
     void syncRows(bool resetAll);

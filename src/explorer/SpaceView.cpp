@@ -183,8 +183,10 @@ const QList<ExplorerTile> &resultTiles(const DirNodePtr &current, int revision, 
 
     QList<ExplorerEntry> joined;
     joined.reserve(qsizetype(current->children.size() + current->files.size()));
+    // An empty folder isn't shown, unless something in it couldn't be read:
+    // then its size isn't known to be zero.
     for (const DirNodePtr &child : current->children)
-        if (child->size > 0)
+        if (child->size > 0 || child->unreadableBelow > 0)
             joined.append(ExplorerEntry::fromNode(child));
     for (const FileItem &file : current->files)
         joined.append(ExplorerEntry::fromFile(file));

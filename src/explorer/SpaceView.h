@@ -53,7 +53,8 @@ size_t selectionHash(const CleanQueue &queue);
 
 TileKey key(const DirNode *node, int revision, const ExplorerQuery &query, const CleanQueue &queue, int small);
 
-// The tiles of a folder: its non-empty folders and its files, largest first,
+// The tiles of a folder: its non-empty folders (and those that couldn't be read,
+// wholly or in part) and its files, largest first,
 // then `small` (never bloated), filtered and sorted. Answered from `memo` when
 // the key is the same.
 const QList<ExplorerTile> &resultTiles(const DirNodePtr &current, int revision, const QList<ExplorerEntry> &small,

@@ -132,7 +132,7 @@ FocusScope {
                     }
                     SymbolIcon {
                         visible: !model.smallLoading
-                        name: "arrow.down.circle"
+                        name: model.smallRowLoadable ? "arrow.down.circle" : "doc.on.doc"
                         size: 14
                         color: Look.ink2
                         anchors.verticalCenter: parent.verticalCenter
@@ -145,8 +145,10 @@ FocusScope {
                 }
                 HoverHandler {
                     id: smallHover
+                    enabled: model.smallRowLoadable
                 }
                 TapHandler {
+                    enabled: model.smallRowLoadable
                     onTapped: model.loadSmallFiles()
                 }
             }
@@ -156,7 +158,7 @@ FocusScope {
 
     // Loads the small files once half of their row is in view.
     function checkSmallRow(flick: ItemView) {
-        if (!model.smallRowVisible || model.smallLoading || !flick.footerItem)
+        if (!model.smallRowVisible || !model.smallRowLoadable || model.smallLoading || !flick.footerItem)
             return;
         const footerTop = flick.footerItem.y + 10;
         if (flick.contentY + flick.height >= footerTop + 22)
@@ -292,10 +294,11 @@ FocusScope {
             y: 20
             width: parent.width
             height: 260
-            symbol: "magnifyingglass"
-            title: qsTr("Nothing matches")
+            symbol: model.emptySymbol
+            title: model.emptyTitle
             text: model.emptyText
             SorvelButton {
+                visible: model.emptyCanReset
                 text: qsTr("Show Everything")
                 onClicked: model.showEverything()
             }

@@ -45,6 +45,8 @@ QVariant value(const ExplorerTile &tile, int role, const Around &around)
             return QString();
         if (e->measuring && e->size == 0)
             return explorerText(QT_TRANSLATE_NOOP("Explorer", "Measuring…"));
+        if (e->isUnreadable())
+            return TileText::unreadableSize();
         return Fmt::bytes(e->size);
     case SpaceModel::KindLineRole:
         return e ? TileText::kindLine(*e) : QString();
@@ -102,6 +104,10 @@ QVariant value(const ExplorerTile &tile, int role, const Around &around)
         return e ? TileText::accessibleName(*e, around.total) : QString();
     case SpaceModel::VanishingRole:
         return e && around.vanishing && around.vanishing->contains(e->id);
+    case SpaceModel::UnreadableRole:
+        return e && e->isUnreadable();
+    case SpaceModel::UnreadableCountRole:
+        return e ? e->unreadableBelow : 0;
     default:
         return {};
     }

@@ -26,6 +26,8 @@ bool hasPackageExtension(const QByteArray &path)
     return !ext.isEmpty() && FileCategory::isPackageExtension(ext);
 }
 
+QString explorerCount(const char *text, int n) { return QCoreApplication::translate("Explorer", text, nullptr, n); }
+
 QString safeToSorvelise(const QString &kind)
 {
     return kind + explorerText(QT_TRANSLATE_NOOP("Explorer", " · safe to sorvelise"));
@@ -35,10 +37,36 @@ QString safeToSorvelise(const QString &kind)
 
 namespace TileText {
 
+QString unreadableSize() { return explorerText(QT_TRANSLATE_NOOP("Explorer", "Couldn't be read")); }
+
+QString unreadableCount(int n) { return explorerCount(QT_TRANSLATE_NOOP("Explorer", "%n unreadable"), n); }
+
+QString unreadableNotice(int n)
+{
+    return explorerCount(QT_TRANSLATE_NOOP("Explorer", "%n folders couldn't be read"), n);
+}
+
+QString unreadableFolderLine(const QString &name, int error)
+{
+    return explorerText(QT_TRANSLATE_NOOP("Explorer", "“%1” couldn't be listed: %2. What it holds and its size are "
+                                                      "unknown."))
+        .arg(name, DirNode::errorText(error));
+}
+
 QString kindLine(const ExplorerEntry &entry)
 {
     if (entry.measuring)
         return explorerText(QT_TRANSLATE_NOOP("Explorer", "Measuring…"));
+    if (entry.isUnreadable())
+        return unreadableSize() + QStringLiteral(" · ") + DirNode::errorText(entry.readError);
+    QString line = plainKindLine(entry);
+    if (entry.isDirectory && entry.unreadableBelow > 0)
+        line += QStringLiteral(" · ") + unreadableCount(entry.unreadableBelow);
+    return line;
+}
+
+QString plainKindLine(const ExplorerEntry &entry)
+{
     if (entry.risk.level >= Risk::Level::caution)
         return entry.risk.title;
     if (entry.hasArtifactKind())
@@ -60,6 +88,14 @@ QStringList helpLines(const ExplorerEntry &entry, const HelpFacts &facts)
 {
     QStringList lines;
     lines << Paths::abbreviateHome(entry.id);
+    if (entry.isUnreadable())
+        lines << explorerText(QT_TRANSLATE_NOOP("Explorer", "Couldn't be read: %1. Its size is unknown"))
+                     .arg(DirNode::errorText(entry.readError));
+    else if (entry.readError != 0)
+        lines << explorerText(QT_TRANSLATE_NOOP("Explorer", "Only partly read: %1"))
+                     .arg(DirNode::errorText(entry.readError));
+    if (const int inside = entry.unreadableBelow - (entry.readError != 0 ? 1 : 0); inside > 0)
+        lines << explorerCount(QT_TRANSLATE_NOOP("Explorer", "%n folders inside couldn't be read"), inside);
     const bool kept = facts.isProtected && !facts.isContentsOnly;
     if (kept)
         lines << QStringLiteral("🔒 ") + facts.protectedReason;
@@ -138,6 +174,12 @@ QString smallFilesLine(qint64 size, bool loading)
     return explorerText(QT_TRANSLATE_NOOP("Explorer", "Scroll to load %1 in smaller files")).arg(Fmt::bytes(size));
 }
 
+QString smallFilesRestLine(qint64 size)
+{
+    return explorerText(QT_TRANSLATE_NOOP("Explorer", "%1 in smaller files, not listed one by one"))
+        .arg(Fmt::bytes(size));
+}
+
 QList<double> segmentWidths(const QList<qint64> &sizes, double width)
 {
     double total = 0;
@@ -191,8 +233,15 @@ QString verdict(const Risk &risk)
 QString accessibleName(const ExplorerEntry &entry, qint64 total)
 {
     QStringList parts{entry.name};
+    // A folder that couldn't be listed has no size to tell, only that.
+    if (entry.isUnreadable()) {
+        parts << unreadableSize() << verdict(entry.risk);
+        return parts.join(QStringLiteral(", "));
+    }
     parts << (entry.measuring && entry.size == 0 ? explorerText(QT_TRANSLATE_NOOP("Explorer", "Measuring…"))
                                                  : Fmt::bytes(entry.size));
+    if (entry.unreadableBelow > 0)
+        parts << unreadableCount(entry.unreadableBelow);
     if (total > 0)
         parts << explorerText(QT_TRANSLATE_NOOP("Explorer", "%1 of this folder"))
                      .arg(Fmt::percent(std::clamp(double(entry.size) / double(total), 0.0, 1.0)));

@@ -13,9 +13,22 @@
 
 namespace TileText {
 
-// The second line of a list row: "Measuring…", a risk title, an artefact kind,
-// "Folder · N files", a category title, "App or bundle" or "File".
+// The second line of a list row: "Measuring…", "Couldn't be read · reason",
+// or plainKindLine, followed for a folder that holds unreadable folders by
+// their count.
 QString kindLine(const ExplorerEntry &entry);
+// A risk title, an artefact kind, "Folder · N files", a category title, "App or
+// bundle" or "File".
+QString plainKindLine(const ExplorerEntry &entry);
+
+// What stands instead of the size of a folder that couldn't be listed.
+QString unreadableSize();
+// "N unreadable": folders below a tile that couldn't be read.
+QString unreadableCount(int n);
+// "N folders couldn't be read": the folder header's notice.
+QString unreadableNotice(int n);
+// Instead of an empty grid, in a folder that couldn't be listed.
+QString unreadableFolderLine(const QString &name, int error);
 
 // The tooltip, one line per fact that applies.
 QStringList helpLines(const ExplorerEntry &entry, const HelpFacts &facts);
@@ -37,6 +50,8 @@ QString emptyLine(const ExplorerQuery &query);
 // The row of the loose small files, of `size` bytes in all, still to be listed
 // or on their way.
 QString smallFilesLine(qint64 size, bool loading);
+// The same row for `size` bytes of small files that can't be listed.
+QString smallFilesRestLine(qint64 size);
 
 // The composition strip: segment widths for parts of `sizes` in a bar of
 // `width` with gaps of 2, each at least 2 wide.

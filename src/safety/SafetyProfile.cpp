@@ -4,10 +4,14 @@
 #include "core/Xdg.h"
 
 #include <QFile>
+#include <QMutex>
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstdlib>
+#include <memory>
+#include <vector>
 
 namespace {
 
@@ -194,15 +198,56 @@ SafetyProfile::SafetyProfile(Platform platform, QByteArray home, QByteArray conf
     }
 }
 
+namespace {
+
+// The running system's profile, and every one built before it: a reference
+// handed out stays valid for the life of the process.
+struct Standard {
+    std::atomic<const SafetyProfile *> current{nullptr};
+    QMutex mutex;
+    QByteArray home; // empty: the user's own
+    std::vector<std::unique_ptr<SafetyProfile>> built;
+};
+
+Standard &standardState()
+{
+    static Standard state;
+    return state;
+}
+
+} // namespace
+
 const SafetyProfile &SafetyProfile::standard()
 {
-    static const SafetyProfile profile = [] {
-        QByteArray config = qgetenv("XDG_CONFIG_HOME");
-        if (!config.startsWith('/'))
-            config.clear(); // a relative value is ignored, as the XDG rules say
-        return SafetyProfile(Platform::current(), Platform::homeDirectory(), config);
-    }();
-    return profile;
+    Standard &state = standardState();
+    if (const SafetyProfile *profile = state.current.load(std::memory_order_acquire))
+        return *profile;
+    QMutexLocker lock(&state.mutex);
+    if (const SafetyProfile *profile = state.current.load(std::memory_order_acquire))
+        return *profile;
+    QByteArray config = qgetenv("XDG_CONFIG_HOME");
+    if (!config.startsWith('/'))
+        config.clear(); // a relative value is ignored, as the XDG rules say
+    if (state.home.isEmpty()) {
+        state.built.push_back(std::make_unique<SafetyProfile>(Platform::current(), Platform::homeDirectory(), config));
+    } else {
+        // The user's folder names, read where the user keeps them.
+        if (config.isEmpty())
+            config = Platform::homeDirectory() + "/.config";
+        state.built.push_back(std::make_unique<SafetyProfile>(Platform::current(), state.home, config));
+    }
+    state.current.store(state.built.back().get(), std::memory_order_release);
+    return *state.built.back();
+}
+
+void SafetyProfile::setStandardHome(const QByteArray &home)
+{
+    Standard &state = standardState();
+    QMutexLocker lock(&state.mutex);
+    if (home == state.home)
+        return;
+    state.home = home;
+    state.current.store(nullptr, std::memory_order_release);
 }
 
 QByteArray SafetyProfile::normalize(QByteArrayView path) const

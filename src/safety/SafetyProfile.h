@@ -11,10 +11,11 @@
 #include <QList>
 #include <QSet>
 
-// The running system's profile is `standard()`: built once, on first use from
-// any thread, from Platform::current() and Platform::homeDirectory() read at
-// that moment, and never rebuilt. Other profiles are made by hand, so both
-// platforms' tables can be checked on any host.
+// The running system's profile is `standard()`: built on first use from any
+// thread, from Platform::current() and Platform::homeDirectory() read at that
+// moment (or the home given to setStandardHome), and rebuilt only when that
+// home changes. Other profiles are made by hand, so both platforms' tables can
+// be checked on any host.
 //
 // Every table entry is held in comparable form (Paths::comparable), so lookups
 // follow canonical Unicode equivalence.
@@ -26,6 +27,10 @@ public:
     SafetyProfile(Platform platform, QByteArray home, QByteArray configHome = {});
 
     static const SafetyProfile &standard();
+    // The home the standard profile speaks of from now on; empty for the
+    // user's own. The demo's made-up home is judged as a home, not as another
+    // user's. A profile handed out before stays valid.
+    static void setStandardHome(const QByteArray &home);
 
     Platform platform() const { return m_platform; }
     const QByteArray &home() const { return m_home; }

@@ -12,10 +12,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdlib>
 #include <memory>
 #include <optional>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include <sys/stat.h>
@@ -155,6 +157,7 @@ private:
     void publish();
     void publishNewChild();
     void noteUnreadable(const WalkEntry &entry);
+    void markUnreadable(const WalkEntry &entry, bool nothingRead);
     void enterDirectory(TreeWalk &walk, const WalkEntry &entry);
     void leaveDirectory(const WalkEntry &entry);
     void finishPackage(int level);
@@ -188,6 +191,9 @@ private:
 
     bool m_inArtifact = false;
     int m_artifactLevel = 0;
+    // The folder of the last event when that event entered it: an unreadable
+    // event right after it means nothing of it could be listed.
+    const DirNode *m_entered = nullptr;
 
     const CancelTokenPtr &m_token;
     const DiskScanner::ProgressCallback &m_progress;
@@ -225,6 +231,27 @@ void Walk::noteUnreadable(const WalkEntry &entry)
     ++m_unreadable;
     if (m_samples.size() < sampleLimit)
         m_samples.append(entry.path.toByteArray());
+}
+
+// Marks the folder an unreadable event or an entry that could not be examined
+// belongs to. A folder that could not be listed at all is unreadable; one that
+// was listed, but not all of whose entries could be examined or reached, is
+// partly read. Inside a package the folder holding the package is partly read.
+void Walk::markUnreadable(const WalkEntry &entry, bool nothingRead)
+{
+    if (m_nodes.empty())
+        return;
+    DirNode &top = *m_nodes.back();
+    const bool isTop = !m_package && entry.kind == WalkKind::unreadable && m_levels.back() == entry.level;
+    const int error = entry.error != 0 ? entry.error : EIO;
+    if (isTop && nothingRead) {
+        top.readError = qint16(error);
+        top.partlyRead = false;
+    } else if (!top.isUnreadable()) {
+        top.partlyRead = true;
+        if (top.readError == 0)
+            top.readError = qint16(error);
+    }
 }
 
 void Walk::enterDirectory(TreeWalk &walk, const WalkEntry &entry)
@@ -269,6 +296,7 @@ void Walk::enterDirectory(TreeWalk &walk, const WalkEntry &entry)
         m_root = node;
     m_nodes.push_back(node);
     m_levels.push_back(level);
+    m_entered = node.get();
 
     if (!m_inArtifact && level > 0) {
         node->artifactKind = DevArtifactRule::match(name, walk.folderDescriptor());
@@ -346,9 +374,12 @@ void Walk::leaveDirectory(const WalkEntry &entry)
         m_open = -1;
     }
     // The only place sizes move upwards: once per folder, when it is done.
+    if (node->hasReadError())
+        ++node->unreadableBelow;
     if (!m_nodes.empty()) {
         m_nodes.back()->size += node->size;
         m_nodes.back()->fileCount += node->fileCount;
+        m_nodes.back()->unreadableBelow += node->unreadableBelow;
     }
     if (m_inArtifact && m_artifactLevel == level) {
         if (!node->artifactKind.isNull())
@@ -433,19 +464,22 @@ ScanResultPtr Walk::run(const QByteArray &root)
                 publish();
             }
         }
+        const DirNode *entered = std::exchange(m_entered, nullptr);
         switch (entry.kind) {
         case WalkKind::directory:
             enterDirectory(walk, entry);
             break;
         case WalkKind::unreadable:
             noteUnreadable(entry);
-            leaveDirectory(entry); // it was entered and must be closed; it is simply empty
+            markUnreadable(entry, entered && !m_nodes.empty() && entered == m_nodes.back().get());
+            leaveDirectory(entry); // it was entered and must be closed; what was read of it stays
             break;
         case WalkKind::directoryDone:
             leaveDirectory(entry);
             break;
         case WalkKind::noStat:
             noteUnreadable(entry);
+            markUnreadable(entry, false);
             break;
         case WalkKind::file:
             addFile(entry);

@@ -8,6 +8,7 @@
 #include "core/Prefs.h"
 #include "demo/Demo.h"
 #include "removal/TrashDrain.h"
+#include "safety/SafetyProfile.h"
 #include "scan/DiskScanner.h"
 
 #include <QCoreApplication>
@@ -68,6 +69,7 @@ AppState::AppState(QObject *parent)
     m_volumeTimer.setInterval(volumeRefreshSeconds * 1000);
     connect(&m_volumeTimer, &QTimer::timeout, this, &AppState::refreshVolumes);
     m_duplicates.setSearch(m_environment.findDuplicates);
+    SafetyProfile::setStandardHome(m_environment.home);
     // Deep Clean's ticks are the junk items of the one selection.
     connect(&m_queue, &CleanQueue::itemsChanged, this, [this] {
         QSet<QString> ticked;
@@ -83,6 +85,8 @@ AppState::~AppState()
     if (m_scanToken)
         m_scanToken->cancel();
     m_workers.waitForDone();
+    if (!m_environment.home.isEmpty())
+        SafetyProfile::setStandardHome({});
 }
 
 void AppState::setArguments(const QByteArrayList &arguments)
@@ -96,6 +100,7 @@ void AppState::setEnvironment(Environment environment)
     m_environment = std::move(environment);
     m_duplicates.setSearch(m_environment.findDuplicates);
     m_cleanup.setTrashFolders(m_environment.trashFolders);
+    SafetyProfile::setStandardHome(m_environment.home);
 }
 
 // -- Fields -------------------------------------------------------------------

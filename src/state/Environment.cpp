@@ -116,8 +116,9 @@ Environment Environment::demo()
         const QMap<QString, DiskUsage> figures = Demo::measurements();
         state.cleanup()->loadDemo(QHash<QString, DiskUsage>(figures.keyValueBegin(), figures.keyValueEnd()),
                                   Demo::contents());
-        state.showResult(Demo::home, Demo::scanResult(state.nextFileID()));
+        state.showResult(Demo::home(), Demo::scanResult(state.nextFileID()));
     };
+    env.home = Demo::home();
     env.isDemo = true;
     return env;
 }

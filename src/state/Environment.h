@@ -67,6 +67,10 @@ struct Environment {
     // What the Trash's figure counts and "Empty Trash" empties.
     TrashFoldersFunction trashFolders;
     Preload preload;
+    // The home folder the safety guard and the risk rules speak of; empty for
+    // the user's own. The demo's home is judged as a home, so that what it
+    // shows can be selected and reviewed as a real home's would be.
+    QByteArray home;
     // True for the demo disk: the window says so, and so does the toast after
     // a removal, which only pretends.
     bool isDemo = false;

@@ -2,6 +2,7 @@
 #include "DeepTree.h"
 #include "TestMain.h"
 
+#include "core/DirNode.h"
 #include "core/Fmt.h"
 #include "core/Paths.h"
 
@@ -13,6 +14,8 @@
 #include <QRegularExpression>
 #include <QScopeGuard>
 #include <QTemporaryDir>
+
+#include <cerrno>
 
 #include <fcntl.h>
 #include <signal.h>
@@ -296,6 +299,26 @@ private slots:
         QCOMPARE(o.status, 1);
         QVERIFY2(o.err.contains("cannot read"), o.err.constData());
         QCOMPARE(o.err.count('\n'), 1);
+    }
+
+    // A folder inside that can't be read is in the tree, with the reason.
+    void unreadableFolderInTheTree()
+    {
+        QTemporaryDir tmp;
+        const QByteArray root = QFile::encodeName(tmp.path());
+        ::chmod(root.constData(), 0755);
+        QVERIFY(QDir().mkpath(QFile::decodeName(root + "/closed/inner")));
+        ::chmod((root + "/closed").constData(), 0);
+        const CliOutcome o = sorvel({QStringLiteral("scan"), QStringLiteral("--json"), QFile::decodeName(root)}, true);
+        ::chmod((root + "/closed").constData(), 0755);
+        QCOMPARE(o.status, 0);
+        const QJsonArray folders = QJsonDocument::fromJson(o.out)[QStringLiteral("folders")].toArray();
+        QCOMPARE(folders.size(), 2);
+        QVERIFY(folders[0].toObject()[QStringLiteral("readError")].isNull());
+        const QJsonObject closed = folders[1].toObject();
+        QCOMPARE(closed[QStringLiteral("name")].toString(), QStringLiteral("closed"));
+        QCOMPARE(closed[QStringLiteral("readError")].toString(), DirNode::errorText(EACCES));
+        QCOMPARE(closed[QStringLiteral("partlyRead")].toBool(), false);
     }
 };
 

@@ -2,6 +2,7 @@
 
 #include "core/Paths.h"
 #include "demo/Demo.h"
+#include "safety/SafetyGuard.h"
 
 #include <QDateTime>
 #include <QSet>
@@ -9,10 +10,14 @@
 namespace {
 
 // Walks the tree and checks that every node's figures are the sums of what
-// lies below it. Returns the number of nodes.
+// lies below it: its size is its folders, its listed files and its small
+// files; its file count is its folders' and one per listed file, plus the
+// loose files exactly where small files are summed. Returns the number of
+// nodes.
 int checkTree(const DirNodePtr &node, QStringList &problems)
 {
     int nodes = 1;
+    const QString where = Paths::toDisplay(node->path());
     qint64 size = node->smallFilesSize;
     qint64 files = 0;
     for (const FileItem &f : node->files) {
@@ -29,15 +34,29 @@ int checkTree(const DirNodePtr &node, QStringList &problems)
             problems << QStringLiteral("%1 has the wrong parent").arg(Paths::toDisplay(child->path()));
     }
     if (size != node->size)
-        problems
-            << QStringLiteral("%1: size %2, parts %3").arg(Paths::toDisplay(node->path())).arg(node->size).arg(size);
-    // Small files are counted in fileCount without a FileItem.
-    if (node->fileCount < files)
-        problems << QStringLiteral("%1: too few files").arg(Paths::toDisplay(node->path()));
+        problems << QStringLiteral("%1: size %2, parts %3").arg(where).arg(node->size).arg(size);
+    if (node->smallFilesSize > 0 ? node->fileCount <= files : node->fileCount != files)
+        problems << QStringLiteral("%1: %2 files, parts %3, small files %4")
+                        .arg(where)
+                        .arg(node->fileCount)
+                        .arg(files)
+                        .arg(node->smallFilesSize);
+    if (node->size == 0 || node->unreadableBelow != 0 || node->readError != 0)
+        problems << QStringLiteral("%1: empty or unreadable").arg(where);
     for (size_t i = 1; i < node->children.size(); ++i)
         if (node->children[i - 1]->size < node->children[i]->size)
-            problems << QStringLiteral("%1: children unsorted").arg(Paths::toDisplay(node->path()));
+            problems << QStringLiteral("%1: children unsorted").arg(where);
     return nodes;
+}
+
+// Every folder and file name of the tree.
+void collectNames(const DirNodePtr &node, QSet<QByteArray> &names)
+{
+    names.insert(node->name);
+    for (const FileItem &f : node->files)
+        names.insert(f.name);
+    for (const DirNodePtr &child : node->children)
+        collectNames(child, names);
 }
 
 int countFillers(const DirNodePtr &node)
@@ -51,7 +70,7 @@ int countFillers(const DirNodePtr &node)
 const FileItem *fileAt(const ScanResult &result, const QByteArray &below)
 {
     for (const FileItem &f : result.files)
-        if (f.path == QByteArray(Demo::home) + "/" + below)
+        if (f.path == Demo::home(Platform::macOS) + "/" + below)
             return &f;
     return nullptr;
 }
@@ -101,14 +120,24 @@ private slots:
         }
     }
 
+    void treeIsConsistent_data()
+    {
+        QTest::addColumn<bool>("mac");
+        QTest::newRow("linux") << false;
+        QTest::newRow("macOS") << true;
+    }
+
     void treeIsConsistent()
     {
-        const ScanResultPtr r = Demo::scanResult(0);
-        QCOMPARE(r->root->name, QByteArray(Demo::home));
+        QFETCH(bool, mac);
+        const Platform platform = mac ? Platform::macOS : Platform::linux;
+        const ScanResultPtr r = Demo::scanResult(0, platform);
+        QCOMPARE(r->root->name, Demo::home(platform));
         QStringList problems;
         const int nodes = checkTree(r->root, problems);
         QVERIFY2(problems.isEmpty(), qPrintable(problems.join(u"; ")));
         QCOMPARE(r->totalFiles, r->root->fileCount);
+        QCOMPARE(r->totalDirs, qint64(nodes) + (platform == Platform::macOS ? 4 : 0)); // and the packages
         QVERIFY(nodes >= 40 && nodes <= 70);
         QVERIFY(r->files.size() >= 30);
         QCOMPARE(r->unreadableCount, 0);
@@ -119,13 +148,57 @@ private slots:
         for (size_t i = 1; i < r->artifacts.size(); ++i)
             QVERIFY(r->artifacts[i - 1].size >= r->artifacts[i].size);
 
+        // Lisbon's figure: two listed files and 4.2 GB of small ones.
+        const DirNodePtr lisbon = r->node(Demo::home(platform) + "/Pictures/Shoots/Lisbon 2023");
+        QVERIFY(lisbon);
+        QCOMPARE(lisbon->size, qint64(6092000000));
+        QCOMPARE(lisbon->smallFilesSize, qint64(4200000000));
+        QCOMPARE(lisbon->fileCount, qint64(1802));
+
+        // The home is named as the platform names homes and its folders.
         QByteArrayList top;
         for (const DirNodePtr &child : r->root->children)
             top.append(child->name);
-        for (const char *name :
-             {"Movies", "Projects", "Downloads", "Pictures", "Music", "Documents", "Desktop", "VirtualBox VMs",
-              "Creative Cloud Files", "Applications", "go", "Zotero", ".npm", ".cache", ".gradle", "Library"})
+        QVERIFY(r->root->name.startsWith(mac ? "/Users/" : "/home/"));
+        for (const char *name : {"Projects", "Downloads", "Pictures", "Music", "Documents", "Desktop", "VirtualBox VMs",
+                                 "Applications", "go", "Zotero", ".npm", ".cache", ".gradle"})
             QVERIFY2(top.contains(name), name);
+        for (const char *name : {"Movies", "Library", "Creative Cloud Files"})
+            QVERIFY2(top.contains(name) == mac, name);
+        for (const char *name : {"Videos", ".local", ".config"})
+            QVERIFY2(top.contains(name) != mac, name);
+        if (!mac) {
+            // Nothing of macOS's own below it either.
+            QSet<QByteArray> names;
+            collectNames(r->root, names);
+            for (const QByteArray &name : names)
+                for (const char *ext : {".app", ".dmg", ".pkg", ".xip", ".photoslibrary", ".logicx", ".pages"})
+                    QVERIFY2(!name.endsWith(ext), name.constData());
+            QVERIFY(!names.contains("Final Cut Exports"));
+        }
+    }
+
+    // The guard judges the demo's home as a home: what it shows can be
+    // selected. Judged as another user's home, all of it would be kept.
+    void homeIsJudgedAsAHome()
+    {
+        for (const Platform platform : {Platform::linux, Platform::macOS}) {
+            const ScanResultPtr r = Demo::scanResult(0, platform);
+            const SafetyProfile own(platform, Demo::home(platform));
+            QVERIFY(SafetyGuard::isProtected(Demo::home(platform), own));
+            for (const FileItem &f : r->files)
+                QVERIFY2(!SafetyGuard::isProtected(f.path, own), f.path.constData());
+            QVERIFY(!SafetyGuard::isProtected(Demo::home(platform) + "/Projects/atlas-web", own));
+        }
+        const QByteArray file = Demo::home(Platform::linux) + "/Projects/nimbus-api/data/production-dump.sql";
+        QVERIFY(SafetyGuard::isProtected(file, SafetyProfile(Platform::linux, "/home/someone")));
+        if (Platform::current() == Platform::linux) {
+            SafetyProfile::setStandardHome(Demo::home());
+            QVERIFY(!SafetyGuard::isProtected(file));
+            QCOMPARE(SafetyProfile::standard().home(), Demo::home());
+            SafetyProfile::setStandardHome({});
+            QCOMPARE(SafetyProfile::standard().home(), Platform::homeDirectory());
+        }
     }
 
     void categoriesAddUpToTheRoot()
@@ -144,7 +217,7 @@ private slots:
 
     void tellingRows()
     {
-        const ScanResultPtr r = Demo::scanResult(0);
+        const ScanResultPtr r = Demo::scanResult(0, Platform::macOS);
         const double now = r->date;
         struct Row {
             const char *path;

@@ -1,16 +1,27 @@
 #include "TestMain.h"
 #include "Trees.h"
 
+#include "Unprivileged.h"
+
+#include "core/Fmt.h"
+#include "core/Paths.h"
 #include "core/Prefs.h"
+#include "demo/Demo.h"
 #include "explorer/SpaceModel.h"
+#include "scan/DiskScanner.h"
 #include "state/AppState.h"
 
 #include <QAbstractItemModelTester>
+#include <QDir>
 #include <QFile>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
+#include <cerrno>
+#include <functional>
 #include <memory>
+
+#include <sys/stat.h>
 
 namespace {
 
@@ -47,6 +58,59 @@ struct Fixture {
     }
     int row(const QString &name) const { return int(names().indexOf(name)); }
 };
+
+// A scan's tree as lines, so that what an unprivileged child scanned can be
+// looked at here: "D depth size files small error partly below name" for a
+// folder, then "F size name" for each of its listed files (names in hex).
+QByteArray flatten(const ScanResultPtr &result)
+{
+    if (!result)
+        return "none";
+    QByteArray out;
+    const std::function<void(const DirNodePtr &, int)> walk = [&](const DirNodePtr &node, int depth) {
+        out += "D " +
+               QByteArrayList{QByteArray::number(depth),
+                              QByteArray::number(node->size),
+                              QByteArray::number(node->fileCount),
+                              QByteArray::number(node->smallFilesSize),
+                              QByteArray::number(node->readError),
+                              QByteArray::number(node->partlyRead),
+                              QByteArray::number(node->unreadableBelow),
+                              node->name.toHex()}
+                   .join(' ') +
+               '\n';
+        for (const FileItem &file : node->files)
+            out += "F " + QByteArray::number(file.size) + ' ' + file.name.toHex() + '\n';
+        for (const DirNodePtr &child : node->children)
+            walk(child, depth + 1);
+    };
+    walk(result->root, 0);
+    return out;
+}
+
+ScanResultPtr rebuild(const QByteArray &lines)
+{
+    std::vector<DirNodePtr> open;
+    for (const QByteArray &line : lines.split('\n')) {
+        const QByteArrayList p = line.split(' ');
+        if (p.value(0) == "D" && p.size() == 9) {
+            open.resize(size_t(p[1].toInt()));
+            auto node = std::make_shared<DirNode>(QByteArray::fromHex(p[8]), open.empty() ? nullptr : open.back());
+            if (!open.empty())
+                open.back()->children.push_back(node);
+            node->size = p[2].toLongLong();
+            node->fileCount = p[3].toLongLong();
+            node->smallFilesSize = p[4].toLongLong();
+            node->readError = qint16(p[5].toInt());
+            node->partlyRead = p[6] == "1";
+            node->unreadableBelow = p[7].toInt();
+            open.push_back(node);
+        } else if (p.value(0) == "F" && p.size() == 3 && !open.empty()) {
+            Trees::file(open.back(), QByteArray::fromHex(p[2]), p[1].toLongLong());
+        }
+    }
+    return open.empty() ? nullptr : Trees::result(open.front());
+}
 
 ScanResultPtr sampleTree()
 {
@@ -304,10 +368,17 @@ private slots:
         QVERIFY(QFile::link(dir.filePath(u"tiny.txt"_qs), dir.filePath(u"link"_qs)));
         QVERIFY(QDir(dir.path()).mkdir(u"sub"_qs));
 
+        // What a scan would have summed for the loose files: the link's own
+        // blocks and the tiny file's, the hidden one left out.
+        const auto allocated = [&](const char *name) {
+            struct stat st;
+            return ::lstat((path + '/' + name).constData(), &st) == 0 ? qint64(st.st_blocks) * 512 : -1;
+        };
         auto root = std::make_shared<DirNode>(path);
         Trees::folder(root, "sub", 4096);
         Trees::file(root, "big.bin", 12288);
-        root->smallFilesSize = 12288;
+        root->smallFilesSize = allocated("tiny.txt") + allocated("link");
+        QVERIFY(root->smallFilesSize > 0);
         Trees::settle(root);
         Fixture f(Trees::result(root));
         QVERIFY(f.model.smallRowVisible());
@@ -336,17 +407,167 @@ private slots:
         f.model.toggle(tiny);
         QCOMPARE(f.state.queue()->items().first().kind, CleanItem::Kind::file);
 
-        // A folder whose loose files are gone: the row goes away for good.
+        // A folder whose loose files are gone: their sum stays, as a row that
+        // no longer offers to list them, so the folder's figure adds up.
         auto sub = f.state.result()->root->children.front();
         sub->smallFilesSize = 4096;
         f.model.tap(f.row(u"sub"_qs), Qt::NoModifier, 1, false);
         QVERIFY(f.model.smallRowVisible());
+        QVERIFY(f.model.smallRowLoadable());
         f.model.loadSmallFiles();
         QVERIFY(loaded.wait(5000));
         QVERIFY(f.model.smallFiles().contains(sub->path()));
         QVERIFY(f.model.smallFiles().value(sub->path()).isEmpty());
-        QVERIFY(!f.model.smallRowVisible());
-        QVERIFY(f.model.emptyVisible());
+        QVERIFY(f.model.smallRowVisible());
+        QVERIFY(!f.model.smallRowLoadable());
+        QCOMPARE(f.model.smallRowText(), TileText::smallFilesRestLine(4096));
+        QVERIFY(!f.model.emptyVisible());
+        f.model.loadSmallFiles(); // nothing more to list
+        QVERIFY(!f.model.smallLoading());
+    }
+
+    // Folders the scanning user may not read, scanned by an unprivileged child
+    // (CI runs as root, who reads everything) and shown here.
+    void unreadableFolders()
+    {
+        QTemporaryDir tmp;
+        const QByteArray root = QFile::encodeName(tmp.path());
+        const auto write = [](const QByteArray &path) {
+            QDir().mkpath(QFile::decodeName(Paths::parentOf(path)));
+            QFile file(QFile::decodeName(path));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(QByteArray(9000, 'x'));
+        };
+        for (const char *path :
+             {"/readable/a.bin", "/locked/secret.bin", "/outer/b.bin", "/outer/inner/c.bin", "/blind/d.bin"})
+            write(root + path);
+        const QByteArrayList closed = {root + "/locked", root + "/outer/inner", root + "/blind"};
+        ::chmod(root.constData(), 0755);
+        ::chmod(closed[0].constData(), 0);
+        ::chmod(closed[1].constData(), 0);
+        ::chmod(closed[2].constData(), 0444); // listed, but nothing in it can be examined
+        openPathForOthers(root);
+        const ChildOutcome child = runUnprivileged([root] {
+            ScanOptions options;
+            options.minTrackedSize = 1;
+            const auto scan = [&](const QByteArray &at) {
+                return flatten(DiskScanner::scan(at, options, 0, makeCancelToken(), {}));
+            };
+            return scan(root) + "=\n" + scan(root + "/locked");
+        });
+        for (const QByteArray &path : closed)
+            ::chmod(path.constData(), 0755);
+        QCOMPARE(child.status, 0);
+        const QList<QByteArray> parts = child.output.split('=');
+        QCOMPARE(parts.size(), 2);
+
+        const QString denied = DirNode::errorText(EACCES);
+        {
+            Fixture f(rebuild(parts[0]));
+            const auto role = [&](const char *name, int which) {
+                return f.model.data(f.model.index(f.row(QString::fromLatin1(name))), which);
+            };
+            // The folder that couldn't be listed stands as a tile whose size is
+            // unknown, not zero.
+            QVERIFY(f.row(u"locked"_qs) >= 0);
+            QVERIFY(role("locked", SpaceModel::UnreadableRole).toBool());
+            QCOMPARE(role("locked", SpaceModel::SizeTextRole).toString(), u"Couldn't be read"_qs);
+            QCOMPARE(role("locked", SpaceModel::KindLineRole).toString(), u"Couldn't be read · "_qs + denied);
+            QVERIFY(role("locked", SpaceModel::HelpRole).toString().contains(denied));
+            QCOMPARE(role("locked", SpaceModel::UnreadableCountRole).toInt(), 1);
+            // A folder that holds one counts it; a partly read one is marked,
+            // and shows what it read.
+            QVERIFY(!role("outer", SpaceModel::UnreadableRole).toBool());
+            QCOMPARE(role("outer", SpaceModel::UnreadableCountRole).toInt(), 1);
+            QVERIFY(
+                role("outer", SpaceModel::KindLineRole).toString().endsWith(u" · "_qs + TileText::unreadableCount(1)));
+            QVERIFY(role("outer", SpaceModel::HelpRole).toString().contains(u"folders inside couldn't be read"_qs) ||
+                    role("outer", SpaceModel::HelpRole).toString().contains(u"folder inside couldn't be read"_qs));
+            QVERIFY(!role("blind", SpaceModel::UnreadableRole).toBool());
+            QCOMPARE(role("blind", SpaceModel::UnreadableCountRole).toInt(), 1);
+            QVERIFY(role("blind", SpaceModel::HelpRole).toString().contains(u"Only partly read: "_qs + denied));
+            QCOMPARE(role("readable", SpaceModel::UnreadableCountRole).toInt(), 0);
+
+            // The header counts them all and lists them with the reason.
+            QCOMPARE(f.model.unreadableNotice(), u"3 folders couldn't be read"_qs);
+            QStringList listed;
+            for (const QVariant &v : f.model.unreadableFolders()) {
+                const QVariantMap m = v.toMap();
+                listed << m.value(u"path"_qs).toString().mid(tmp.path().size()) + u": "_qs +
+                              m.value(u"reason"_qs).toString();
+            }
+            listed.sort();
+            QCOMPARE(listed, (QStringList{u"/blind: Partly read: "_qs + denied, u"/locked: "_qs + denied,
+                                          u"/outer/inner: "_qs + denied}));
+
+            // Inside, the count is of what lies there.
+            f.model.tap(f.row(u"outer"_qs), Qt::NoModifier, 1, false);
+            QCOMPARE(f.model.unreadableFolders().size(), 1);
+            QVERIFY(role("inner", SpaceModel::UnreadableRole).toBool());
+            f.model.goBack(1, false);
+
+            // Removing the folder takes it off the counts.
+            const QByteArray locked = root + "/locked";
+            f.model.toggle(f.row(u"locked"_qs), 1, false);
+            QVERIFY(f.state.queue()->contains(locked));
+            f.state.applyRemoval({locked}, {{locked, 0}});
+            QCOMPARE(f.row(u"locked"_qs), -1);
+            QCOMPARE(f.model.unreadableNotice(), u"2 folders couldn't be read"_qs);
+            QCOMPARE(f.model.unreadableFolders().size(), 2);
+        }
+        {
+            // Scanned directly, an unreadable folder says so, with the reason;
+            // it isn't called empty, nor zero in size.
+            const ScanResultPtr result = rebuild(parts[1]);
+            QVERIFY(result);
+            QVERIFY(result->root->isUnreadable());
+            Fixture f(result);
+            QCOMPARE(f.model.mode(), SpaceView::Mode::results);
+            QVERIFY(f.model.emptyVisible());
+            QCOMPARE(f.model.emptyTitle(), u"Couldn't read this folder"_qs);
+            QVERIFY(f.model.emptyText().contains(denied));
+            QVERIFY(!f.model.emptyText().contains(u"empty"_qs));
+            QVERIFY(!f.model.emptyCanReset());
+            QCOMPARE(f.model.currentSizeText(), u"Couldn't be read"_qs);
+            QCOMPARE(f.model.currentFilesText(), denied);
+            QCOMPARE(f.model.unreadableNotice(), TileText::unreadableNotice(1));
+            // A search that finds nothing is still told as such.
+            f.model.setSearch(u"x"_qs);
+            QCOMPARE(f.model.emptyTitle(), u"Nothing matches"_qs);
+            QVERIFY(f.model.emptyCanReset());
+        }
+    }
+
+    // In the demo every folder's figure is its tiles plus its small files,
+    // which stand as a row of their own: they are not on disk to be listed.
+    void demoFolderFiguresAddUp()
+    {
+        Fixture f(Demo::scanResult(0));
+        f.state.setArguments({"sorvel-cleaner", "-demo"});
+        QVERIFY(f.state.isDemo());
+        std::vector<DirNodePtr> folders{f.state.result()->root};
+        int withSmallFiles = 0;
+        while (!folders.empty()) {
+            const DirNodePtr node = folders.back();
+            folders.pop_back();
+            folders.insert(folders.end(), node->children.begin(), node->children.end());
+            f.model.focus(node->path());
+            QCOMPARE(f.model.currentNode(), node);
+            qint64 shown = 0;
+            for (const ExplorerTile &tile : f.model.allTiles())
+                shown += tile.size();
+            f.model.loadSmallFiles(); // nothing to read
+            QVERIFY(!f.model.smallLoading());
+            QCOMPARE(f.model.smallRowVisible(), node->smallFilesSize > 0);
+            if (node->smallFilesSize > 0) {
+                ++withSmallFiles;
+                QVERIFY(!f.model.smallRowLoadable());
+                QCOMPARE(f.model.smallRowText(), TileText::smallFilesRestLine(node->smallFilesSize));
+            }
+            QVERIFY2(shown + node->smallFilesSize == node->size, node->path().constData());
+            QCOMPARE(f.model.currentSizeText(), Fmt::bytes(node->size));
+        }
+        QVERIFY(withSmallFiles > 10);
     }
 
     void folderFocusOpensThePath()

@@ -108,8 +108,10 @@ QString invariantFault(const ScanResult &result, qint64 firstID)
         const QString where = QString::fromUtf8(node->path());
         qint64 size = node->smallFilesSize;
         qint64 count = 0;
+        qint64 unreadable = node->hasReadError() ? 1 : 0;
         for (size_t i = 0; i < node->children.size(); ++i) {
             const DirNode &child = *node->children[i];
+            unreadable += child.unreadableBelow;
             if (child.parentNode().get() != node)
                 return where + QStringLiteral(": child with another parent");
             if (i > 0 && node->children[i - 1]->size < child.size)
@@ -138,6 +140,10 @@ QString invariantFault(const ScanResult &result, qint64 firstID)
             return where + QStringLiteral(": fileCount %1 below parts %2").arg(node->fileCount).arg(count);
         if (node->smallFilesSize < 0 || node->size < 0)
             return where + QStringLiteral(": negative size");
+        if (node->unreadableBelow != unreadable)
+            return where + QStringLiteral(": %1 unreadable below, parts %2").arg(node->unreadableBelow).arg(unreadable);
+        if (node->isUnreadable() && (node->size != 0 || !node->children.empty() || !node->files.empty()))
+            return where + QStringLiteral(": unreadable, yet holds something");
     }
     if (qsizetype(result.files.size()) != idsInTree.size())
         return QStringLiteral("flat list has %1 files, tree %2").arg(result.files.size()).arg(idsInTree.size());

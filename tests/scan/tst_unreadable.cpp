@@ -5,6 +5,8 @@
 
 #include <QTemporaryDir>
 
+#include <cerrno>
+
 #include <sys/stat.h>
 
 using Fixtures::file;
@@ -28,6 +30,20 @@ QByteArray describe(const QByteArray &prefix, const ScanResultPtr &r)
     add("dirs", QByteArray::number(r->totalDirs));
     add("files", QByteArray::number(r->totalFiles));
     add("fault", Fixtures::invariantFault(*r, 0).toUtf8());
+    // How each folder was read: "name:error/partly/below" for the marked ones.
+    QByteArrayList marks;
+    std::vector<DirNodePtr> stack{r->root};
+    while (!stack.empty()) {
+        const DirNodePtr node = stack.back();
+        stack.pop_back();
+        if (node->unreadableBelow > 0)
+            marks.append((node == r->root ? QByteArray(".") : node->name) + ':' + QByteArray::number(node->readError) +
+                         '/' + QByteArray::number(node->partlyRead) + '/' + QByteArray::number(node->unreadableBelow));
+        for (const DirNodePtr &child : node->children)
+            stack.push_back(child);
+    }
+    std::sort(marks.begin(), marks.end());
+    add("marks", marks.join(','));
     return out;
 }
 
@@ -82,10 +98,14 @@ private slots:
             };
             const DiskUsage below = DiskScanner::usage(root + "/a");
             const DiskUsage closed = DiskScanner::usage(root + "/closed");
+            // A removal takes the unreadable folders it took off the counts above.
+            const ScanResultPtr trimmed = scan(mixed);
+            trimmed->remove({mixed + "/blind", mixed + "/locked"}, {});
             return describe("mixed", scan(mixed)) + describe("closed", scan(root + "/closed")) +
-                   describe("many", scan(root + "/many")) + "usage=" + QByteArray::number(below.size) + ' ' +
-                   QByteArray::number(below.items) + ' ' + QByteArray::number(below.readable) + ' ' +
-                   QByteArray::number(closed.exists) + ' ' + QByteArray::number(closed.readable) + '\n';
+                   describe("trimmed", trimmed) + describe("many", scan(root + "/many")) +
+                   "usage=" + QByteArray::number(below.size) + ' ' + QByteArray::number(below.items) + ' ' +
+                   QByteArray::number(below.readable) + ' ' + QByteArray::number(closed.exists) + ' ' +
+                   QByteArray::number(closed.readable) + '\n';
         });
         for (const QByteArray &path : locked)
             ::chmod(path.constData(), 0755);
@@ -101,11 +121,22 @@ private slots:
         QCOMPARE(value(report, "mixed.dirs"), QByteArray("5"));
         QCOMPARE(value(report, "mixed.files"), QByteArray("1"));
         QCOMPARE(value(report, "mixed.rootSize").toLongLong(), Fixtures::allocatedBelow(mixed + "/ok"));
+        // Each folder keeps why it could not be read: a folder that could not be
+        // listed stands empty, one whose entries could not be examined is
+        // partly read, and the folder above counts them all.
+        const QByteArray eacces = QByteArray::number(EACCES);
+        QCOMPARE(value(report, "mixed.marks"),
+                 QByteArrayList({".:0/0/3", "blind:" + eacces + "/1/1", "listless:" + eacces + "/0/1",
+                                 "locked:" + eacces + "/0/1"})
+                     .join(','));
+        QCOMPARE(value(report, "trimmed.fault"), QByteArray());
+        QCOMPARE(value(report, "trimmed.marks"), QByteArrayList({".:0/0/1", "listless:" + eacces + "/0/1"}).join(','));
         // An unreadable root gives an empty result, not none.
         QCOMPARE(value(report, "closed.rootSize"), QByteArray("0"));
         QCOMPARE(value(report, "closed.unreadable"), QByteArray("1"));
         QCOMPARE(value(report, "closed.dirs"), QByteArray("1"));
         QCOMPARE(value(report, "closed.sampleList"), root + "/closed");
+        QCOMPARE(value(report, "closed.marks"), ".:" + eacces + "/0/1");
         // Samples stop at 200.
         QCOMPARE(value(report, "many.unreadable"), QByteArray("205"));
         QCOMPARE(value(report, "many.samples"), QByteArray("200"));

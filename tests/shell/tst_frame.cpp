@@ -20,6 +20,8 @@
 #include <QTemporaryDir>
 #include <QTranslator>
 
+#include <cerrno>
+
 #include <memory>
 
 namespace {
@@ -36,6 +38,48 @@ struct Fixture {
     AppState state;
     FakeScanner scanner; // after the state: destroyed first, releasing its runs
 };
+
+// A scan of `root` where some folders couldn't be read: one wholly, one in
+// part, one deeper down.
+ScanResultPtr unreadableTree(const QByteArray &root)
+{
+    auto top = std::make_shared<DirNode>(root);
+    const auto folder = [](const DirNodePtr &parent, const char *name, qint64 size, qint64 files) {
+        auto node = std::make_shared<DirNode>(QByteArray(name), parent);
+        node->size = size;
+        node->fileCount = files;
+        node->smallFilesSize = size;
+        parent->children.push_back(node);
+        parent->size += size;
+        parent->fileCount += files;
+        return node;
+    };
+    const auto unreadable = [](const DirNodePtr &node, bool partly) {
+        node->readError = EACCES;
+        node->partlyRead = partly;
+        for (DirNodePtr at = node; at; at = at->parentNode())
+            ++at->unreadableBelow;
+    };
+    const auto footage = folder(top, "Footage", 0, 0);
+    folder(footage, "2024", 41'800'000'000, 210);
+    unreadable(folder(footage, "Client Archive", 0, 0), false);
+    top->size += footage->size;
+    top->fileCount += footage->fileCount;
+    folder(top, "Projects", 12'400'000'000, 48'000);
+    unreadable(folder(top, "shared", 1'200'000'000, 320), true);
+    unreadable(folder(top, "Backups", 0, 0), false);
+    unreadable(folder(top, "lost+found", 0, 0), false);
+    top->sortRecursively();
+    auto result = std::make_shared<ScanResult>();
+    result->root = top;
+    result->categoryTotals[FileCategory::video] = {41'800'000'000, 210};
+    result->categoryTotals[FileCategory::code] = {12'400'000'000, 48'000};
+    result->categoryTotals[FileCategory::other] = {1'200'000'000, 320};
+    result->totalFiles = top->fileCount;
+    result->unreadableCount = 4;
+    result->duration = 3.2;
+    return result;
+}
 
 } // namespace
 
@@ -102,6 +146,24 @@ private Q_SLOTS:
         shoot("scanning");
         f.state.cancelScan();
         QTRY_VERIFY(!f.state.isScanning());
+        f.scanner.release(0, nullptr);
+
+        // What couldn't be read stands with a lock, and the header's notice
+        // lists it.
+        const QByteArray unreadableRoot = QFile::encodeName(target.path());
+        f.state.scan(unreadableRoot);
+        QVERIFY(f.scanner.waitForRuns(2));
+        f.scanner.release(1, unreadableTree(unreadableRoot));
+        QTRY_VERIFY(f.state.result() && f.state.result()->root->name == unreadableRoot);
+        QObject *notice = window->findChild<QObject *>(QStringLiteral("unreadableNotice"));
+        QObject *list = window->findChild<QObject *>(QStringLiteral("unreadableList"));
+        QVERIFY(notice && list);
+        QTRY_VERIFY(notice->property("visible").toBool());
+        QMetaObject::invokeMethod(list, "open");
+        QTRY_VERIFY(list->property("opened").toBool());
+        shoot("unreadable-notice");
+        QMetaObject::invokeMethod(list, "close");
+        QTRY_VERIFY(!list->property("visible").toBool());
 
         QVERIFY2(main.warnings().isEmpty(), qPrintable(main.warningText()));
         AppStateForeign::setInstance(nullptr);

@@ -152,7 +152,7 @@ void SteamModel::rebuild()
     if (m_state) {
         // The demo's projects stand under a home of their own; its locations
         // are this system's.
-        const QByteArray home = m_state->isDemo() ? QByteArray(Demo::home) : Platform::homeDirectory();
+        const QByteArray home = m_state->isDemo() ? Demo::home() : Platform::homeDirectory();
         const QList<SteamRules::LocationRow> rows = SteamRules::rows(*m_state->cleanup());
         const QList<DevArtifact> artifacts = SteamRules::artifacts(m_state->result());
         const QList<CleanItem> safe = SteamRules::safeItems(rows, artifacts);
