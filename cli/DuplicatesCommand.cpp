@@ -17,7 +17,9 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
 #include <atomic>
+#include <climits>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
@@ -28,6 +30,11 @@
 namespace {
 
 QString tr(const char *text) { return QCoreApplication::translate("TwinsCommand", text); }
+// A count text, in the form the table gives for `n`.
+QString tr(const char *text, qint64 n)
+{
+    return QCoreApplication::translate("TwinsCommand", text, nullptr, int(std::min<qint64>(n, INT_MAX)));
+}
 
 // The token of the search in progress, for the interrupt handler. Setting a
 // token's flag is a lock-free atomic store, safe inside a signal handler.
@@ -139,23 +146,18 @@ void printText(const std::vector<DuplicateGroup> &groups, qint64 compared, qint6
 {
     QTextStream &out = Commands::out();
     for (const DuplicateGroup &group : groups) {
-        out << group.id.left(12) << "  " << tr("%1 copies").arg(group.files.size()) << "  "
+        out << group.id.left(12) << "  " << tr("%n copies", qint64(group.files.size())) << "  "
             << tr("%1 wasted").arg(Fmt::bytes(group.reclaimable())) << '\n';
         for (const FileItem &file : group.files)
             out << "  " << dateText(file.modified) << "  " << Paths::toDisplay(file.path) << '\n';
         out << '\n';
     }
     if (groups.empty()) {
-        out << tr("No identical files among %1 files.").arg(compared) << '\n';
+        out << tr("No identical files among %n files.", compared) << '\n';
     } else {
-        const QString files = QString::number(compared);
-        const QString saving = Fmt::bytes(reclaimable);
-        if (groups.size() == 1)
-            out << tr("1 group of identical files among %1 files; %2 reclaimable.").arg(files, saving);
-        else
-            out << tr("%1 groups of identical files among %2 files; %3 reclaimable.")
-                       .arg(QString::number(groups.size()), files, saving);
-        out << '\n';
+        // Two counts in one sentence: each half takes its own form.
+        out << tr("%n groups of identical files", qint64(groups.size())) << ' '
+            << tr("among %n files; %1 reclaimable.", compared).arg(Fmt::bytes(reclaimable)) << '\n';
     }
 }
 
@@ -260,8 +262,7 @@ int duplicates(const QByteArrayList &args)
     options.minTrackedSize = std::max<qint64>(minSize, 1);
     options.treatPackagesAsFiles = false;
     const ScanResultPtr result = DiskScanner::scan(root, options, 1, token, [&](const ScanProgress &progress) {
-        line.show(tr("Scanning… %1 files, %2")
-                      .arg(QString::number(progress.filesScanned), Fmt::bytes(progress.bytesScanned)));
+        line.show(tr("Scanning… %n files, %1", progress.filesScanned).arg(Fmt::bytes(progress.bytesScanned)));
     });
     if (token->isCancelled())
         return cancelled();
@@ -301,10 +302,8 @@ int duplicates(const QByteArrayList &args)
     Commands::out().flush();
     if (unreadable.count > 0) {
         Commands::err() << "sorvel twins: "
-                        << (unreadable.count == 1
-                                ? tr("warning: 1 file could not be read and was left out of the comparison")
-                                : tr("warning: %1 files could not be read and were left out of the comparison")
-                                      .arg(unreadable.count))
+                        << tr("warning: %n files could not be read and were left out of the comparison",
+                              unreadable.count)
                         << '\n';
         for (const auto &sample : unreadable.samples)
             Commands::err() << "  " << Paths::toDisplay(sample.path) << ": " << errorText(sample.error) << '\n';
@@ -312,7 +311,7 @@ int duplicates(const QByteArrayList &args)
             Commands::err() << "  " << QChar(0x2026) << '\n';
     }
     if (result->unreadableCount > 0) {
-        Commands::err() << tr("%1 folders or files could not be read.").arg(result->unreadableCount) << '\n';
+        Commands::err() << tr("%n folders or files could not be read.", result->unreadableCount) << '\n';
     }
     return 0;
 }

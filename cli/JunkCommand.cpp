@@ -7,11 +7,21 @@
 #include "deepclean/JunkLocation.h"
 #include "scan/DiskScanner.h"
 
+#include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
+#include <climits>
+
 namespace {
+
+// A count in the form the table gives for `n`.
+QString items(const char *text, qint64 n)
+{
+    return QCoreApplication::translate("JunkCommand", text, nullptr, int(std::min<qint64>(n, INT_MAX)));
+}
 
 const char *const help = R"(Usage: sorvel junk [--json] [--contents ID]
 
@@ -43,7 +53,7 @@ int listContents(const JunkLocation &location, bool json)
                    .toJson(QJsonDocument::Indented);
         return 0;
     }
-    out << location.title << " (" << location.id << "): " << entries.size() << " items\n";
+    out << location.title << " (" << location.id << "): " << items("%n items", qint64(entries.size())) << '\n';
     for (const JunkEntry &e : entries)
         out << "  " << Fmt::bytes(e.size).rightJustified(10) << "  " << Paths::toDisplay(e.path)
             << (e.isDirectory ? "/" : "") << '\n';
@@ -105,7 +115,7 @@ int run(const QByteArrayList &args)
             continue;
         }
         out << Fmt::bytes(usage.size).rightJustified(10) << "  " << l.title.leftJustified(26) << ' '
-            << QString::number(usage.items).rightJustified(7) << " items"
+            << items("%1 items", usage.items).arg(QString::number(usage.items).rightJustified(7))
             << (l.risk == JunkLocation::Risk::caution ? "  (look first)" : "")
             << (usage.readable ? "" : "  (partly unreadable)") << "  [" << l.id << "]\n";
     }
@@ -128,8 +138,8 @@ int run(const QByteArrayList &args)
         out << "Nothing to clean in the known places.\n";
     else
         out << Fmt::bytes(total).rightJustified(10) << "  in all\n";
-    out << Fmt::bytes(trash.size).rightJustified(10) << "  already in the Trash (" << trash.items << " items)"
-        << (trash.readable ? "" : "  (partly unreadable)") << '\n';
+    out << Fmt::bytes(trash.size).rightJustified(10) << "  already in the Trash (" << items("%n items", trash.items)
+        << ')' << (trash.readable ? "" : "  (partly unreadable)") << '\n';
     return 0;
 }
 

@@ -13,7 +13,9 @@
 #include <QFile>
 #include <QLocale>
 
+#include <algorithm>
 #include <charconv>
+#include <climits>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -30,6 +32,11 @@
 namespace {
 
 QString tr(const char *text) { return QCoreApplication::translate("ScanCommand", text); }
+// A count text, in the form the table gives for `n`.
+QString tr(const char *text, qint64 n)
+{
+    return QCoreApplication::translate("ScanCommand", text, nullptr, int(std::min<qint64>(n, INT_MAX)));
+}
 
 struct Arguments {
     QByteArray path;
@@ -186,8 +193,7 @@ int terminalWidth()
 
 void showProgress(const ScanProgress &progress)
 {
-    QString line =
-        tr("Scanning: %1 files, %2").arg(QLocale().toString(progress.filesScanned), Fmt::bytes(progress.bytesScanned));
+    QString line = tr("Scanning: %Ln files, %1", progress.filesScanned).arg(Fmt::bytes(progress.bytesScanned));
     const int room = terminalWidth() - 1 - int(line.size()) - 2;
     // Between the scanner's periodic updates, the child of the root being measured.
     QString path = Paths::toDisplay(progress.currentPath.isEmpty() && !progress.discovered.isEmpty()
@@ -448,7 +454,7 @@ void writeJson(const QByteArray &root, const Arguments &args, const ScanResult &
 
 // ---- Summary -----------------------------------------------------------------------
 
-QString fileCount(qint64 n) { return n == 1 ? tr("1 file") : tr("%1 files").arg(QLocale().toString(n)); }
+QString fileCount(qint64 n) { return tr("%Ln files", n); }
 
 void writeSummary(const QByteArray &root, const Arguments &args, const ScanResult &result)
 {

@@ -39,7 +39,92 @@ qsizetype validSequenceLength(const unsigned char *p, qsizetype left)
     return 0;
 }
 
-QString decode(QByteArrayView path, bool lossless)
+// The code point of the valid sequence of `len` bytes at p.
+char32_t codePoint(const unsigned char *p, qsizetype len)
+{
+    switch (len) {
+    case 1:
+        return p[0];
+    case 2:
+        return char32_t(p[0] & 0x1F) << 6 | (p[1] & 0x3F);
+    case 3:
+        return char32_t(p[0] & 0x0F) << 12 | char32_t(p[1] & 0x3F) << 6 | (p[2] & 0x3F);
+    default:
+        return char32_t(p[0] & 0x07) << 18 | char32_t(p[1] & 0x3F) << 12 | char32_t(p[2] & 0x3F) << 6 | (p[3] & 0x3F);
+    }
+}
+
+// Characters that would act on the text around them rather than show: C1
+// controls, the bidirectional marks, embeddings, overrides and isolates, and the
+// line and paragraph separators.
+bool actsOnText(char32_t c)
+{
+    return (c >= 0x80 && c <= 0x9F) || c == 0x061C || c == 0x200E || c == 0x200F || (c >= 0x202A && c <= 0x202E) ||
+           (c >= 0x2066 && c <= 0x2069) || c == 0x2028 || c == 0x2029;
+}
+
+void appendHex(QString &out, const char *prefix, char32_t value, int digits)
+{
+    out += QLatin1String(prefix);
+    out += QString::number(uint(value), 16).toUpper().rightJustified(digits, QLatin1Char('0'));
+}
+
+// One piece of a path (no slash in it) as it is shown; see toDisplay().
+void appendShownPiece(QString &out, QByteArrayView piece)
+{
+    const auto *p = reinterpret_cast<const unsigned char *>(piece.data());
+    const qsizetype n = piece.size();
+    QString shown;
+    shown.reserve(n);
+    bool rightToLeft = false;
+    for (qsizetype i = 0; i < n;) {
+        const qsizetype len = validSequenceLength(p + i, n - i);
+        if (len == 0) {
+            appendHex(shown, "\\x", p[i], 2);
+            ++i;
+            continue;
+        }
+        const char32_t c = codePoint(p + i, len);
+        i += len;
+        if (c == '\n')
+            shown += QLatin1String("\\n");
+        else if (c == '\t')
+            shown += QLatin1String("\\t");
+        else if (c == '\r')
+            shown += QLatin1String("\\r");
+        else if (c < 0x20 || c == 0x7F)
+            appendHex(shown, "\\x", c, 2);
+        else if (c == '\\')
+            shown += QLatin1String("\\\\");
+        else if (actsOnText(c))
+            appendHex(shown, "\\u", c, 4);
+        else {
+            const QChar::Direction direction = QChar::direction(c);
+            rightToLeft = rightToLeft || direction == QChar::DirR || direction == QChar::DirAL;
+            shown += QStringView(QChar::fromUcs4(c));
+        }
+    }
+    if (rightToLeft) {
+        out += QChar(0x2068);
+        out += shown;
+        out += QChar(0x2069);
+    } else {
+        out += shown;
+    }
+}
+
+// True when every byte is printable ASCII other than a backslash: such text
+// shows as it is.
+bool plainAscii(QByteArrayView bytes)
+{
+    for (char c : bytes)
+        if (c < 0x20 || c > 0x7E || c == '\\')
+            return false;
+    return true;
+}
+
+// Lossless text: invalid bytes become the escapes U+DC80 + byte.
+QString decode(QByteArrayView path)
 {
     if (path.isEmpty())
         return {};
@@ -58,7 +143,7 @@ QString decode(QByteArrayView path, bool lossless)
         if (run > i)
             out += QString::fromUtf8(path.data() + i, run - i);
         if (run < n) {
-            out += lossless ? QChar(char16_t(escapeBase + p[run])) : QChar(QChar::ReplacementCharacter);
+            out += QChar(char16_t(escapeBase + p[run]));
             ++run;
         }
         i = run;
@@ -83,9 +168,26 @@ bool isAscii(QByteArrayView bytes)
     return true;
 }
 
-QString toText(QByteArrayView path) { return decode(path, true); }
+QString toText(QByteArrayView path) { return decode(path); }
 
-QString toDisplay(QByteArrayView path) { return decode(path, false); }
+QString toDisplay(QByteArrayView path)
+{
+    if (plainAscii(path))
+        return QString::fromLatin1(path.data(), path.size());
+    QString out;
+    out.reserve(path.size() + 2);
+    qsizetype start = 0;
+    while (start <= path.size()) {
+        qsizetype end = path.indexOf('/', start);
+        if (end < 0)
+            end = path.size();
+        appendShownPiece(out, path.sliced(start, end - start));
+        if (end < path.size())
+            out += QLatin1Char('/');
+        start = end + 1;
+    }
+    return out;
+}
 
 QByteArray fromText(const QString &text)
 {

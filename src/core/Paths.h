@@ -17,7 +17,19 @@
 //    part of a valid sequence becomes the lone low surrogate U+DC80 + byte (the
 //    "surrogateescape" scheme). fromText() reverses it exactly, so a path can go
 //    into QML, JSON or the preferences as a QString and come back as the same bytes.
-//  * toDisplay() is for people: the escaped bytes show as U+FFFD. Never feed it back.
+//  * toDisplay() is for people, and one name can never disguise itself or the
+//    text around it. It is never turned back into a path. Each piece between
+//    slashes is shown on its own terms:
+//      - a byte that is not part of valid UTF-8 reads "\xFF" (its value in hex);
+//      - a control character reads "\n", "\t", "\r", or "\x1B" for the other C0
+//        controls and DEL (they are one byte each, so \x always names a byte);
+//      - a C1 control, a bidirectional control (LRE, RLE, PDF, LRO, RLO, LRI, RLI,
+//        FSI, PDI, LRM, RLM, ALM) and the line and paragraph separators read
+//        "\u202E" (the code point), so no override stays active or unbalanced;
+//      - a backslash reads "\\", so each of these forms reads one way only;
+//      - a piece holding a right-to-left letter is wrapped in FIRST STRONG
+//        ISOLATE ... POP DIRECTIONAL ISOLATE (U+2068 ... U+2069), so it orders
+//        itself and never the text, or the other pieces, around it.
 //
 // Comparisons follow canonical Unicode equivalence where the bytes are valid UTF-8
 // ("e" + combining acute equals "é"); anything else compares byte for byte. Pure

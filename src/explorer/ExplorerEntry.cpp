@@ -19,8 +19,12 @@ FileCategory categoryOfName(const QString &name)
 }
 
 // The name the desktop gives a well-known folder of the home folder, or null.
+// On Linux a user folder is called by its own name: user-dirs.dirs names it in
+// the user's language already, and the breadcrumb shows that same name.
 QString homeFolderTitle(const QByteArray &path)
 {
+    if (Platform::current() != Platform::macOS)
+        return {};
     static const QStandardPaths::StandardLocation locations[] = {
         QStandardPaths::DesktopLocation, QStandardPaths::DocumentsLocation, QStandardPaths::DownloadLocation,
         QStandardPaths::MusicLocation,   QStandardPaths::MoviesLocation,    QStandardPaths::PicturesLocation,
@@ -80,7 +84,7 @@ ExplorerEntry ExplorerEntry::fromDiscovered(const DiscoveredEntry &d, const std:
     e.artifactKind = d.artifactKind;
     e.measuring = d.measuring;
     if (!d.isDirectory)
-        e.category = categoryOfName(e.name);
+        e.category = categoryOfName(Paths::toText(d.name));
     e.risk = risk ? *risk : RiskCatalog::assess(e.id, d.isDirectory, e.hasArtifactKind());
     return e;
 }
@@ -103,7 +107,7 @@ ExplorerEntry ExplorerEntry::smallFile(const QByteArray &path, qint64 size)
     e.id = path;
     e.name = Paths::toDisplay(Paths::lastComponent(path));
     e.size = size;
-    e.category = categoryOfName(e.name);
+    e.category = categoryOfName(Paths::toText(Paths::lastComponent(path)));
     e.risk = RiskCatalog::assess(path, false, false, size);
     return e;
 }

@@ -12,6 +12,7 @@
 #include <QVariantMap>
 
 #include <algorithm>
+#include <climits>
 
 namespace {
 
@@ -61,7 +62,8 @@ QString SpaceHeader::filesText() const
         return {};
     if (node->isUnreadable())
         return DirNode::errorText(node->readError);
-    return explorerText(QT_TRANSLATE_NOOP("Explorer", "%1 files")).arg(QLocale().toString(node->fileCount));
+    return QCoreApplication::translate("Explorer", "%Ln files", nullptr,
+                                       int(std::min<qint64>(node->fileCount, INT_MAX)));
 }
 
 QString SpaceHeader::unreadableNotice() const
@@ -114,8 +116,9 @@ QString SpaceHeader::scanCountsText() const
     if (!m_state)
         return {};
     const ScanProgress &p = m_state->progress();
-    return explorerText(QT_TRANSLATE_NOOP("Explorer", "%1 files · %2 found"))
-        .arg(QLocale().toString(p.filesScanned), QLocale().toString(qint64(p.discovered.size())));
+    return QCoreApplication::translate("Explorer", "%Ln files · %1 found", nullptr,
+                                       int(std::min<qint64>(p.filesScanned, INT_MAX)))
+        .arg(QLocale().toString(qint64(p.discovered.size())));
 }
 
 QVariantList SpaceHeader::composition() const

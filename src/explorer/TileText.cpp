@@ -8,6 +8,7 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 
 namespace {
@@ -73,8 +74,8 @@ QString plainKindLine(const ExplorerEntry &entry)
         return safeToSorvelise(entry.artifactKind);
     if (entry.isDirectory && !hasPackageExtension(entry.id)) {
         if (entry.fileCount)
-            return explorerText(QT_TRANSLATE_NOOP("Explorer", "Folder · %1 files"))
-                .arg(QLocale().toString(*entry.fileCount));
+            return QCoreApplication::translate("Explorer", "Folder · %Ln files", nullptr,
+                                               int(std::min<qint64>(*entry.fileCount, INT_MAX)));
         return explorerText(QT_TRANSLATE_NOOP("Explorer", "Folder"));
     }
     if (entry.category)

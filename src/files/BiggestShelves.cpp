@@ -7,6 +7,9 @@
 #include <QCoreApplication>
 #include <QLocale>
 
+#include <algorithm>
+#include <climits>
+
 namespace BiggestShelves {
 
 std::vector<FileItem> matches(const std::vector<FileItem> &files, const Filters &filters, const CancelToken *token)
@@ -34,7 +37,8 @@ std::vector<FileItem> matches(const std::vector<FileItem> &files, const Filters 
 
 QString subtitle(qsizetype count, qint64 bytes)
 {
-    return QCoreApplication::translate("Files", "%1 files · %2").arg(QLocale().toString(count), Fmt::bytes(bytes));
+    return QCoreApplication::translate("Files", "%Ln files · %1", nullptr, int(std::min<qsizetype>(count, INT_MAX)))
+        .arg(Fmt::bytes(bytes));
 }
 
 QString emptyTitle() { return QCoreApplication::translate("Files", "Nothing this heavy"); }

@@ -10,12 +10,18 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <climits>
 
 namespace TwinShelves {
 
 namespace {
 
 QString filesText(const char *text) { return QCoreApplication::translate("Files", text); }
+// A count text, in the form the table gives for `n`.
+QString filesText(const char *text, qint64 n)
+{
+    return QCoreApplication::translate("Files", text, nullptr, int(std::min<qint64>(n, INT_MAX)));
+}
 
 } // namespace
 
@@ -84,8 +90,8 @@ Content content(const DuplicatesModel &model)
 QString subtitle(const DuplicatesModel &model)
 {
     if (model.hasRun() && !model.groups().empty())
-        return QLocale().toString(model.groupCount()) + filesText(" sets of identical files · ") +
-               Fmt::bytes(model.reclaimable()) + filesText(" in extra copies");
+        return filesText("%Ln sets of identical files · %1 in extra copies", model.groupCount())
+            .arg(Fmt::bytes(model.reclaimable()));
     return filesText("Byte-for-byte identical files (SHA-256), never just matching names");
 }
 
@@ -96,8 +102,8 @@ QString noTwinsText(SizeThreshold threshold)
 
 QString groupLine(const DuplicateGroup &group)
 {
-    return QLocale().toString(qsizetype(group.files.size())) + filesText(" copies · ") +
-           Fmt::bytes(std::max<qint64>(group.reclaimable(), 0)) + filesText(" extra");
+    return filesText("%Ln copies · %1 extra", qint64(group.files.size()))
+        .arg(Fmt::bytes(std::max<qint64>(group.reclaimable(), 0)));
 }
 
 } // namespace TwinShelves

@@ -1,15 +1,9 @@
 #include "FailureRules.h"
 
 #include <QCoreApplication>
-#include <QLocale>
 
 #include <algorithm>
-
-namespace {
-
-QString count(qsizetype n) { return QLocale().toString(qint64(n)); }
-
-} // namespace
+#include <climits>
 
 namespace FailureRules {
 
@@ -38,8 +32,8 @@ bool showsFullDiskAccess(const QList<DeletionFailure> &failures, bool hasFullDis
 
 QString heading(qsizetype n)
 {
-    return n == 1 ? QCoreApplication::translate("FailureSheet", "1 item stayed behind")
-                  : QCoreApplication::translate("FailureSheet", "%1 items stayed behind").arg(count(n));
+    return QCoreApplication::translate("FailureSheet", "%Ln items stayed behind", nullptr,
+                                       int(std::min<qsizetype>(n, INT_MAX)));
 }
 
 } // namespace FailureRules

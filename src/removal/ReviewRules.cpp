@@ -11,13 +11,18 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <climits>
 #include <map>
 
 namespace {
 
-QString tr(const char *text, int n = -1) { return QCoreApplication::translate("ReviewSheet", text, nullptr, n); }
+QString tr(const char *text) { return QCoreApplication::translate("ReviewSheet", text); }
 
-QString count(qsizetype n) { return QLocale().toString(qint64(n)); }
+// A count text: the table gives the form for `n`, %Ln its digits.
+QString tr(const char *text, qint64 n)
+{
+    return QCoreApplication::translate("ReviewSheet", text, nullptr, int(std::min<qint64>(n, INT_MAX)));
+}
 
 QString quoted(const QString &name) { return QStringLiteral("\u201c%1\u201d").arg(name); }
 
@@ -156,7 +161,7 @@ DangerBanner dangerBanner(const QList<CleanItem> &dangers, const QList<InsideDan
     const qsizetype items = dangers.size() + holders.size();
     if (items == 0)
         return banner;
-    banner.title = tr("%Ln items hold data that can't be rebuilt", int(items));
+    banner.title = tr("%Ln items hold data that can't be rebuilt", items);
 
     // Grouped by the risk's title, the groups in ascending order of it; the
     // items of a group keep their order.
@@ -181,7 +186,7 @@ DangerBanner dangerBanner(const QList<CleanItem> &dangers, const QList<InsideDan
             banner.lines << BannerLine{group.items.first().name,
                                        QStringLiteral(" · %1: %2").arg(title, group.first.why)};
         else
-            banner.lines << BannerLine{tr("%1 · %Ln items", int(group.items.size())).arg(title),
+            banner.lines << BannerLine{tr("%1 · %Ln items", qint64(group.items.size())).arg(title),
                                        QStringLiteral(": %1").arg(group.first.why)};
     }
     // What lies inside selected folders is named with its path, as many lines
@@ -195,9 +200,9 @@ DangerBanner dangerBanner(const QList<CleanItem> &dangers, const QList<InsideDan
     const qsizetype more = qsizetype(groups.size()) - bannerKinds;
     const qsizetype moreInside = inside.size() - std::min(inside.size(), room);
     if (more > 0)
-        banner.closing = tr("and %Ln more kinds, marked below", int(more));
+        banner.closing = tr("and %Ln more kinds, marked below", qint64(more));
     else if (moreInside > 0)
-        banner.closing = tr("and %Ln more inside, marked below", int(moreInside));
+        banner.closing = tr("and %Ln more inside, marked below", qint64(moreInside));
     else if (items >= 2)
         banner.closing = tr("Each one is marked in the list below.");
     return banner;
@@ -219,8 +224,7 @@ QString keptNote(const QList<CleanItem> &locked)
     QStringList names;
     for (const CleanItem &item : locked)
         names << quoted(item.name);
-    const QString tail =
-        locked.size() == 1 ? tr(". Open it in Space to clean inside.") : tr(". Open them in Space to clean inside.");
+    const QString tail = tr(". Open them in Space to clean inside.", locked.size());
     return tr("Kept by the safety guard: ") + names.join(QStringLiteral(", ")) + tail;
 }
 
@@ -241,7 +245,7 @@ QString trashButtonHelp(bool blockedByBanner)
 
 QString countLine(qsizetype n, qint64 total)
 {
-    const QString items = n == 1 ? tr("1 item") : tr("%1 items").arg(count(n));
+    const QString items = tr("%Ln items", n);
     return items + QStringLiteral(" · ") + Fmt::bytes(std::max<qint64>(total, 0));
 }
 
@@ -278,11 +282,11 @@ QString detailLine(const CleanItem &item, const ScanResult *result, const QList<
             if (found->paths.size() == 1)
                 parts << Fmt::displayName(found->paths.first());
             else if (found->paths.size() > 1)
-                parts << tr("%1 folders").arg(count(found->paths.size()));
+                parts << tr("%Ln folders", found->paths.size());
         }
     } else if (item.kind != CleanItem::Kind::file && result) {
         if (const DirNodePtr node = result->node(item.id))
-            parts << tr("%1 files inside").arg(QLocale().toString(node->fileCount));
+            parts << tr("%Ln files inside", node->fileCount);
     }
     return parts.join(QStringLiteral(", "));
 }

@@ -3,8 +3,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Sorvel.Ui
 
-// The application's menu: the scan commands, Settings and the Go entries, each
-// with its shortcut, as the top bar's menu button shows them.
+// The application's menu: the scan commands, Settings, About, Quit and the Go
+// entries, each with its shortcut, as the top bar's menu button shows them.
 T.Popup {
     id: menu
 
@@ -118,6 +118,10 @@ T.Popup {
             text: qsTr("Settings…")
             shortcut: menu.commands.settingsShortcut
             onActivated: menu.commands.openSettings()
+        }
+        Entry {
+            text: qsTr("About Sorvel Cleaner")
+            onActivated: menu.commands.openAbout()
         }
         Entry {
             text: qsTr("Quit Sorvel Cleaner")

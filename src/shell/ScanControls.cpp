@@ -6,6 +6,8 @@
 #include <QCoreApplication>
 #include <QLocale>
 
+#include <algorithm>
+#include <climits>
 #include <cmath>
 
 void ScanControls::setIsScanning(bool value) { set(m_scanning, value); }
@@ -29,7 +31,9 @@ QString ScanControls::rescanText() const { return QCoreApplication::translate("T
 
 QString ScanControls::filesText() const
 {
-    return count(m_files, m_compact) + QCoreApplication::translate("TopBar", " files");
+    // The number is written by count(); the table picks the word's form.
+    return QCoreApplication::translate("TopBar", "%1 files", nullptr, int(std::min<qint64>(m_files, INT_MAX)))
+        .arg(count(m_files, m_compact));
 }
 
 QString ScanControls::count(qint64 files, bool compact)

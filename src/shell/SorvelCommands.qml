@@ -16,6 +16,11 @@ Item {
         settingsWindow.present();
     }
 
+    // Opens the About window, or raises the open one.
+    function openAbout() {
+        aboutWindow.present();
+    }
+
     // {text, shortcut, enabled, action} in menu order; "" text is a divider.
     readonly property var scanCommands: [
         { text: qsTr("Scan Folder…"), shortcut: "Ctrl+O", enabled: true, action: () => AppState.chooseFolderAndScan() },
@@ -75,6 +80,11 @@ Item {
     }
     SettingsView {
         id: settingsWindow
+
+        visible: false
+    }
+    AboutWindow {
+        id: aboutWindow
 
         visible: false
     }

@@ -138,7 +138,10 @@ Rectangle {
             visible: bar.commands !== null
             kind: SorvelButtonStyle.Ghost
             symbol: "list.bullet"
-            toolTip: qsTr("Commands")
+            // No tooltip over the open menu: it would cover the first
+            // entry's shortcut.
+            toolTip: commandsMenu.opened ? "" : qsTr("Commands")
+            Accessible.name: qsTr("Commands")
             onClicked: commandsMenu.opened ? commandsMenu.close() : commandsMenu.open()
 
             CommandsMenu {

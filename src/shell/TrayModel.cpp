@@ -9,6 +9,7 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <climits>
 
 TrayModel::TrayModel(QObject *parent) : QObject(parent) { setState(AppStateForeign::instance()); }
 
@@ -56,7 +57,7 @@ QString TrayModel::filesText() const
 {
     if (!isScanning())
         return {};
-    return tr("%1 files").arg(QLocale().toString(m_state->progress().filesScanned));
+    return tr("%Ln files", nullptr, int(std::min<qint64>(m_state->progress().filesScanned, INT_MAX)));
 }
 
 QVariantList TrayModel::rows()

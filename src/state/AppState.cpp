@@ -21,6 +21,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstring>
 
 #include <fcntl.h>
@@ -573,7 +574,7 @@ void AppState::deselectInside(const QByteArray &path)
             CleanItem item;
             item.id = child->path();
             item.symbolPath = item.id;
-            item.name = QString::fromUtf8(child->name);
+            item.name = Paths::toDisplay(child->name);
             item.size = child->size;
             const bool artifact = !child->artifactKind.isNull();
             item.kind = artifact ? CleanItem::Kind::artifact : CleanItem::Kind::folder;
@@ -587,7 +588,7 @@ void AppState::deselectInside(const QByteArray &path)
             CleanItem item;
             item.id = file.path;
             item.symbolPath = file.path;
-            item.name = QString::fromUtf8(file.name);
+            item.name = Paths::toDisplay(file.name);
             item.size = file.size;
             item.kind = CleanItem::Kind::file;
             item.source = covering->source;
@@ -601,7 +602,7 @@ void AppState::deselectInside(const QByteArray &path)
     m_queue.remove(covering->id);
     m_queue.add(replacements);
 
-    const QString name = quoted(QString::fromUtf8(Paths::lastComponent(path)));
+    const QString name = quoted(Paths::toDisplay(Paths::lastComponent(path)));
     if (looseSize <= 0)
         showToast(tr("Left out %1 · the rest of %2 stays selected").arg(name, quoted(covering->name)),
                   QStringLiteral("checklist"));
@@ -621,16 +622,19 @@ void AppState::copyPathsText(const QStringList &paths)
 
 void AppState::copyPaths(const QByteArrayList &paths)
 {
+    // The clipboard takes the paths as plain text, without the escapes and
+    // isolates of the display, so a pasted UTF-8 path names the same place.
     QStringList lines;
     for (const QByteArray &path : paths)
-        lines.append(Paths::toDisplay(path));
+        lines.append(QString::fromUtf8(path));
     if (m_desktop)
         m_desktop->copyText(lines.join(QLatin1Char('\n')));
     if (paths.size() == 1)
         showToast(tr("Copied %1").arg(Paths::toDisplay(Paths::lastComponent(paths.first()))),
                   QStringLiteral("doc.on.doc.fill"));
     else
-        showToast(tr("Copied %1 paths").arg(paths.size()), QStringLiteral("doc.on.doc.fill"));
+        showToast(tr("Copied %Ln paths", nullptr, int(std::min<qsizetype>(paths.size(), INT_MAX))),
+                  QStringLiteral("doc.on.doc.fill"));
 }
 
 void AppState::applyRemoval(const QSet<QByteArray> &paths, const QHash<QByteArray, qint64> &freed)

@@ -11,6 +11,9 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <algorithm>
+#include <climits>
+
 namespace {
 
 QStringList textList(const QSet<QByteArray> &paths)
@@ -192,11 +195,10 @@ std::optional<DeletionRequest> RemovalSession::deletionRequest(const QSet<QByteA
 QString RemovalSession::removedMessage(qint64 total, qsizetype n, bool permanently)
 {
     const QString bytes = Fmt::bytes(std::max<qint64>(total, 0));
+    const int items = int(std::min<qsizetype>(n, INT_MAX));
     if (permanently)
-        return n == 1 ? tr("Sorvelised %1 · %2 item gone for good").arg(bytes).arg(n)
-                      : tr("Sorvelised %1 · %2 items gone for good").arg(bytes).arg(n);
-    return n == 1 ? tr("Sorvelised %1 · %2 item in the Trash").arg(bytes).arg(n)
-                  : tr("Sorvelised %1 · %2 items in the Trash").arg(bytes).arg(n);
+        return tr("Sorvelised %1 · %Ln items gone for good", nullptr, items).arg(bytes);
+    return tr("Sorvelised %1 · %Ln items in the Trash", nullptr, items).arg(bytes);
 }
 
 int RemovalSession::showTimeMilliseconds(qsizetype count) const

@@ -24,6 +24,11 @@
 
 namespace {
 
+// A listed file whose name is no UTF-8 and would break its line and turn the
+// text after it around.
+const QByteArray oddName("odd-\xff\n\xe2\x80\xae"
+                         "name.bin");
+
 void write(const QByteArray &path, qint64 size)
 {
     QDir().mkpath(QFile::decodeName(path.left(path.lastIndexOf('/'))));
@@ -73,14 +78,14 @@ private slots:
         write(m_root + "/web/package.json", 300);
         write(m_root + "/web/node_modules/left/index.js", 50000);
         write(m_root + "/Tool.app/Contents/MacOS/tool", 200000);
-        write(m_root + "/odd-\xff-name.bin", 150000);
+        write(m_root + '/' + oddName, 150000);
         write(m_root + "/line\nbreak \"quoted\".txt", 10);
     }
 
     void cleanupTestCase()
     {
         // QTemporaryDir removes by name as text, which can't spell this one.
-        ::unlink((m_root + "/odd-\xff-name.bin").constData());
+        ::unlink((m_root + '/' + oddName).constData());
     }
 
     void summaryAndJsonAgree()
@@ -125,10 +130,14 @@ private slots:
             QVERIFY2(at > 0, path.constData());
         }
         QVERIFY(!summary.contains(QStringLiteral("trailer.mp4")));
+        // Its odd bytes are named, its newline and its override shown, not obeyed.
+        QVERIFY2(summary.contains(u"/odd-\\xFF\\n\\u202Ename.bin\n"_qs), qPrintable(summary));
+        QVERIFY(!summary.contains(QChar(0x202E)));
+        QVERIFY(!summary.contains(u"\nname.bin"_qs));
         // Names that aren't UTF-8 come back byte for byte.
         bool sawOdd = false;
         for (const QJsonValue &v : files)
-            sawOdd |= pathOf(folders, v.toObject()) == m_root + "/odd-\xff-name.bin";
+            sawOdd |= pathOf(folders, v.toObject()) == m_root + '/' + oddName;
         QVERIFY(sawOdd);
 
         // Categories: the same totals in both.

@@ -92,7 +92,7 @@ private slots:
         QCOMPARE(Fmt::displayName("/", Platform::macOS, home), QStringLiteral("Macintosh HD"));
         QCOMPARE(Fmt::displayName(home, Platform::macOS, home), QStringLiteral("Home"));
         QCOMPARE(Fmt::displayName("/Volumes/Backup", Platform::linux, home), QStringLiteral("Backup"));
-        QCOMPARE(Fmt::displayName("/x/caf\xe9", Platform::linux, home), QStringLiteral("caf\ufffd"));
+        QCOMPARE(Fmt::displayName("/x/caf\xe9", Platform::linux, home), QStringLiteral("caf\\xE9"));
         // The running system's own home.
         QCOMPARE(Fmt::displayName(Platform::homeDirectory()), QStringLiteral("Home"));
     }

@@ -2,12 +2,23 @@
 
 #include "core/Paths.h"
 
+#include <QSet>
 #include <QTemporaryDir>
 
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+namespace {
+
+// The marks, embeddings, overrides and isolates of bidirectional text.
+bool directional(char16_t c)
+{
+    return c == 0x061C || c == 0x200E || c == 0x200F || (c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
+}
+
+} // namespace
 
 class TestPaths : public QObject
 {
@@ -45,11 +56,64 @@ private slots:
         QVERIFY(!Paths::toDisplay(bytes).isEmpty());
     }
 
-    void displayHidesEscapes()
+    // What people read: one line, in its own order, every odd byte named.
+    void displayIsSafe_data()
     {
-        const QString shown = Paths::toDisplay(QByteArray("caf\xe9"));
-        QCOMPARE(shown, QStringLiteral("caf") + QChar(QChar::ReplacementCharacter));
-        QCOMPARE(Paths::toDisplay(QByteArray("caf\xc3\xa9")), QStringLiteral("caf\u00e9"));
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("plain") << QByteArray("/home/u/notes.txt") << u"/home/u/notes.txt"_qs;
+        QTest::newRow("accented") << QByteArray("caf\xc3\xa9") << u"caf\u00e9"_qs;
+        QTest::newRow("invalid byte") << QByteArray("caf\xe9") << u"caf\\xE9"_qs;
+        QTest::newRow("cut sequence") << QByteArray("a\xe2\x82") << u"a\\xE2\\x82"_qs;
+        QTest::newRow("newline, tab, return") << QByteArray("a\nb\tc\rd") << u"a\\nb\\tc\\rd"_qs;
+        QTest::newRow("escape, DEL") << QByteArray("\x1b[31m\x7f") << u"\\x1B[31m\\x7F"_qs;
+        QTest::newRow("C1 control") << QByteArray("a\xc2\x85z") << u"a\\u0085z"_qs;
+        QTest::newRow("backslash") << QByteArray("a\\xFF") << u"a\\\\xFF"_qs;
+        QTest::newRow("override") << QByteArray("photo\xe2\x80\xaegnp.exe") << u"photo\\u202Egnp.exe"_qs;
+        QTest::newRow("isolate, mark, separator")
+            << QByteArray("\xe2\x81\xa6x\xe2\x80\x8f\xe2\x80\xa8") << u"\\u2066x\\u200F\\u2028"_qs;
+        QTest::newRow("right to left") << QByteArray("/a/\xd7\xa9\xd7\x9c.txt/b")
+                                       << u"/a/\u2068\u05e9\u05dc.txt\u2069/b"_qs;
+        QTest::newRow("override in one piece")
+            << QByteArray("/x\xe2\x80\xae/\xd8\xa7\xe2\x80\xaby/z") << u"/x\\u202E/\u2068\u0627\\u202By\u2069/z"_qs;
+        QTest::newRow("slashes kept") << QByteArray("//a/") << u"//a/"_qs;
+    }
+
+    void displayIsSafe()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, shown);
+        QCOMPARE(Paths::toDisplay(bytes), shown);
+    }
+
+    // Whatever the bytes, the shown text holds no control character, no
+    // directional control but the balanced isolates around a piece, and no
+    // replacement mark; different names never read the same.
+    void displayNeverActsOnText()
+    {
+        QSet<QString> seen;
+        for (int c = 0; c < 256; ++c) {
+            for (const QByteArray &bytes :
+                 {QByteArray(1, char(c)), QByteArray("\xe2\x80") + char(c), QByteArray("\xd8\xa7") + char(c)}) {
+                const QString text = Paths::toDisplay(bytes);
+                int open = 0;
+                for (const QChar ch : text) {
+                    QVERIFY2(ch.category() != QChar::Other_Control, qPrintable(text));
+                    QVERIFY(ch != QChar::ReplacementCharacter);
+                    if (ch.unicode() == 0x2068)
+                        ++open;
+                    else if (ch.unicode() == 0x2069)
+                        QVERIFY(--open >= 0);
+                    else
+                        QVERIFY2(!directional(ch.unicode()) && ch.category() != QChar::Separator_Line &&
+                                     ch.category() != QChar::Separator_Paragraph,
+                                 qPrintable(text));
+                }
+                QCOMPARE(open, 0);
+                QVERIFY2(!seen.contains(text), qPrintable(text));
+                seen.insert(text);
+            }
+        }
     }
 
     // A real file whose name is not UTF-8 and holds a newline: the bytes that the

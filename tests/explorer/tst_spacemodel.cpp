@@ -19,6 +19,7 @@
 
 #include <cerrno>
 #include <functional>
+#include <cstdio>
 #include <memory>
 
 #include <sys/stat.h>
@@ -568,6 +569,61 @@ private slots:
             QCOMPARE(f.model.currentSizeText(), Fmt::bytes(node->size));
         }
         QVERIFY(withSmallFiles > 10);
+    }
+
+    // Names that would fool the eye, on disk and scanned for real: each tile
+    // reads on one line, in its own order, with its odd bytes shown, and a
+    // click still selects the exact bytes.
+    void oddNamesShowSafely()
+    {
+        QTemporaryDir dir;
+        const QByteArray root = QFile::encodeName(dir.path());
+        const QByteArray newline = "line\nbreak.txt";
+        const QByteArray override = "photo\xe2\x80\xae"
+                                    "gnp.exe"; // RLO: would read "photo" + "exe.png"
+        const QByteArray invalid = "bad\xff\xfe.bin";
+        const QByteArray hebrew = "\xd7\xa9\xd7\x9c\xd7\x95\xd7\x9d"; // a right-to-left folder name
+        for (const QByteArray &name : {newline, override, invalid}) {
+            const QByteArray path = root + '/' + name;
+            FILE *out = std::fopen(path.constData(), "wb");
+            QVERIFY2(out, path.constData());
+            std::fputs("contents", out);
+            std::fclose(out);
+        }
+        QVERIFY(::mkdir((root + '/' + hebrew).constData(), 0755) == 0);
+        FILE *inside = std::fopen((root + '/' + hebrew + "/x.txt").constData(), "wb");
+        QVERIFY(inside);
+        std::fputs("x", inside);
+        std::fclose(inside);
+
+        ScanOptions options;
+        options.minTrackedSize = 1;
+        const ScanResultPtr result = DiskScanner::scan(root, options, 1, makeCancelToken(), {});
+        QVERIFY(result);
+        Fixture f(result);
+        QStringList names = f.names();
+        names.sort();
+        QStringList expected{u"bad\\xFF\\xFE.bin"_qs, u"line\\nbreak.txt"_qs, u"photo\\u202Egnp.exe"_qs,
+                             QStringLiteral("\u2068\u05e9\u05dc\u05d5\u05dd\u2069")};
+        expected.sort();
+        QCOMPARE(names, expected);
+        for (int row = 0; row < f.model.rowCount(); ++row) {
+            const QModelIndex index = f.model.index(row);
+            const QString help = f.model.data(index, SpaceModel::HelpRole).toString();
+            QVERIFY2(!help.contains(QChar(0x202E)) && !help.contains(u"line\nbreak"_qs), qPrintable(help));
+        }
+        // The tooltip names the place as the tile does.
+        const QString help =
+            f.model.data(f.model.index(f.row(u"line\\nbreak.txt"_qs)), SpaceModel::HelpRole).toString();
+        QVERIFY2(help.contains(u"line\\nbreak.txt"_qs), qPrintable(help));
+
+        // Selecting by the shown name reaches the exact bytes.
+        for (const QByteArray &name : {newline, override, invalid}) {
+            f.model.toggle(f.row(Paths::toDisplay(name)));
+            QVERIFY2(f.state.queue()->contains(root + '/' + name), name.constData());
+        }
+        f.model.toggle(f.row(Paths::toDisplay(hebrew)));
+        QVERIFY(f.state.queue()->contains(root + '/' + hebrew));
     }
 
     void folderFocusOpensThePath()

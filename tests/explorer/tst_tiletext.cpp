@@ -36,6 +36,7 @@ private slots:
         row("caution shows the title", "/x/a", true, "caution,artifact", "Look first");
         row("artefact", "/x/target", true, "artifact", "Rust · safe to sorvelise");
         row("folder with count", "/x/a", true, "count", "Folder · 1,234 files");
+        row("folder with one file", "/x/a", true, "one", "Folder · 1 file");
         row("package folder", "/x/Foo.app", true, "", "App or bundle");
         row("category", "/x/a.mp3", false, "audio", "Audio");
         row("plain file", "/x/a.zzz", false, "", "File");
@@ -59,6 +60,8 @@ private slots:
             e.artifactKind = u"Rust"_qs;
         if (tweaks.contains(u"count"_qs))
             e.fileCount = 1234;
+        if (tweaks.contains(u"one"_qs))
+            e.fileCount = 1;
         if (tweaks.contains(u"audio"_qs))
             e.category = FileCategory::audio;
         QCOMPARE(TileText::kindLine(e), expected);

@@ -203,7 +203,7 @@ private Q_SLOTS:
         QTRY_VERIFY(!shelf.deriving());
         QTest::qWait(50);
         QCOMPARE(shelf.count(), 1);
-        QCOMPARE(shelf.subtitle(), QStringLiteral("1 files · 20 kB"));
+        QCOMPARE(shelf.subtitle(), QStringLiteral("1 file · 20 kB"));
     }
 
     // The forgotten shelf ignores the category and uses its own clock.

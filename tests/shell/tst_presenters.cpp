@@ -174,13 +174,15 @@ private Q_SLOTS:
         QCOMPARE(controls.rescanText(), QStringLiteral("Rescan your disk"));
         controls.setScanTarget(QStringLiteral("/users/ada/Projects"));
         QCOMPARE(controls.readingText(), QStringLiteral("Reading Projects"));
+        controls.setFilesScanned(1);
+        QCOMPARE(controls.filesText(), QStringLiteral("1 file"));
         controls.setFilesScanned(1234567);
         QCOMPARE(controls.filesText(), QStringLiteral("1,234,567 files"));
         controls.setCompact(true);
         QCOMPARE(controls.filesText(), QStringLiteral("1.2M files"));
-        QCOMPARE(changed.count(), 4);
+        QCOMPARE(changed.count(), 5);
         controls.setCompact(true);
-        QCOMPARE(changed.count(), 4);
+        QCOMPARE(changed.count(), 5);
     }
 
     void shortCounts_data()

@@ -3,6 +3,7 @@
 
 #include "../state/FakeScanner.h"
 
+#include "AboutModel.h"
 #include "AppStateForeign.h"
 #include "SettingsModel.h"
 #include "SettingsRules.h"
@@ -23,6 +24,7 @@
 #include <QTemporaryDir>
 #include <QTranslator>
 
+#include <algorithm>
 #include <memory>
 
 #include <optional>
@@ -92,6 +94,51 @@ QQuickWindow *settingsWindow()
         if (window->title() == QLatin1String("Settings"))
             return qobject_cast<QQuickWindow *>(window);
     return nullptr;
+}
+
+QQuickWindow *windowTitled(const QString &title)
+{
+    for (QWindow *window : QGuiApplication::topLevelWindows())
+        if (window->title() == title)
+            return qobject_cast<QQuickWindow *>(window);
+    return nullptr;
+}
+
+QString accessibleName(QQuickItem *item)
+{
+    QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(item);
+    return accessible ? accessible->text(QAccessible::Name) : QString();
+}
+
+// The visible item below `item` with this accessible name.
+QQuickItem *itemNamed(QQuickItem *item, const QString &name)
+{
+    if (!item->isVisible())
+        return nullptr;
+    if (accessibleName(item) == name)
+        return item;
+    for (QQuickItem *child : item->childItems())
+        if (QQuickItem *found = itemNamed(child, name))
+            return found;
+    return nullptr;
+}
+
+// The accessible names of everything visible below `item`.
+void collectNames(QQuickItem *item, QStringList &names)
+{
+    if (!item->isVisible())
+        return;
+    const QString name = accessibleName(item);
+    if (!name.isEmpty())
+        names << name;
+    for (QQuickItem *child : item->childItems())
+        collectNames(child, names);
+}
+
+void click(QQuickWindow *window, QQuickItem *item)
+{
+    QTest::mouseClick(window, Qt::LeftButton, {},
+                      item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint());
 }
 
 int settingsWindowCount()
@@ -414,6 +461,94 @@ private Q_SLOTS:
             QVERIFY2(warnings.isEmpty(), qPrintable(warnings.join(u'\n')));
         }
         QCoreApplication::removeTranslator(wording.get());
+        AppStateForeign::setInstance(nullptr);
+    }
+
+    // About, from the Commands menu beside Settings and Quit: the name, the
+    // version of the build, the licence and the credits, each with an
+    // accessible name; Close has the focus, and Escape or Space on it closes
+    // the window. The menu button's tooltip stays off the open menu. With
+    // SORVEL_SCREENSHOT_DIR set it saves both appearances.
+    void about_data() { addAppearanceRows(); }
+
+    void about()
+    {
+        QFETCH(QByteArray, appearance);
+        const ShownIn shown(appearance);
+        AppState state;
+        state.setArguments({"sorvel-cleaner"});
+        state.setVolumesFunction([] { return QList<VolumeInfo>(); });
+        AppStateForeign::setInstance(&state);
+        const QString title = QStringLiteral("About Sorvel Cleaner");
+        {
+            MainWindow main;
+            QVERIFY(main.load());
+            QQuickWindow *window = main.window();
+            window->requestActivate();
+            QVERIFY(QTest::qWaitForWindowActive(window));
+
+            const auto openAbout = [&] {
+                QQuickItem *button = itemNamed(window->contentItem(), QStringLiteral("Commands"));
+                QVERIFY(button);
+                click(window, button);
+                QQuickItem *entry = nullptr;
+                QTRY_VERIFY((entry = itemNamed(window->contentItem(), title)));
+                QVERIFY(itemNamed(window->contentItem(), QStringLiteral("Settings…")));
+                QVERIFY(itemNamed(window->contentItem(), QStringLiteral("Quit Sorvel Cleaner")));
+                QCOMPARE(button->property("toolTip").toString(), QString());
+                click(window, entry);
+                QTRY_VERIFY(windowTitled(title) && windowTitled(title)->isExposed());
+                QVERIFY(QTest::qWaitForWindowActive(windowTitled(title)));
+            };
+            openAbout();
+            QQuickWindow *about = windowTitled(title);
+            QVERIFY(about);
+
+            AboutModel model;
+            QStringList names;
+            collectNames(about->contentItem(), names);
+            for (const QString &expected : {model.name(), model.versionText(), model.licenceText()})
+                QVERIFY2(names.contains(expected), qPrintable(names.join(u'\n')));
+            QVERIFY(model.versionText().endsWith(AboutModel::version()));
+            QVERIFY(!AboutModel::version().isEmpty());
+            QCOMPARE(model.credits().size(), 3);
+            for (const QVariant &credit : model.credits()) {
+                const QString creditTitle = credit.toMap().value(QStringLiteral("title")).toString();
+                QVERIFY2(std::any_of(names.begin(), names.end(),
+                                     [&](const QString &n) { return n.startsWith(creditTitle); }),
+                         qPrintable(creditTitle));
+            }
+
+            // The keyboard: Close has the focus and Tab keeps it there.
+            QTRY_VERIFY(about->activeFocusItem());
+            QCOMPARE(accessibleName(about->activeFocusItem()), QStringLiteral("Close"));
+            QCOMPARE(QAccessible::queryAccessibleInterface(about->activeFocusItem())->role(), QAccessible::Button);
+            QTest::keyClick(about, Qt::Key_Tab);
+            QCOMPARE(accessibleName(about->activeFocusItem()), QStringLiteral("Close"));
+
+            QTest::qWait(200);
+            const QImage image = about->grabWindow();
+            QVERIFY(!image.isNull());
+            const QString dir = QFile::decodeName(qgetenv("SORVEL_SCREENSHOT_DIR"));
+            if (!dir.isEmpty()) {
+                QDir().mkpath(dir);
+                QVERIFY(image.save(dir + QStringLiteral("/about-%1.png").arg(QLatin1String(appearance))));
+            }
+
+            QTest::keyClick(about, Qt::Key_Escape);
+            QTRY_VERIFY(!about->isVisible());
+            window->requestActivate();
+            QVERIFY(QTest::qWaitForWindowActive(window));
+            openAbout();
+            QCOMPARE(windowTitled(title), about);
+            QTRY_VERIFY(about->activeFocusItem());
+            QTest::keyClick(about, Qt::Key_Space);
+            QTRY_VERIFY(!about->isVisible());
+
+            QStringList warnings = main.warnings();
+            warnings.removeAll(QStringLiteral("This plugin does not support raise()"));
+            QVERIFY2(warnings.isEmpty(), qPrintable(warnings.join(u'\n')));
+        }
         AppStateForeign::setInstance(nullptr);
     }
 };

@@ -32,7 +32,7 @@ CleanItem pathItem(const QByteArray &path, qint64 size, CleanItem::Kind kind = C
 {
     CleanItem item;
     item.id = path;
-    item.name = QString::fromUtf8(Paths::lastComponent(path));
+    item.name = Paths::toDisplay(Paths::lastComponent(path));
     item.size = size;
     item.kind = kind;
     item.source = source;
@@ -225,6 +225,8 @@ private slots:
         QTest::addColumn<int>("files");
         QTest::addColumn<QString>("words");
         QTest::newRow("one to the Trash") << false << 1 << "1 item in the Trash";
+        QTest::newRow("two to the Trash") << false << 2 << "2 items in the Trash";
+        QTest::newRow("one for good") << true << 1 << "1 item gone for good";
         QTest::newRow("three for good") << true << 3 << "3 items gone for good";
     }
 
@@ -236,8 +238,12 @@ private slots:
         QSet<QByteArray> ids;
         qint64 total = 0;
         Fixture f;
+        // Names no text survives: a newline, a byte that is no UTF-8, a
+        // right-to-left override. The operations get them byte for byte.
+        QByteArrayList paths;
         for (int i = 0; i < files; ++i) {
-            const QByteArray path = at("f" + QByteArray::number(i));
+            const QByteArray path = at("f" + QByteArray::number(i) + "\nodd\xff\xe2\x80\xae.txt");
+            paths << path;
             QVERIFY(makeFile(path, 5000));
             total += allocated(path);
             f.state.queue()->add(pathItem(path, allocated(path)));
@@ -274,6 +280,12 @@ private slots:
         QCOMPARE(f.state.removal()->deletionFailures()->first().reason, DeletionFailure::Reason::inUse);
         QCOMPARE(f.state.removal()->lastRemoval().size(), files);
         QVERIFY(f.state.removal()->sorvelisingIDs().isEmpty());
+        const QByteArrayList calls = f.operations->calls();
+        for (const QByteArray &path : paths) {
+            QVERIFY2(calls.contains(path), path.constData());
+            struct stat st;
+            QCOMPARE(::lstat(path.constData(), &st), -1);
+        }
     }
 
     // Everything failed: no success toast, the model still gets its (empty)
@@ -360,7 +372,9 @@ private slots:
         QVERIFY(makeFile(root + "/top/side/s.bin", 20000));
         QVERIFY(makeFile(root + "/top/big.bin", 20000));
         QVERIFY(makeFile(root + "/top/tiny", 10));
-        QVERIFY(makeFile(root + "/top/mid/pick.bin", 20000));
+        const QByteArray pick = root + "/top/mid/pick\n\xff\xe2\x80\xae"
+                                       "gnp.exe";
+        QVERIFY(makeFile(pick, 20000));
         QVERIFY(makeFile(root + "/top/mid/other.bin", 20000));
         QVERIFY(makeFile(root + "/top/mid/node_modules/x.js", 20000));
         QVERIFY(makeFile(root + "/top/mid/small", 10));
@@ -370,7 +384,7 @@ private slots:
         f.state.toggleSelection(top);
         QVERIFY(f.state.queue()->contains(root + "/top"));
 
-        f.state.toggleSelection(pathItem(root + "/top/mid/pick.bin", 1));
+        f.state.toggleSelection(pathItem(pick, 1));
         QByteArrayList ids;
         for (const CleanItem &item : f.state.queue()->items()) {
             ids << item.id;
@@ -382,8 +396,10 @@ private slots:
         QCOMPARE(ids, QByteArrayList({root + "/top/big.bin", root + "/top/mid/node_modules",
                                       root + "/top/mid/other.bin", root + "/top/side"}));
         const qint64 loose = allocated(root + "/top/tiny") + allocated(root + "/top/mid/small");
-        QCOMPARE(toastText(f.state), QStringLiteral("Left out “pick.bin” · the rest of “top” stays selected (%1 of "
-                                                    "loose small files are kept too)")
+        // The name in the toast shows its newline, its odd byte and its
+        // override as escapes: one line, in reading order.
+        QCOMPARE(toastText(f.state), QStringLiteral("Left out “pick\\n\\xFF\\u202Egnp.exe” · the rest of “top” stays "
+                                                    "selected (%1 of loose small files are kept too)")
                                          .arg(Fmt::bytes(loose)));
 
         // A junk item never opens anything; a second click takes it out.
@@ -411,6 +427,11 @@ private slots:
         f.state.copyPaths({"/a", "/b"});
         QCOMPARE(toastText(f.state), u"Copied 2 paths"_qs);
         QCOMPARE(f.desktop.copied, (QStringList{u"/a/b c"_qs, u"/a\n/b"_qs}));
+        // The toast shows a right-to-left name with an override safely; the
+        // clipboard gets the path itself.
+        f.state.copyPaths({"/a/\xd7\xa9\xd7\x9c\xe2\x80\xae.txt"});
+        QCOMPARE(toastText(f.state), u"Copied \u2068\u05e9\u05dc\\u202E.txt\u2069"_qs);
+        QCOMPARE(f.desktop.copied.last(), u"/a/\u05e9\u05dc\u202E.txt"_qs);
     }
 };
 

@@ -58,9 +58,7 @@ QString DeletionModel::protectedNote() const
     const int n = m_request ? m_request->protectedCount() : 0;
     if (n <= 0)
         return {};
-    return n == 1
-               ? translated("DeletionSheet", "1 protected system item will be skipped.")
-               : translated("DeletionSheet", "%1 protected system items will be skipped.").arg(QLocale().toString(n));
+    return QCoreApplication::translate("DeletionSheet", "%Ln protected system items will be skipped.", nullptr, n);
 }
 
 void DeletionModel::cancel()
