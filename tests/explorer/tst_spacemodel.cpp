@@ -18,8 +18,8 @@
 #include <QTemporaryDir>
 
 #include <cerrno>
-#include <functional>
 #include <cstdio>
+#include <functional>
 #include <memory>
 
 #include <sys/stat.h>
