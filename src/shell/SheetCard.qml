@@ -12,7 +12,7 @@ Rectangle {
     default property alias content: body.data
     property alias buttons: buttonRow.data
     // The height the window leaves for the card; the host sets it.
-    property real available: Number.POSITIVE_INFINITY
+    property real available: 1e9
     // The one part of the content that gives way when the window is short
     // (a scrolling list); everything else keeps its height.
     property Item flexible: null
