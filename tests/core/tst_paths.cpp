@@ -61,7 +61,7 @@ private slots:
     {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<QString>("shown");
-        QTest::newRow("plain") << QByteArray("/home/u/notes.txt") << u"/home/u/notes.txt"_qs;
+        QTest::newRow("plain") << QByteArray("/srv/data/notes.txt") << u"/srv/data/notes.txt"_qs;
         QTest::newRow("accented") << QByteArray("caf\xc3\xa9") << u"caf\u00e9"_qs;
         QTest::newRow("invalid byte") << QByteArray("caf\xe9") << u"caf\\xE9"_qs;
         QTest::newRow("cut sequence") << QByteArray("a\xe2\x82") << u"a\\xE2\\x82"_qs;

@@ -152,7 +152,7 @@ private slots:
 
     void accessibleName()
     {
-        ExplorerEntry photos = entry("/home/u/Photos", true);
+        ExplorerEntry photos = entry("/srv/data/Photos", true);
         photos.size = 120;
         QCOMPARE(TileText::accessibleName(photos, 1000), u"Photos, 120 bytes, 12% of this folder, Normal"_qs);
         // A verdict with a title says both; an unknown total leaves the share out.

@@ -1,5 +1,6 @@
 #include "MainWindow.h"
 #include "TestMain.h"
+#include "WriteFile.h"
 
 #include "AppStateForeign.h"
 #include "FocusVisibility.h"
@@ -19,14 +20,6 @@
 #include <QQuickWindow>
 
 namespace {
-
-void writeFile(const QByteArray &path, qsizetype bytes)
-{
-    QDir().mkpath(QFile::decodeName(path.left(path.lastIndexOf('/'))));
-    QFile file(QFile::decodeName(path));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(QByteArray(bytes, 'x'));
-}
 
 // Counts the presses of a mouse button and touches that reach the window: the
 // keyboard tests prove they needed none.

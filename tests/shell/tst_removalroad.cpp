@@ -1,5 +1,6 @@
 #include "MainWindow.h"
 #include "TestMain.h"
+#include "WriteFile.h"
 
 #include "AppStateForeign.h"
 #include "FailureModel.h"
@@ -31,14 +32,6 @@
 #include <unistd.h>
 
 namespace {
-
-void writeFile(const QByteArray &path, qsizetype bytes)
-{
-    QDir().mkpath(QFile::decodeName(path.left(path.lastIndexOf('/'))));
-    QFile file(QFile::decodeName(path));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(QByteArray(bytes, 'x'));
-}
 
 // Sets or clears the immutable flag, which even root cannot move past. False
 // where the file system or the privileges do not allow it.

@@ -1,4 +1,5 @@
 #include "TestMain.h"
+#include "WriteFile.h"
 
 #include "ConfirmModel.h"
 #include "DeletionModel.h"
@@ -14,14 +15,6 @@
 #include <QSignalSpy>
 
 namespace {
-
-void writeFile(const QByteArray &path, qsizetype bytes)
-{
-    QDir().mkpath(QFile::decodeName(path.left(path.lastIndexOf('/'))));
-    QFile file(QFile::decodeName(path));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(QByteArray(bytes, 'x'));
-}
 
 struct State {
     State()
