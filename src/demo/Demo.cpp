@@ -1,5 +1,6 @@
 #include "Demo.h"
 
+#include "core/Fmt.h"
 #include "core/Paths.h"
 
 #include <QCoreApplication>
@@ -124,11 +125,11 @@ bool isDemoPath(QByteArrayView path, Platform platform)
     return path == root || (path.startsWith(root) && path.size() > root.size() && path[root.size()] == '/');
 }
 
-VolumeInfo volume()
+VolumeInfo volume(Platform platform)
 {
     VolumeInfo v;
     v.url = "/";
-    v.name = QStringLiteral("Macintosh HD");
+    v.name = Fmt::displayName("/", platform, {});
     v.total = 994662584320;
     v.available = 131000000000;
     v.isInternal = true;

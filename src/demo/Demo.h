@@ -28,8 +28,9 @@ bool isOn(const QByteArrayList &arguments);
 // homes: "/Users/sample" on macOS, "/home/sample" on Linux.
 QByteArray home(Platform platform = Platform::current());
 
-// The one demo volume.
-VolumeInfo volume();
+// The one demo volume, the system's disk named as the platform names it
+// ("Macintosh HD", "File System").
+VolumeInfo volume(Platform platform = Platform::current());
 
 // Deep Clean figures by location id of the platform's catalogue; every row
 // exists and is readable.
