@@ -16,6 +16,16 @@
 
 namespace {
 
+// A scanned folder as the rows select it.
+CleanItem folderItem(const QByteArray &path)
+{
+    CleanItem folder;
+    folder.id = path;
+    folder.name = QString::fromUtf8(path.mid(path.lastIndexOf('/') + 1));
+    folder.kind = CleanItem::Kind::folder;
+    return folder;
+}
+
 struct State {
     State()
     {
@@ -45,10 +55,7 @@ private slots:
         s.state.scan(root);
         QTRY_VERIFY_WITH_TIMEOUT(s.state.result() && !s.state.isScanning(), 10000);
 
-        CleanItem folder;
-        folder.id = root + "/photos";
-        folder.name = QStringLiteral("photos");
-        folder.kind = CleanItem::Kind::folder;
+        const CleanItem folder = folderItem(root + "/photos");
         s.state.queue()->add(folder);
 
         ItemRowModel row;
@@ -156,15 +163,9 @@ private slots:
         s.state.scan(root);
         QTRY_VERIFY_WITH_TIMEOUT(s.state.result() && !s.state.isScanning(), 10000);
 
-        CleanItem folder;
-        folder.id = root + "/projects";
-        folder.name = QStringLiteral("projects");
-        folder.kind = CleanItem::Kind::folder;
+        const CleanItem folder = folderItem(root + "/projects");
         s.state.queue()->add(folder);
-        CleanItem plain = folder;
-        plain.id = root + "/plain";
-        plain.name = QStringLiteral("plain");
-        s.state.queue()->add(plain);
+        s.state.queue()->add(folderItem(root + "/plain"));
 
         ReviewModel model;
         model.setState(&s.state);
