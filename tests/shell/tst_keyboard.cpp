@@ -134,6 +134,17 @@ struct Window {
     MainWindow main;
 };
 
+// A menu entry of that text on screen, in any popup of the window.
+bool shownMenuEntry(QQuickItem *item, const QString &text)
+{
+    if (item->inherits("QQuickMenuItem") && item->isVisible() && item->property("text").toString() == text)
+        return true;
+    for (QQuickItem *child : item->childItems())
+        if (child->isVisible() && shownMenuEntry(child, text))
+            return true;
+    return false;
+}
+
 } // namespace
 
 // The window from the keyboard alone: every stop of the Tab chain shows where
@@ -256,6 +267,15 @@ private slots:
         QTRY_VERIFY(w.state.removal()->isReviewing());
         review = qvariant_cast<ReviewModel *>(sheet->property("model"));
         QVERIFY(review);
+        // A row's menu opens from the keyboard; Escape closes the menu, not
+        // the sheet.
+        QVERIFY(pressUntil(window, Qt::Key_Tab,
+                           [](QQuickItem *item) { return item->objectName() == QLatin1String("rowTick"); }));
+        QTest::keyClick(window, Qt::Key_F10, Qt::ShiftModifier);
+        QTRY_VERIFY(shownMenuEntry(window->contentItem(), u"Copy Path"_qs));
+        QTest::keyClick(window, Qt::Key_Escape);
+        QTRY_VERIFY(!shownMenuEntry(window->contentItem(), u"Copy Path"_qs));
+        QVERIFY(w.state.removal()->isReviewing());
         QQuickItem *tick = pressUntil(
             window, Qt::Key_Tab, [](QQuickItem *item) { return item->objectName() == QLatin1String("acknowledge"); });
         QVERIFY(tick);

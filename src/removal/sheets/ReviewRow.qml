@@ -22,9 +22,17 @@ Column {
             id: tick
             anchors.verticalCenter: parent.verticalCenter
             checked: row.modelData.ticked
+            objectName: "rowTick"
             Accessible.name: row.modelData.name
             onClicked: row.review.toggle(row.modelData.id)
             onActiveFocusChanged: if (activeFocus) row.focusedControl(tick)
+            // The menu key (or Shift+F10) opens the row's menu beside the tick.
+            Keys.onPressed: event => {
+                if (event.key === Qt.Key_Menu || (event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier)) {
+                    menu.popup(tick, tick.width, tick.height / 2);
+                    event.accepted = true;
+                }
+            }
         }
         Item {
             id: icon
