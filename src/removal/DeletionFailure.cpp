@@ -16,6 +16,9 @@ constexpr ReasonRow reasonRows[] = {
     {"safetyGuard", QT_TRANSLATE_NOOP("DeletionFailure", "Kept by the safety guard"),
      QT_TRANSLATE_NOOP("DeletionFailure", "Sorvel Cleaner never removes system folders, your home folder or its "
                                           "main folders. Open them to clean inside.")},
+    {"changedSinceReview", QT_TRANSLATE_NOOP("DeletionFailure", "Changed since you reviewed it"),
+     QT_TRANSLATE_NOOP("DeletionFailure", "These changed on disk after you reviewed them, so they were left alone. "
+                                          "Look at them again and sorvelise them anew if they should still go.")},
     {"protectedByMacOS", QT_TRANSLATE_NOOP("DeletionFailure", "Protected by macOS"),
      QT_TRANSLATE_NOOP("DeletionFailure",
                        "macOS blocks apps from changing these (System Integrity Protection or privacy protection for "

@@ -15,10 +15,11 @@ struct DeletionFailure {
     class Reason
     {
     public:
-        enum Value : quint8 { safetyGuard, protectedByMacOS, noPermission, inUse, other };
+        enum Value : quint8 { safetyGuard, changedSinceReview, protectedByMacOS, noPermission, inUse, other };
         constexpr Reason(Value value = other) : m_value(value) {}
         constexpr operator Value() const { return m_value; }
-        static constexpr std::array<Value, 5> allCases = {safetyGuard, protectedByMacOS, noPermission, inUse, other};
+        static constexpr std::array<Value, 6> allCases = {
+            safetyGuard, changedSinceReview, protectedByMacOS, noPermission, inUse, other};
         QString rawValue() const;
         static std::optional<Reason> fromRawValue(QStringView raw);
         // Localised heading and explanation of the group.

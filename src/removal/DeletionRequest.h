@@ -4,7 +4,7 @@
 #pragma once
 
 #include "DeletionItem.h"
-#include "FolderIdentity.h"
+#include "ReviewedItem.h"
 
 #include <QByteArray>
 #include <QByteArrayList>
@@ -27,9 +27,9 @@ struct DeletionRequest {
     std::optional<QList<DeletionItem>> summary;
     // The selection ids this request consumes.
     QSet<QByteArray> queueIDs;
-    // Where each item lay when the request was made; checked again right before
-    // the item goes.
-    ReviewedFolders reviewed;
+    // Each item and its folder as they were at the review; checked again right
+    // before the item goes.
+    ReviewedItems reviewed;
 
     // How many items name a path that the safety guard keeps.
     int protectedCount() const;

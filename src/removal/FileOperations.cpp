@@ -1,6 +1,7 @@
 #include "FileOperations.h"
 
 #include "FreedesktopTrash.h"
+#include "TrashedItem.h"
 #include "core/RealPlace.h"
 
 #include <QFile>
@@ -165,18 +166,26 @@ int removeTree(const RealPlace &place, const struct stat &top)
 class SystemFileOperations final : public FileOperations
 {
 public:
-    int moveToTrash(const RealPlace &place) override
+    int moveToTrash(const RealPlace &place, TrashedItem *trashed) override
     {
 #if defined(Q_OS_MACOS)
         if (!place.isValid())
             return place.error();
         QFile file(QFile::decodeName(place.path()));
-        if (file.moveToTrash())
+        if (file.moveToTrash()) {
+            if (trashed)
+                trashed->trashedAs = QFile::encodeName(file.fileName());
             return 0;
+        }
         struct stat st {};
         return place.statItem(st) == 0 ? EPERM : ENOENT;
 #else
-        return m_trash.moveToTrash(place).error;
+        const FreedesktopTrash::Outcome outcome = m_trash.moveToTrash(place);
+        if (outcome.ok() && trashed) {
+            trashed->trashedAs = outcome.trashedAs;
+            trashed->infoFile = outcome.infoFile;
+        }
+        return outcome.error;
 #endif
     }
 

@@ -10,6 +10,7 @@
 #include <memory>
 
 class RealPlace;
+struct TrashedItem;
 
 // Tests watch (or refuse) each call through this seam, and the one real
 // implementation keeps the errno of what failed for the failure classes.
@@ -26,8 +27,10 @@ class FileOperations
 public:
     virtual ~FileOperations() = default;
 
-    // 0 when the item went, else the errno of the step that failed.
-    virtual int moveToTrash(const RealPlace &place) = 0;
+    // 0 when the item went, else the errno of the step that failed. On
+    // success `trashed` (when given) learns where it lies now; its original,
+    // identity and size are the caller's to fill.
+    virtual int moveToTrash(const RealPlace &place, TrashedItem *trashed) = 0;
     // Removes a file, a link or a whole folder. Goes on after a failure inside a
     // folder and returns the errno of the first one (0 when all went).
     virtual int removePermanently(const RealPlace &place) = 0;

@@ -44,8 +44,8 @@ QString describe(int error)
 class Worker
 {
 public:
-    Worker(bool permanently, FileOperations &operations, const ReviewedFolders &reviewed, const SafetyProfile &profile)
-        : m_permanently(permanently), m_operations(operations), m_reviewed(reviewed), m_profile(profile)
+    Worker(bool permanently, FileOperations &operations, const Removal::Options &options)
+        : m_permanently(permanently), m_operations(operations), m_options(options)
     {}
 
     void take(const DeletionItem &item)
@@ -53,14 +53,10 @@ public:
         const RealPlace place = RealPlace::open(item.path);
         if (refused(item.path, place))
             return;
-        const auto seen = m_reviewed.constFind(item.path);
-        if (seen != m_reviewed.cend() && place.isValid() &&
-            (quint64(place.parentStat().st_dev) != seen->device || quint64(place.parentStat().st_ino) != seen->inode)) {
-            fail(item.path, place, ESTALE);
+        if (changed(item.path, place))
             return;
-        }
         const qint64 size = item.size ? *item.size : Removal::measure(place.isValid() ? place.path() : item.path);
-        const int error = place.isValid() ? remove(place) : place.error();
+        const int error = place.isValid() ? remove(place, size) : place.error();
         if (error == 0)
             m_outcome.freed.insert(item.path, size);
         else if (item.clearInsideOnFailure && isFolder(place) && !place.isMountPoint())
@@ -69,21 +65,62 @@ public:
             fail(item.path, place, error);
     }
 
+    void skip() { ++m_outcome.notReached; }
+
     Removal::Outcome outcome() && { return std::move(m_outcome); }
 
 private:
-    int remove(const RealPlace &place)
+    int remove(const RealPlace &place, qint64 size)
     {
-        return m_permanently ? m_operations.removePermanently(place) : m_operations.moveToTrash(place);
+        if (m_permanently)
+            return m_operations.removePermanently(place);
+        struct stat st {};
+        const bool looked = place.statItem(st) == 0;
+        TrashedItem trashed;
+        const int error = m_operations.moveToTrash(place, &trashed);
+        if (error == 0 && looked) {
+            trashed.original = place.path();
+            trashed.identity = ItemIdentity::of(st);
+            trashed.size = size;
+            if (m_options.trashed)
+                m_options.trashed(trashed);
+            m_outcome.trashed.append(trashed);
+        }
+        return error;
     }
 
     // The guard's last word on the path's text and on the place it leads to.
     bool refused(const QByteArray &path, const RealPlace &place)
     {
-        const SafetyGuard::Verdict verdict = SafetyGuard::lastWord(path, place, m_profile);
+        const SafetyGuard::Verdict verdict = SafetyGuard::lastWord(path, place, m_options.profile);
         if (!verdict.refused())
             return false;
         m_outcome.failures.append({path, DeletionFailure::Reason::safetyGuard, verdict.reason});
+        return true;
+    }
+
+    // Whether the item is no longer the one reviewed: its folder replaced, or
+    // the item itself replaced, modified, grown or turned into a link.
+    bool changed(const QByteArray &path, const RealPlace &place)
+    {
+        const auto seen = m_options.reviewed.constFind(path);
+        if (seen == m_options.reviewed.cend() || !place.isValid())
+            return false;
+        const FolderIdentity folder{quint64(place.parentStat().st_dev), quint64(place.parentStat().st_ino)};
+        if (folder != seen->folder) {
+            m_outcome.failures.append(
+                {path, DeletionFailure::Reason::changedSinceReview, tr("The folder it was in was moved or replaced")});
+            return true;
+        }
+        struct stat st {};
+        if (!seen->item || place.statItem(st) != 0)
+            return false; // gone, or not there at the review: reported as gone
+        const ItemIdentity now = ItemIdentity::of(st);
+        const ItemIdentity::Change change = seen->item->changeTo(now);
+        if (change == ItemIdentity::Change::none)
+            return false;
+        m_outcome.failures.append(
+            {path, DeletionFailure::Reason::changedSinceReview, ItemIdentity::describe(change, *seen->item, now)});
         return true;
     }
 
@@ -96,7 +133,7 @@ private:
             if (refused(child, place))
                 continue;
             const qint64 size = Removal::measure(place.isValid() ? place.path() : child);
-            const int error = place.isValid() ? remove(place) : place.error();
+            const int error = place.isValid() ? remove(place, size) : place.error();
             if (error == 0)
                 m_outcome.freed.insert(child, size);
             else if (depth <= 3 && isFolder(place) && !place.isMountPoint())
@@ -119,8 +156,7 @@ private:
 
     bool m_permanently;
     FileOperations &m_operations;
-    const ReviewedFolders &m_reviewed;
-    const SafetyProfile &m_profile;
+    const Removal::Options &m_options;
     Removal::Outcome m_outcome;
 };
 
@@ -136,19 +172,27 @@ size_t qHash(const InodeKey &key, size_t seed = 0) { return qHashMulti(seed, qui
 
 namespace Removal {
 
-Outcome run(const QList<DeletionItem> &items, bool permanently, FileOperations &operations,
-            const SafetyProfile &profile)
+Outcome run(const QList<DeletionItem> &items, bool permanently, FileOperations &operations, const Options &options)
 {
-    return run(items, permanently, operations, ReviewedFolders(), profile);
+    Worker worker(permanently, operations, options);
+    for (qsizetype i = 0; i < items.size(); ++i) {
+        if (options.token && options.token->isCancelled()) {
+            worker.skip();
+            continue;
+        }
+        if (options.progress)
+            options.progress(i, items.size(), items.at(i).path);
+        worker.take(items.at(i));
+    }
+    return std::move(worker).outcome();
 }
 
 Outcome run(const QList<DeletionItem> &items, bool permanently, FileOperations &operations,
-            const ReviewedFolders &reviewed, const SafetyProfile &profile)
+            const SafetyProfile &profile)
 {
-    Worker worker(permanently, operations, reviewed, profile);
-    for (const DeletionItem &item : items)
-        worker.take(item);
-    return std::move(worker).outcome();
+    Options options;
+    options.profile = profile;
+    return run(items, permanently, operations, options);
 }
 
 qint64 measure(const QByteArray &path)
@@ -199,15 +243,20 @@ QByteArrayList listNames(const QByteArray &dir, bool *ok)
     return names;
 }
 
-ReviewedFolders reviewFolders(const QList<DeletionItem> &items)
+ReviewedItems review(const QList<DeletionItem> &items)
 {
-    ReviewedFolders folders;
+    ReviewedItems reviewed;
     for (const DeletionItem &item : items) {
         const RealPlace place = RealPlace::open(item.path);
-        if (place.isValid())
-            folders.insert(item.path, {quint64(place.parentStat().st_dev), quint64(place.parentStat().st_ino)});
+        if (!place.isValid())
+            continue;
+        ReviewedItem entry{{quint64(place.parentStat().st_dev), quint64(place.parentStat().st_ino)}, std::nullopt};
+        struct stat st {};
+        if (place.statItem(st) == 0)
+            entry.item = ItemIdentity::of(st);
+        reviewed.insert(item.path, entry);
     }
-    return folders;
+    return reviewed;
 }
 
 double minimumShowTime(qsizetype count) { return std::clamp(double(count) * 0.55 + 0.9, 1.0, 8.0); }

@@ -6,14 +6,18 @@
 #include "DeletionFailure.h"
 #include "DeletionItem.h"
 #include "FileOperations.h"
-#include "FolderIdentity.h"
+#include "ReviewedItem.h"
+#include "TrashedItem.h"
 
+#include "core/CancelToken.h"
 #include "safety/SafetyProfile.h"
 
 #include <QByteArray>
 #include <QByteArrayList>
 #include <QHash>
 #include <QList>
+
+#include <functional>
 
 namespace Removal {
 
@@ -22,24 +26,46 @@ struct Outcome {
     QHash<QByteArray, qint64> freed;
     // What stayed behind, in the order met.
     QList<DeletionFailure> failures;
+    // What went to a Trash, in the order moved.
+    QList<TrashedItem> trashed;
+    // Items not reached because the run was stopped.
+    qsizetype notReached = 0;
+};
+
+// How a run goes besides its items.
+struct Options {
+    // How each item was at the review; an item it knows is acted on only while
+    // it is still that item in that folder.
+    ReviewedItems reviewed;
+    SafetyProfile profile = SafetyProfile::standard();
+    // Called on the worker as each item lands in a Trash, before the next one.
+    std::function<void(const TrashedItem &item)> trashed;
+    // Stops the run between items.
+    CancelTokenPtr token;
+    // Called on the worker before each item, with the items done so far.
+    std::function<void(qsizetype done, qsizetype total, const QByteArray &path)> progress;
 };
 
 // Removes (or moves to the Trash) each item in order; a failure never stops
 // the next one. Right before each item the guard has its last word on the
 // item's text and on the place it really leads to (SafetyGuard::lastWord), and
-// the file operation then acts through that same open folder. When `reviewed`
-// knows the item, its folder must still be the one seen at the review (device
-// and inode); one that changed fails the item, and nothing acts elsewhere. A folder item with clearInsideOnFailure that
-// will not go whole has its contents removed one by one, down to five levels of folders below it; the folder itself
-// then gets no entry in `freed`, only what went inside. Symbolic links are never followed. Whatever the guard keeps
-// inside such a folder is reported with its sentence and left alone.
+// the file operation then acts through that same open folder. When the review
+// knows the item, its folder must still be the one seen then (device and
+// inode), and the item itself the one seen then (device, inode and type, and
+// for anything but a folder its size and modification time); one that changed
+// is left alone and fails with the reason `changedSinceReview`. A folder item
+// with clearInsideOnFailure that will not go whole has its contents removed one
+// by one, down to five levels of folders below it; the folder itself then gets
+// no entry in `freed`, only what went inside. Symbolic links are never
+// followed. Whatever the guard keeps inside such a folder is reported with its
+// sentence and left alone.
+Outcome run(const QList<DeletionItem> &items, bool permanently, FileOperations &operations, const Options &options);
 Outcome run(const QList<DeletionItem> &items, bool permanently, FileOperations &operations,
             const SafetyProfile &profile = SafetyProfile::standard());
-Outcome run(const QList<DeletionItem> &items, bool permanently, FileOperations &operations,
-            const ReviewedFolders &reviewed, const SafetyProfile &profile = SafetyProfile::standard());
 
-// The folder each item lies in, as it is now, for run()'s check.
-ReviewedFolders reviewFolders(const QList<DeletionItem> &items);
+// Each item as it is now, for run()'s check: its real folder, and the item
+// when it exists.
+ReviewedItems review(const QList<DeletionItem> &items);
 
 // Bytes on disk of a path: its allocated size, or for a folder the sum over the
 // files below it, each hard-linked file counted once. 0 when it cannot be read.

@@ -71,10 +71,10 @@ Environment Environment::system()
     env.fullDiskAccess = [] {
         return Platform::current() == Platform::macOS ? FullDiskAccess::probe(Platform::homeDirectory()) : true;
     };
-    env.remove = [](const QList<DeletionItem> &items, bool permanently, const ReviewedFolders &reviewed,
-                    FileOperations &operations) { return Removal::run(items, permanently, operations, reviewed); };
+    env.remove = [](const QList<DeletionItem> &items, bool permanently, const Removal::Options &options,
+                    FileOperations &operations) { return Removal::run(items, permanently, operations, options); };
     env.fileOperations = FileOperations::system();
-    env.review = &Removal::reviewFolders;
+    env.review = &Removal::review;
     env.trashFolders = [] { return TrashFolders::ofUser(Platform::homeDirectory(), TrashFolders::mountPoints()); };
     env.junkTargets = [](const JunkLocation &location, const CleanItem &, const CleanupModel &) {
         QList<DeletionItem> out;
@@ -92,13 +92,13 @@ Environment Environment::demo()
     env.fullDiskAccess = [] { return true; };
     // Nothing on disk is touched: every item "goes" with the size it was
     // shown with.
-    env.remove = [](const QList<DeletionItem> &items, bool, const ReviewedFolders &, FileOperations &) {
+    env.remove = [](const QList<DeletionItem> &items, bool, const Removal::Options &, FileOperations &) {
         Removal::Outcome outcome;
         for (const DeletionItem &item : items)
             outcome.freed.insert(item.path, item.size.value_or(0));
         return outcome;
     };
-    env.review = [](const QList<DeletionItem> &) { return ReviewedFolders(); };
+    env.review = [](const QList<DeletionItem> &) { return ReviewedItems(); };
     // The demo's listing stands for the disk.
     env.junkTargets = [](const JunkLocation &location, const CleanItem &item, const CleanupModel &cleanup) {
         QList<DeletionItem> out;

@@ -15,8 +15,8 @@
 #include "removal/CleanItem.h"
 #include "removal/DeletionItem.h"
 #include "removal/FileOperations.h"
-#include "removal/FolderIdentity.h"
 #include "removal/Removal.h"
+#include "removal/ReviewedItem.h"
 
 #include <QByteArray>
 #include <QByteArrayList>
@@ -41,9 +41,10 @@ struct Environment {
     // Removes the items the guard let through, on a worker, with file
     // operations of its own.
     using RemoveFunction = std::function<Removal::Outcome(const QList<DeletionItem> &items, bool permanently,
-                                                          const ReviewedFolders &reviewed, FileOperations &operations)>;
-    // Records the folders of a request as they are at the review; on the main thread.
-    using ReviewFunction = std::function<ReviewedFolders(const QList<DeletionItem> &items)>;
+                                                          const Removal::Options &options, FileOperations &operations)>;
+    // Records the items of a request and their folders as they are at the
+    // review; on the main thread.
+    using ReviewFunction = std::function<ReviewedItems(const QList<DeletionItem> &items)>;
     // What clearing a Deep Clean location removes; on the main thread.
     using JunkTargetsFunction = std::function<QList<DeletionItem>(const JunkLocation &location, const CleanItem &item,
                                                                   const CleanupModel &cleanup)>;

@@ -231,7 +231,8 @@ void RemovalSession::performDeletion(const DeletionRequest &request, bool perman
     const int showTime = showTimeMilliseconds(request.queueIDs.size());
     const Environment::RemoveFunction remove = m_state.environment().remove;
     const std::shared_ptr<FileOperations> operations = m_state.environment().fileOperations;
-    const ReviewedFolders reviewed = request.reviewed;
+    Removal::Options options;
+    options.reviewed = request.reviewed;
 
     auto land = [this, started, showTime, request, permanently, guardFailures](const Removal::Outcome &outcome) {
         m_lastRemoval = outcome.freed;
@@ -246,9 +247,9 @@ void RemovalSession::performDeletion(const DeletionRequest &request, bool perman
     };
 
     m_workers.start(
-        [this, allowed, permanently, remove, operations, reviewed, land] {
+        [this, allowed, permanently, remove, operations, options, land] {
             const Removal::Outcome outcome =
-                remove && operations ? remove(allowed, permanently, reviewed, *operations) : Removal::Outcome();
+                remove && operations ? remove(allowed, permanently, options, *operations) : Removal::Outcome();
             QMetaObject::invokeMethod(
                 this, [land, outcome] { land(outcome); }, Qt::QueuedConnection);
         },

@@ -53,7 +53,7 @@ QStringList paths(const QVariantList &rows)
 class RefusingOperations : public FileOperations
 {
 public:
-    int moveToTrash(const RealPlace &) override { return EACCES; }
+    int moveToTrash(const RealPlace &, TrashedItem *) override { return EACCES; }
     int removePermanently(const RealPlace &) override { return EACCES; }
 };
 

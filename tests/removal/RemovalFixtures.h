@@ -108,12 +108,12 @@ class RecordingOperations : public FileOperations
 public:
     std::function<int(const QByteArray &path)> refuse;
 
-    int moveToTrash(const RealPlace &place) override
+    int moveToTrash(const RealPlace &place, TrashedItem *trashed) override
     {
         note(place.path());
         if (const int error = refused(place.path()))
             return error;
-        return m_real->moveToTrash(place);
+        return m_real->moveToTrash(place, trashed);
     }
     int removePermanently(const RealPlace &place) override
     {

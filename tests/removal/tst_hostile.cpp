@@ -36,7 +36,7 @@ QByteArray lines(const Removal::Outcome &outcome)
 class RefusingOperations : public FileOperations
 {
 public:
-    int moveToTrash(const RealPlace &place) override { return note(place); }
+    int moveToTrash(const RealPlace &place, TrashedItem *) override { return note(place); }
     int removePermanently(const RealPlace &place) override { return note(place); }
     QByteArrayList calls;
 
@@ -165,19 +165,93 @@ private slots:
         QVERIFY(plantCanary(m_root + "/canary"));
         QVERIFY(makeFile(m_root + "/canary/file"));
         const QList<DeletionItem> items = {{m_root + "/a/file", std::nullopt, false}};
-        const ReviewedFolders reviewed = Removal::reviewFolders(items);
-        QCOMPARE(reviewed.size(), 1);
+        Removal::Options options;
+        options.profile = profile();
+        options.reviewed = Removal::review(items);
+        QCOMPARE(options.reviewed.size(), 1);
 
         QVERIFY(::rename((m_root + "/a").constData(), (m_root + "/a-moved").constData()) == 0);
         QVERIFY(link("canary", m_root + "/a"));
         const QByteArray before = digest(m_root + "/canary");
         auto operations = FileOperations::system();
-        const Removal::Outcome outcome = Removal::run(items, true, *operations, reviewed, profile());
+        const Removal::Outcome outcome = Removal::run(items, true, *operations, options);
         QCOMPARE(outcome.failures.size(), 1);
-        QCOMPARE(outcome.failures.first().reason, DeletionFailure::Reason::other);
-        QVERIFY(outcome.failures.first().detail.contains(QLatin1String("changed on disk after the review")));
+        QCOMPARE(outcome.failures.first().reason, DeletionFailure::Reason::changedSinceReview);
         QCOMPARE(digest(m_root + "/canary"), before);
         QVERIFY(exists(m_root + "/a-moved/file"));
+    }
+
+    // An item that is no longer what the user reviewed is not touched, whether
+    // it goes to the Trash or for good; one that did not change goes.
+    void itemChangedAfterReview_data()
+    {
+        QTest::addColumn<QByteArray>("change");
+        QTest::addColumn<bool>("permanently");
+        QTest::addColumn<QString>("detail");
+        for (const bool permanently : {false, true}) {
+            const char *mode = permanently ? " (for good)" : " (to the Trash)";
+            QTest::addRow("modified%s", mode) << QByteArray("modified") << permanently << "It was modified";
+            QTest::addRow("grown%s", mode) << QByteArray("grown") << permanently << "It grew from";
+            QTest::addRow("other inode%s", mode) << QByteArray("inode") << permanently << "replaced by another item";
+            QTest::addRow("link%s", mode) << QByteArray("link") << permanently << "replaced by a link";
+            QTest::addRow("folder replaced%s", mode) << QByteArray("folder") << permanently << "replaced by another";
+        }
+    }
+
+    void itemChangedAfterReview()
+    {
+        QFETCH(QByteArray, change);
+        QFETCH(bool, permanently);
+        QFETCH(QString, detail);
+        const QByteArray item = m_root + "/item";
+        const QByteArray same = m_root + "/same";
+        QVERIFY(makeFile(same, 10));
+        if (change == "folder")
+            QVERIFY(makeDirs(item) && makeFile(item + "/inside", 10));
+        else
+            QVERIFY(makeFile(item, 10));
+        const QList<DeletionItem> items = {{item, std::nullopt, false}, {same, std::nullopt, false}};
+        Removal::Options options;
+        options.profile = profile();
+        options.reviewed = Removal::review(items);
+
+        if (change == "modified") {
+            // Same size, new content and a new time.
+            QFile file(QFile::decodeName(item));
+            QVERIFY(file.open(QIODevice::ReadWrite));
+            file.write("yyyyyyyyyy");
+            file.close();
+            struct timespec times[2] = {{0, UTIME_OMIT}, {1000000000, 0}};
+            QCOMPARE(::utimensat(AT_FDCWD, item.constData(), times, 0), 0);
+        } else if (change == "grown") {
+            QVERIFY(makeFile(item, 9000));
+        } else if (change == "inode") {
+            QVERIFY(makeFile(item + ".new", 10));
+            QCOMPARE(::rename((item + ".new").constData(), item.constData()), 0);
+        } else if (change == "link") {
+            QVERIFY(plantCanary(m_root + "/canary"));
+            QCOMPARE(::unlink(item.constData()), 0);
+            QVERIFY(link("canary", item));
+        } else if (change == "folder") {
+            QCOMPARE(::rename(item.constData(), (m_root + "/moved").constData()), 0);
+            QVERIFY(makeDirs(item) && makeFile(item + "/inside", 10));
+        }
+        const QByteArray before = digest(m_root);
+
+        RecordingOperations operations;
+        const Removal::Outcome outcome = Removal::run(items, permanently, operations, options);
+        QCOMPARE(outcome.failures.size(), 1);
+        const DeletionFailure failure = outcome.failures.first();
+        QCOMPARE(failure.path, item);
+        QCOMPARE(failure.reason, DeletionFailure::Reason::changedSinceReview);
+        QVERIFY2(failure.detail.contains(detail), qPrintable(failure.detail));
+        QCOMPARE(operations.calls(), QByteArrayList{same});
+        QVERIFY(!exists(same));
+        QVERIFY(!outcome.freed.contains(item));
+        QVERIFY(outcome.freed.contains(same));
+        // Nothing else below the root changed: only `same` went.
+        QVERIFY(makeFile(same, 10));
+        QCOMPARE(digest(m_root), before);
     }
 
     // Trees deeper than PATH_MAX go whole, through descriptors; a link at the

@@ -27,7 +27,7 @@ class ChildOperations : public FileOperations
 {
 public:
     explicit ChildOperations(const QByteArray &home) : m_trash(home) {}
-    int moveToTrash(const RealPlace &place) override { return m_trash.moveToTrash(place).error; }
+    int moveToTrash(const RealPlace &place, TrashedItem *) override { return m_trash.moveToTrash(place).error; }
     int removePermanently(const RealPlace &place) override { return m_real->removePermanently(place); }
 
 private:
