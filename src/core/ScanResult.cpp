@@ -71,19 +71,33 @@ void takeUpwards(DirNodePtr node, qint64 size, qint64 count, qint32 unreadable =
     }
 }
 
+// Adds size, count and unreadable folders to `node` and every folder above it.
+void addUpwards(DirNodePtr node, qint64 size, qint64 count, qint32 unreadable)
+{
+    for (; node; node = node->parentNode()) {
+        node->size += size;
+        node->fileCount += count;
+        node->unreadableBelow += unreadable;
+    }
+}
+
 } // namespace
 
-void ScanResult::remove(const QSet<QByteArray> &paths, const QHash<QByteArray, qint64> &sizes)
+ScanResult::CategoryTakes ScanResult::remove(const QSet<QByteArray> &paths, const QHash<QByteArray, qint64> &sizes)
 {
+    CategoryTakes takes;
     if (paths.isEmpty())
-        return;
+        return takes;
 
     QSet<QByteArray> wanted;
     wanted.reserve(paths.size());
     for (const QByteArray &path : paths)
         wanted.insert(Paths::comparable(path));
 
-    auto takeFromCategory = [this](FileCategory category, qint64 size, qint64 count) {
+    auto takeFromCategory = [this, &takes](const QByteArray &path, FileCategory category, qint64 size, qint64 count) {
+        CategoryTotal &taken = takes[path][category];
+        taken.size += size;
+        taken.count += count;
         const auto it = categoryTotals.find(category);
         if (it == categoryTotals.end())
             return;
@@ -113,7 +127,7 @@ void ScanResult::remove(const QSet<QByteArray> &paths, const QHash<QByteArray, q
             std::erase_if(parent->files, [&](const FileItem &f) { return f.id == file.id; });
             takeUpwards(parent, file.size, 1);
         }
-        takeFromCategory(file.category, file.size, 1);
+        takeFromCategory(file.path, file.category, file.size, 1);
         taken.push_back({file.path, file.size, 1});
     }
 
@@ -151,7 +165,7 @@ void ScanResult::remove(const QSet<QByteArray> &paths, const QHash<QByteArray, q
             continue;
         takeFrom(parent->smallFilesSize, size);
         takeUpwards(parent, size, 1);
-        takeFromCategory(FileCategory::forFileName(Paths::lastComponent(path)), size, 1);
+        takeFromCategory(path, FileCategory::forFileName(Paths::lastComponent(path)), size, 1);
         taken.push_back({path, size, 1});
     }
 
@@ -178,12 +192,12 @@ void ScanResult::remove(const QSet<QByteArray> &paths, const QHash<QByteArray, q
                 continue;
             removedIDs.insert(file.id);
             owner->listed += file.size;
-            takeFromCategory(file.category, file.size, 1);
+            takeFromCategory(owner->path, file.category, file.size, 1);
         }
         // What no listed file stands for comes off `other`, by its size and by
         // a count of one, however many files it was.
         for (const GoneFolder &folder : gone)
-            takeFromCategory(FileCategory::other, std::max<qint64>(folder.size - folder.listed, 0), 1);
+            takeFromCategory(folder.path, FileCategory::other, std::max<qint64>(folder.size - folder.listed, 0), 1);
     }
 
     if (!removedIDs.isEmpty())
@@ -213,4 +227,73 @@ void ScanResult::remove(const QSet<QByteArray> &paths, const QHash<QByteArray, q
     if (resized)
         std::stable_sort(artifacts.begin(), artifacts.end(),
                          [](const DevArtifact &a, const DevArtifact &b) { return a.size > b.size; });
+    return takes;
+}
+
+bool ScanResult::graft(const ScanResult &piece, const std::map<FileCategory::Value, CategoryTotal> *categories)
+{
+    if (!piece.root)
+        return false;
+    const DirNodePtr target = node(piece.root->name);
+    if (!target)
+        return false;
+    const QByteArray targetPath = target->path();
+
+    // A child of the same name is what the piece measures anew.
+    QSet<QByteArray> replaced;
+    for (const DirNodePtr &child : piece.root->children)
+        for (const DirNodePtr &old : target->children)
+            if (Paths::equal(old->name, child->name))
+                replaced.insert(Paths::join(targetPath, child->name));
+    if (!replaced.isEmpty())
+        remove(replaced, {});
+
+    bool insideArtifact = false;
+    for (DirNodePtr at = target; at && !insideArtifact; at = at->parentNode())
+        insideArtifact = !at->artifactKind.isNull();
+
+    const DirNode &top = *piece.root;
+    for (const DirNodePtr &child : top.children) {
+        child->parent = target;
+        if (insideArtifact)
+            child->artifactKind = QString();
+        target->children.push_back(child);
+    }
+    for (FileItem file : top.files) {
+        file.parent = target;
+        target->files.push_back(file);
+    }
+    target->smallFilesSize += top.smallFilesSize;
+    addUpwards(target, top.size, top.fileCount, top.unreadableBelow);
+
+    const auto bySize = [](const auto &a, const auto &b) { return a.size > b.size; };
+    std::stable_sort(target->children.begin(), target->children.end(),
+                     [](const DirNodePtr &a, const DirNodePtr &b) { return a->size > b->size; });
+    std::stable_sort(target->files.begin(), target->files.end(), bySize);
+
+    for (const FileItem &file : piece.files) {
+        FileItem listed = file;
+        if (Paths::equal(Paths::parentOf(file.path), targetPath))
+            listed.parent = target;
+        files.push_back(listed);
+    }
+    std::stable_sort(files.begin(), files.end(), bySize);
+
+    for (const auto &[category, total] : categories ? *categories : piece.categoryTotals) {
+        CategoryTotal &mine = categoryTotals[category];
+        mine.size += total.size;
+        mine.count += total.count;
+    }
+
+    for (DevArtifact &artifact : artifacts) {
+        if (Paths::equal(artifact.path, targetPath) || Paths::isBelow(targetPath, artifact.path)) {
+            artifact.size += top.size;
+            artifact.fileCount += top.fileCount;
+        }
+    }
+    if (!insideArtifact)
+        artifacts.insert(artifacts.end(), piece.artifacts.begin(), piece.artifacts.end());
+    std::stable_sort(artifacts.begin(), artifacts.end(), bySize);
+    lastID = std::max(lastID, piece.lastID);
+    return true;
 }

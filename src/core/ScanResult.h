@@ -54,8 +54,23 @@ public:
     // its listed files, and the rest of it off `other`, by its size and by a
     // count of one (its unlisted files are not known one by one). Paths the
     // scan does not know change nothing, and the root itself never goes.
-    // Notifies nobody.
-    void remove(const QSet<QByteArray> &paths, const QHash<QByteArray, qint64> &sizes);
+    // Notifies nobody. Returns what each of `paths` took off the category
+    // totals, so that putting it back can give the same again.
+    using CategoryTakes = QHash<QByteArray, std::map<FileCategory::Value, CategoryTotal>>;
+    CategoryTakes remove(const QSet<QByteArray> &paths, const QHash<QByteArray, qint64> &sizes);
+
+    // Puts back what came back to disk: `piece` is a scan of one folder that
+    // holds only the entries that came back (DiskScanner::scanEntry), and its
+    // figures join this result's node of that folder, by addition on the way
+    // up: its folders become children (an entry of the same name already here
+    // is replaced), its files are listed, its small files and every category
+    // total and artefact it found count again, and an artefact around the
+    // folder grows by it. Inside an artefact nothing is an artefact of its own.
+    // False, and nothing changes, when this result has no node for the folder.
+    // The piece's FileItem ids must be new to this result. With `categories`
+    // the totals grow by those (what a removal of the same entry took) in
+    // place of the piece's own. Notifies nobody.
+    bool graft(const ScanResult &piece, const std::map<FileCategory::Value, CategoryTotal> *categories = nullptr);
 };
 
 using ScanResultPtr = std::shared_ptr<ScanResult>;

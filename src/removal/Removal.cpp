@@ -10,11 +10,14 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
+#include <optional>
 
 #include <dirent.h>
 #include <fcntl.h>
 #include <fts.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 namespace {
@@ -58,18 +61,26 @@ public:
         const qint64 size = item.size ? *item.size : Removal::measure(place.isValid() ? place.path() : item.path);
         const int error = place.isValid() ? remove(place, size) : place.error();
         if (error == 0)
-            m_outcome.freed.insert(item.path, size);
+            went(item.path, place, size);
         else if (item.clearInsideOnFailure && isFolder(place) && !place.isMountPoint())
             clearInside(item.path, place, 0);
         else
-            fail(item.path, place, error);
+            fail(item.path, place, error, size);
     }
 
     void skip() { ++m_outcome.notReached; }
 
     Removal::Outcome outcome() && { return std::move(m_outcome); }
+    // Bytes that went, by the device of the folders they went from.
+    const QHash<quint64, qint64> &expectedByVolume() const { return m_expected; }
 
 private:
+    void went(const QByteArray &path, const RealPlace &place, qint64 size)
+    {
+        m_outcome.freed.insert(path, size);
+        m_expected[quint64(place.parentStat().st_dev)] += size;
+    }
+
     int remove(const RealPlace &place, qint64 size)
     {
         if (m_permanently)
@@ -135,15 +146,15 @@ private:
             const qint64 size = Removal::measure(place.isValid() ? place.path() : child);
             const int error = place.isValid() ? remove(place, size) : place.error();
             if (error == 0)
-                m_outcome.freed.insert(child, size);
+                went(child, place, size);
             else if (depth <= 3 && isFolder(place) && !place.isMountPoint())
                 clearInside(child, place, depth + 1);
             else
-                fail(child, place, error);
+                fail(child, place, error, size);
         }
     }
 
-    void fail(const QByteArray &path, const RealPlace &place, int error)
+    void fail(const QByteArray &path, const RealPlace &place, int error, qint64 sizeBefore = 0)
     {
         // Gone before we came: removed, with nothing freed.
         struct stat st {};
@@ -152,12 +163,62 @@ private:
             return;
         }
         m_outcome.failures.append({path, DeletionFailure::classify(error), describe(error)});
+        // A folder removed for good goes from the inside out: part of it may
+        // have gone before the failure. What the folder holds now tells how much.
+        if (m_permanently && place.isValid() && isFolder(place)) {
+            const qint64 left = Removal::measure(place.path());
+            if (left < sizeBefore) {
+                m_outcome.partlyGone.insert(path, sizeBefore - left);
+                m_expected[quint64(place.parentStat().st_dev)] += sizeBefore - left;
+            }
+        }
     }
 
     bool m_permanently;
     FileOperations &m_operations;
     const Removal::Options &m_options;
     Removal::Outcome m_outcome;
+    QHash<quint64, qint64> m_expected;
+};
+
+// The free space of each volume a permanent removal touches, before and after.
+class VolumeWatch
+{
+public:
+    explicit VolumeWatch(const QList<DeletionItem> &items)
+    {
+        QSet<QByteArray> folders;
+        for (const DeletionItem &item : items) {
+            const QByteArray folder = Paths::parentOf(item.path);
+            if (folder.isEmpty() || folders.contains(folder))
+                continue;
+            folders.insert(folder);
+            struct stat st {};
+            if (::stat(folder.constData(), &st) != 0 || m_volumes.contains(quint64(st.st_dev)))
+                continue;
+            m_volumes.insert(quint64(st.st_dev), {folder, Removal::freeBytes(folder)});
+        }
+    }
+
+    qint64 freed(const QHash<quint64, qint64> &expected) const
+    {
+        qint64 total = 0;
+        for (auto it = expected.cbegin(); it != expected.cend(); ++it) {
+            const auto volume = m_volumes.constFind(it.key());
+            if (volume == m_volumes.cend())
+                total += it.value();
+            else
+                total += Removal::spaceCameFree(volume->before, Removal::freeBytes(volume->folder), it.value());
+        }
+        return total;
+    }
+
+private:
+    struct Volume {
+        QByteArray folder;
+        qint64 before;
+    };
+    QHash<quint64, Volume> m_volumes;
 };
 
 struct InodeKey {
@@ -175,6 +236,8 @@ namespace Removal {
 Outcome run(const QList<DeletionItem> &items, bool permanently, FileOperations &operations, const Options &options)
 {
     Worker worker(permanently, operations, options);
+    const std::optional<VolumeWatch> volumes =
+        permanently ? std::optional<VolumeWatch>(VolumeWatch(items)) : std::nullopt;
     for (qsizetype i = 0; i < items.size(); ++i) {
         if (options.token && options.token->isCancelled()) {
             worker.skip();
@@ -184,7 +247,37 @@ Outcome run(const QList<DeletionItem> &items, bool permanently, FileOperations &
             options.progress(i, items.size(), items.at(i).path);
         worker.take(items.at(i));
     }
-    return std::move(worker).outcome();
+    const qint64 spaceFreed = volumes ? volumes->freed(worker.expectedByVolume()) : 0;
+    Outcome outcome = std::move(worker).outcome();
+    outcome.spaceFreed = spaceFreed;
+    return outcome;
+}
+
+qint64 spaceCameFree(qint64 before, qint64 after, qint64 expected)
+{
+    // Everything else on the volume moves its free space too (downloads, logs,
+    // a copy-on-write file system that frees later). Within the expected figure
+    // the measurement is the truth; by that much or more, something else moved
+    // it and the expected figure stands in.
+    if (before < 0 || after < 0)
+        return expected;
+    const qint64 measured = after - before;
+    return std::abs(measured - expected) >= expected ? expected : measured;
+}
+
+qint64 freeBytes(const QByteArray &path)
+{
+    QByteArray at = path;
+    while (!at.isEmpty()) {
+        struct statvfs vfs {};
+        if (::statvfs(at.constData(), &vfs) == 0)
+            return qint64(vfs.f_bavail) * qint64(vfs.f_frsize);
+        const QByteArray up = Paths::parentOf(at);
+        if (up == at)
+            break;
+        at = up;
+    }
+    return -1;
 }
 
 Outcome run(const QList<DeletionItem> &items, bool permanently, FileOperations &operations,

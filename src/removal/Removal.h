@@ -28,8 +28,14 @@ struct Outcome {
     QList<DeletionFailure> failures;
     // What went to a Trash, in the order moved.
     QList<TrashedItem> trashed;
+    // Folders removed for good that stayed because something inside would not
+    // go: path -> bytes that went from inside them. They are not in `freed`.
+    QHash<QByteArray, qint64> partlyGone;
     // Items not reached because the run was stopped.
     qsizetype notReached = 0;
+    // Bytes that really came free on the volumes of a permanent removal (see
+    // spaceCameFree); 0 for a move to the Trash, which frees nothing yet.
+    qint64 spaceFreed = 0;
 };
 
 // How a run goes besides its items.
@@ -66,6 +72,17 @@ Outcome run(const QList<DeletionItem> &items, bool permanently, FileOperations &
 // Each item as it is now, for run()'s check: its real folder, and the item
 // when it exists.
 ReviewedItems review(const QList<DeletionItem> &items);
+
+// What a removal freed on one volume, from its free bytes before and after and
+// the bytes the removal expected to free there (the sum of what went). The
+// measurement holds unless the free space moved for other reasons by as much as
+// the expected figure itself (or could not be read); then the expected figure
+// stands in.
+qint64 spaceCameFree(qint64 before, qint64 after, qint64 expected);
+
+// Free bytes for unprivileged use on the volume holding `path` (or its nearest
+// existing folder); -1 when it cannot be read.
+qint64 freeBytes(const QByteArray &path);
 
 // Bytes on disk of a path: its allocated size, or for a folder the sum over the
 // files below it, each hard-linked file counted once. 0 when it cannot be read.

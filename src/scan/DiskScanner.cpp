@@ -20,7 +20,9 @@
 #include <utility>
 #include <vector>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -551,6 +553,115 @@ QByteArrayList skippedPaths(const QByteArray &rootPath, const QByteArrayList &ex
             out.append(root + path.sliced(real == "/" ? 0 : real.size()));
     }
     return out;
+}
+
+ScanResultPtr scanEntry(const QByteArray &entryPath, const ScanOptions &options, qint64 firstID,
+                        const CancelTokenPtr &token)
+{
+    const QByteArray path = Paths::normalize(entryPath);
+    const QByteArray folder = Paths::parentOf(path);
+    const QByteArray name = Paths::lastComponent(path);
+    if (folder.isEmpty() || name.isEmpty() || (options.skipHiddenFiles && name.startsWith('.')))
+        return {};
+    for (const QByteArray &skipped : skippedPaths(folder, options.excludedPaths))
+        if (Paths::equal(skipped, path))
+            return {};
+    struct stat st {};
+    if (::lstat(path.constData(), &st) != 0)
+        return {};
+
+    auto piece = std::make_shared<ScanResult>();
+    piece->root = std::make_shared<DirNode>(folder);
+    piece->lastID = firstID;
+    DirNode &top = *piece->root;
+
+    if (S_ISREG(st.st_mode) || (S_ISDIR(st.st_mode) && options.treatPackagesAsFiles && packageCategory(name))) {
+        // A file, or a package that a scan counts as one.
+        const DiskUsage inside = S_ISDIR(st.st_mode) ? usage(path, token) : DiskUsage{allocatedSize(st), 1, true, true};
+        const FileCategory category = S_ISDIR(st.st_mode) ? *packageCategory(name) : FileCategory::forFileName(name);
+        const qint64 count = S_ISDIR(st.st_mode) ? inside.items : 1;
+        top.size = inside.size;
+        top.fileCount = count;
+        piece->categoryTotals[category] = CategoryTotal{inside.size, count};
+        piece->totalFiles = count;
+        if (inside.size < std::max<qint64>(options.minTrackedSize, 1) && !S_ISDIR(st.st_mode)) {
+            top.smallFilesSize = inside.size;
+            return piece;
+        }
+        FileItem item;
+        item.id = piece->lastID++;
+        item.path = path;
+        item.name = name;
+        item.size = inside.size;
+        item.logicalSize = qint64(st.st_size);
+        item.modified = modifiedOf(st);
+        item.accessed = accessedOf(st);
+        item.category = category;
+        item.isPackage = S_ISDIR(st.st_mode);
+        item.parent = piece->root;
+        top.files.push_back(item);
+        piece->files.push_back(item);
+        return piece;
+    }
+    if (!S_ISDIR(st.st_mode))
+        return {}; // links, sockets and devices count for nothing
+
+    const ScanResultPtr tree = scan(path, options, firstID, token, {});
+    if (!tree)
+        return {};
+    // The tree's root is named by its whole path; as a child it goes by its name.
+    auto node = std::make_shared<DirNode>(name, piece->root);
+    const DirNode &from = *tree->root;
+    node->size = from.size;
+    node->fileCount = from.fileCount;
+    node->smallFilesSize = from.smallFilesSize;
+    node->unreadableBelow = from.unreadableBelow;
+    node->readError = from.readError;
+    node->partlyRead = from.partlyRead;
+    node->children = std::move(tree->root->children);
+    node->files = std::move(tree->root->files);
+    for (const DirNodePtr &child : node->children)
+        child->parent = node;
+    for (FileItem &file : node->files)
+        file.parent = node;
+    for (FileItem &file : tree->files)
+        if (Paths::equal(Paths::parentOf(file.path), path))
+            file.parent = node;
+    top.children.push_back(node);
+    top.size = node->size;
+    top.fileCount = node->fileCount;
+    top.unreadableBelow = node->unreadableBelow;
+
+    piece->files = std::move(tree->files);
+    piece->categoryTotals = std::move(tree->categoryTotals);
+    piece->artifacts = std::move(tree->artifacts);
+    piece->totalFiles = tree->totalFiles;
+    piece->totalDirs = tree->totalDirs;
+    piece->unreadableCount = tree->unreadableCount;
+    piece->unreadableSamples = std::move(tree->unreadableSamples);
+    piece->lastID = tree->lastID;
+
+    // The entry itself may be build output, judged beside its neighbours; what
+    // lies inside an artefact is no artefact of its own.
+    const int folderFd = ::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folderFd >= 0) {
+        node->artifactKind = DevArtifactRule::match(name, folderFd);
+        ::close(folderFd);
+    }
+    if (!node->artifactKind.isNull()) {
+        piece->artifacts = {DevArtifact{path, node->artifactKind, node->size, node->fileCount}};
+        std::vector<DirNode *> stack;
+        for (const DirNodePtr &child : node->children)
+            stack.push_back(child.get());
+        while (!stack.empty()) {
+            DirNode *at = stack.back();
+            stack.pop_back();
+            at->artifactKind = QString();
+            for (const DirNodePtr &child : at->children)
+                stack.push_back(child.get());
+        }
+    }
+    return piece;
 }
 
 DiskUsage usage(const QByteArray &of, const CancelTokenPtr &token)

@@ -26,6 +26,16 @@ using ProgressCallback = std::function<void(const ScanProgress &)>;
 ScanResultPtr scan(const QByteArray &root, const ScanOptions &options, qint64 firstID, const CancelTokenPtr &token,
                    const ProgressCallback &progress);
 
+// One entry of a folder as a scan of that folder would record it, for putting
+// back into a result what came back to disk: a result whose root is a node for
+// the folder `path` lies in, holding only that entry (as a child with its tree,
+// as a listed file, or in smallFilesSize), with its category totals, its
+// artefacts (the entry itself judged beside its neighbours) and its FileItems
+// numbered from `firstID`. Null when the entry is gone, is left out by the
+// options (hidden, excluded) or counts for nothing (a link), or when cancelled.
+ScanResultPtr scanEntry(const QByteArray &path, const ScanOptions &options, qint64 firstID,
+                        const CancelTokenPtr &token = {});
+
 // Allocated size and file count below a path. `token` may be null.
 DiskUsage usage(const QByteArray &of, const CancelTokenPtr &token = {});
 

@@ -22,6 +22,7 @@ void TrayModel::setState(AppState *state)
                             &AppState::scanTargetChanged})
             m_connections << connect(state, signal, this, &TrayModel::changed);
         m_connections << connect(state->removal(), &RemovalSession::sessionFreedChanged, this, &TrayModel::changed);
+        m_connections << connect(state->removal(), &RemovalSession::sessionTrashedChanged, this, &TrayModel::changed);
     }
     emit changed();
 }
@@ -29,6 +30,12 @@ void TrayModel::setState(AppState *state)
 QString TrayModel::freedText() const
 {
     return Fmt::bytes(m_state ? std::max<qint64>(m_state->removal()->sessionFreed(), 0) : 0);
+}
+
+QString TrayModel::trashedText() const
+{
+    const qint64 bytes = m_state ? m_state->removal()->sessionTrashed() : 0;
+    return bytes > 0 ? tr("%1 waits in the Trash").arg(Fmt::bytes(bytes)) : QString();
 }
 
 QVariantList TrayModel::volumes() const

@@ -13,7 +13,7 @@
 
 class AppState;
 
-// The panel: the bytes freed this session, the first three volumes with their
+// The panel: the bytes freed this session (and those moved to the Trash), the first three volumes with their
 // free space, the scan under way, and four rows. The rows act on the state;
 // each of the first three asks for the main window first (windowRequested),
 // so it is back on screen before anything changes in it.
@@ -23,6 +23,8 @@ class TrayModel : public QObject
     QML_ELEMENT
 
     Q_PROPERTY(QString freedText READ freedText NOTIFY changed)
+    // "1.2 GB waits in the Trash" for what this session moved there; empty when nothing.
+    Q_PROPERTY(QString trashedText READ trashedText NOTIFY changed)
     // [{name, free}] for the first three volumes.
     Q_PROPERTY(QVariantList volumes READ volumes NOTIFY changed)
     Q_PROPERTY(bool isScanning READ isScanning NOTIFY changed)
@@ -38,6 +40,7 @@ public:
     void setState(AppState *state);
 
     QString freedText() const;
+    QString trashedText() const;
     QVariantList volumes() const;
     bool isScanning() const;
     QString readingText() const;

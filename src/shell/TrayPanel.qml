@@ -73,6 +73,13 @@ Window {
                     color: Look.ink3
                 }
             }
+            Text {
+                leftPadding: 34
+                visible: tray.trashedText.length > 0
+                text: tray.trashedText
+                font.pixelSize: 12
+                color: Look.ink3
+            }
             Repeater {
                 model: tray.volumes
 

@@ -334,6 +334,7 @@ void AppState::showResult(const QByteArray &target, const ScanResultPtr &result)
     assign(m_scanTarget, target, &AppState::scanTargetChanged);
     m_nextFileID = qMax(m_nextFileID, result->lastID);
     assign(m_result, result, &AppState::resultChanged);
+    m_categoriesTaken.clear();
     setLargestCategory(std::nullopt);
     setFolderFocus({});
     assign(m_revision, m_revision + 1, &AppState::revisionChanged);
@@ -483,6 +484,8 @@ void AppState::finishEmptyTrash(qint64 freed, qint64 failed, const QString &prob
     } else {
         // What went counts even when something stayed.
         m_removal.addFreed(freed);
+        if (failed == 0)
+            m_removal.trashEmptied();
         if (failed > 0)
             setErrorMessage(problem);
         else if (freed > 0)
@@ -640,7 +643,52 @@ void AppState::copyPaths(const QByteArrayList &paths)
 void AppState::applyRemoval(const QSet<QByteArray> &paths, const QHash<QByteArray, qint64> &freed)
 {
     if (m_result)
-        m_result->remove(paths, freed);
+        m_categoriesTaken.insert(m_result->remove(paths, freed));
     m_duplicates.remove(paths);
     assign(m_revision, m_revision + 1, &AppState::revisionChanged);
+}
+
+void AppState::remeasure(const QByteArrayList &paths, std::function<void()> done)
+{
+    const Environment::ScanEntryFunction measure = m_environment.scanEntry;
+    if (!m_result || !measure || paths.isEmpty()) {
+        if (done)
+            done();
+        return;
+    }
+    const ScanResultPtr result = m_result;
+    const ScanOptions options = ScanOptions::current();
+    const qint64 firstID = m_nextFileID;
+    m_workers.start([this, measure, result, options, firstID, paths, done = std::move(done)] {
+        QList<ScanResultPtr> pieces;
+        qint64 nextID = firstID;
+        for (const QByteArray &path : paths) {
+            // Null when gone or nothing a scan counts: then only its old figures go.
+            const ScanResultPtr piece = measure(path, options, nextID, {});
+            if (piece)
+                nextID = piece->lastID;
+            pieces.append(piece);
+        }
+        QMetaObject::invokeMethod(
+            this,
+            [this, result, pieces, paths, nextID, done] {
+                if (m_result == result) {
+                    for (qsizetype i = 0; i < pieces.size(); ++i) {
+                        // What the scan held for the path gives way to what is
+                        // there now. An entry a removal took off comes back with
+                        // the very category figures it took.
+                        m_result->remove({paths.at(i)}, {});
+                        const auto taken = m_categoriesTaken.constFind(paths.at(i));
+                        if (pieces.at(i))
+                            m_result->graft(*pieces.at(i), taken != m_categoriesTaken.cend() ? &*taken : nullptr);
+                        m_categoriesTaken.remove(paths.at(i));
+                    }
+                    m_nextFileID = qMax(m_nextFileID, nextID);
+                    assign(m_revision, m_revision + 1, &AppState::revisionChanged);
+                }
+                if (done)
+                    done();
+            },
+            Qt::QueuedConnection);
+    });
 }

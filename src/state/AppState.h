@@ -185,6 +185,12 @@ public:
     // Takes paths that are gone off the scan result and the duplicates, with
     // `freed` (path -> bytes) for the figures, and bumps the revision.
     void applyRemoval(const QSet<QByteArray> &paths, const QHash<QByteArray, qint64> &freed);
+    // Measures these paths anew on a worker and puts what is there now into
+    // the scan result in place of what it held for them (folders a removal
+    // left half done, items put back from the Trash), then bumps the revision
+    // and calls `done` on the main thread. A result replaced meanwhile is left
+    // alone, and `done` still runs.
+    void remeasure(const QByteArrayList &paths, std::function<void()> done = {});
 
     // -- Operations ------------------------------------------------------------
     // Runs once: lists the volumes and keeps them fresh, checks disk access, and
@@ -262,6 +268,8 @@ private:
     double m_scanStarted = 0;
     ScanProgress m_progress;
     ScanResultPtr m_result;
+    // What each removal took off the result's category totals, by path.
+    ScanResult::CategoryTakes m_categoriesTaken;
     int m_revision = 0;
     QList<VolumeInfo> m_volumes;
     bool m_hasFullDiskAccess = true;

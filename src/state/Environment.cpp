@@ -66,6 +66,7 @@ Environment Environment::system()
 {
     Environment env;
     env.scan = &DiskScanner::scan;
+    env.scanEntry = &DiskScanner::scanEntry;
     env.volumes = &VolumeInfo::mounted;
     // Only macOS guards the user's files behind Full Disk Access.
     env.fullDiskAccess = [] {

@@ -34,6 +34,9 @@ struct Environment {
     using ScanFunction = std::function<ScanResultPtr(const QByteArray &root, const ScanOptions &options, qint64 firstID,
                                                      const CancelTokenPtr &token,
                                                      const std::function<void(const ScanProgress &)> &progress)>;
+    // Measures one entry of a folder anew, on a worker (DiskScanner::scanEntry).
+    using ScanEntryFunction = std::function<ScanResultPtr(const QByteArray &path, const ScanOptions &options,
+                                                          qint64 firstID, const CancelTokenPtr &token)>;
     // Lists the mounted volumes, on a worker.
     using VolumesFunction = std::function<QList<VolumeInfo>()>;
     // Whether the user's files can be read at all; on the main thread.
@@ -57,6 +60,7 @@ struct Environment {
     using Preload = std::function<void(AppState &state)>;
 
     ScanFunction scan;
+    ScanEntryFunction scanEntry;
     VolumesFunction volumes;
     AccessProbe fullDiskAccess;
     RemoveFunction remove;

@@ -35,7 +35,25 @@ RemovalSession::RemovalSession(AppState &state) : QObject(&state), m_state(state
 
 RemovalSession::~RemovalSession() { m_workers.waitForDone(); }
 
-void RemovalSession::setReviewing(bool on) { assign(m_isReviewing, on, &RemovalSession::isReviewingChanged); }
+void RemovalSession::setReviewing(bool on)
+{
+    if (on && !m_isReviewing)
+        recordReview();
+    assign(m_isReviewing, on, &RemovalSession::isReviewingChanged);
+}
+
+void RemovalSession::recordReview()
+{
+    m_reviewedAtOpening.clear();
+    const Environment &environment = m_state.environment();
+    if (!environment.review)
+        return;
+    QSet<QByteArray> all;
+    for (const CleanItem &item : m_state.queue()->items())
+        all.insert(item.id);
+    if (const std::optional<DeletionRequest> request = deletionRequest(all))
+        m_reviewedAtOpening = environment.review(request->items);
+}
 
 void RemovalSession::setPendingDeletion(const std::optional<DeletionRequest> &request)
 {
@@ -50,6 +68,8 @@ void RemovalSession::addFreed(qint64 bytes)
     if (bytes > 0)
         assign(m_sessionFreed, m_sessionFreed + bytes, &RemovalSession::sessionFreedChanged);
 }
+
+void RemovalSession::trashEmptied() { assign(m_sessionTrashed, qint64(0), &RemovalSession::sessionTrashedChanged); }
 
 void RemovalSession::setConfirm(const std::optional<ConfirmRequest> &request)
 {
@@ -107,6 +127,7 @@ void RemovalSession::sorvelise(const QSet<QByteArray> &ids, bool permanently)
         m_state.showToast(tr("Nothing left to sorvelise"), QStringLiteral("info.circle.fill"));
         return;
     }
+    m_reviewedAtOpening.clear();
     performDeletion(*request, permanently);
 }
 
@@ -165,8 +186,20 @@ std::optional<DeletionRequest> RemovalSession::deletionRequest(const QSet<QByteA
     DeletionRequest request;
     request.items = items;
     request.estimatedSize = estimatedSize;
-    if (environment.review)
-        request.reviewed = environment.review(items);
+    // Each item as the review saw it when it opened; what the review could not
+    // have seen (a folder's entries that appeared since) as it is now.
+    if (environment.review) {
+        QList<DeletionItem> unseen;
+        for (const DeletionItem &item : items) {
+            const auto looked = m_reviewedAtOpening.constFind(item.path);
+            if (looked != m_reviewedAtOpening.cend())
+                request.reviewed.insert(item.path, *looked);
+            else
+                unseen.append(item);
+        }
+        if (!unseen.isEmpty())
+            request.reviewed.insert(environment.review(unseen));
+    }
     for (const CleanItem &item : selection)
         request.queueIDs.insert(item.id);
     QPointer<RemovalSession> self(this);
@@ -237,7 +270,7 @@ void RemovalSession::performDeletion(const DeletionRequest &request, bool perman
     auto land = [this, started, showTime, request, permanently, guardFailures](const Removal::Outcome &outcome) {
         m_lastRemoval = outcome.freed;
         auto finish = [this, request, permanently, guardFailures, outcome] {
-            close(request, permanently, guardFailures, outcome.freed, outcome.failures);
+            close(request, permanently, guardFailures, outcome);
         };
         const qint64 rest = showTime - started.elapsed();
         if (rest > 0)
@@ -257,15 +290,19 @@ void RemovalSession::performDeletion(const DeletionRequest &request, bool perman
 }
 
 void RemovalSession::close(const DeletionRequest &request, bool permanently,
-                           const QList<DeletionFailure> &guardFailures, const QHash<QByteArray, qint64> &freed,
-                           const QList<DeletionFailure> &failures)
+                           const QList<DeletionFailure> &guardFailures, const Removal::Outcome &outcome)
 {
+    const QHash<QByteArray, qint64> &freed = outcome.freed;
+    const QList<DeletionFailure> &failures = outcome.failures;
     assign(m_isDeleting, false, &RemovalSession::isDeletingChanged);
     const QSet<QByteArray> removed(freed.keyBegin(), freed.keyEnd());
     m_state.applyRemoval(removed, freed);
     assign(m_vanishingPaths, QSet<QByteArray>(), &RemovalSession::vanishingPathsChanged);
     assign(m_sorvelisingIDs, QSet<QByteArray>(), &RemovalSession::sorvelisingIDsChanged);
     emit removalApplied();
+    // Folders that went only in part are measured anew, so their figures hold.
+    if (!outcome.partlyGone.isEmpty())
+        m_state.remeasure(QByteArrayList(outcome.partlyGone.keyBegin(), outcome.partlyGone.keyEnd()));
 
     qint64 total = 0;
     for (const qint64 bytes : freed)
@@ -275,10 +312,17 @@ void RemovalSession::close(const DeletionRequest &request, bool permanently,
         m_state.showToast(tr("Sorvelised %1 · demo mode, nothing was deleted")
                               .arg(Fmt::bytes(std::max<qint64>(request.estimatedSize, 0))),
                           QStringLiteral("humidity.fill"));
-    } else {
-        assign(m_sessionFreed, m_sessionFreed + total, &RemovalSession::sessionFreedChanged);
+    } else if (permanently) {
+        // What the volumes really got back.
+        assign(m_sessionFreed, m_sessionFreed + outcome.spaceFreed, &RemovalSession::sessionFreedChanged);
         if (!removed.isEmpty())
-            m_state.showToast(removedMessage(total, removed.size(), permanently), QStringLiteral("humidity.fill"));
+            m_state.showToast(removedMessage(outcome.spaceFreed, removed.size(), true),
+                              QStringLiteral("humidity.fill"));
+    } else {
+        // In the Trash nothing came free yet: those bytes wait there.
+        assign(m_sessionTrashed, m_sessionTrashed + total, &RemovalSession::sessionTrashedChanged);
+        if (!removed.isEmpty())
+            m_state.showToast(removedMessage(total, removed.size(), false), QStringLiteral("humidity.fill"));
     }
     const QList<DeletionFailure> all = guardFailures + failures;
     if (!all.isEmpty())

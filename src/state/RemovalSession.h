@@ -11,6 +11,7 @@
 #include "removal/ConfirmRequest.h"
 #include "removal/DeletionFailure.h"
 #include "removal/DeletionRequest.h"
+#include "removal/Removal.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -34,7 +35,11 @@ class RemovalSession : public QObject
     Q_PROPERTY(QStringList vanishingPaths READ vanishingPathsText NOTIFY vanishingPathsChanged)
     // Selection ids of the removal under way, in their text form.
     Q_PROPERTY(QStringList sorvelisingIDs READ sorvelisingIDsText NOTIFY sorvelisingIDsChanged)
+    // Bytes that really came free since launch: removals for good, as the
+    // volumes measured them, and the Trash emptied.
     Q_PROPERTY(qint64 sessionFreed READ sessionFreed NOTIFY sessionFreedChanged)
+    // Bytes moved to the Trash since launch and not emptied since.
+    Q_PROPERTY(qint64 sessionTrashed READ sessionTrashed NOTIFY sessionTrashedChanged)
     Q_PROPERTY(bool hasDeletionFailures READ hasDeletionFailures NOTIFY deletionFailuresChanged)
     // Each failure as {path (text form), reason (raw value), title, explanation, detail}.
     Q_PROPERTY(QVariantList deletionFailures READ deletionFailuresValue NOTIFY deletionFailuresChanged)
@@ -63,8 +68,11 @@ public:
     // Path -> bytes freed by the last removal. Not observed.
     const QHash<QByteArray, qint64> &lastRemoval() const { return m_lastRemoval; }
     qint64 sessionFreed() const { return m_sessionFreed; }
+    qint64 sessionTrashed() const { return m_sessionTrashed; }
     // Counts bytes freed outside a removal (emptying the Trash).
     void addFreed(qint64 bytes);
+    // The Trash was emptied: what this session moved there is gone with it.
+    void trashEmptied();
     // What stayed behind after the last removal; absent when nothing did.
     const std::optional<QList<DeletionFailure>> &deletionFailures() const { return m_deletionFailures; }
     bool hasDeletionFailures() const { return m_deletionFailures.has_value(); }
@@ -95,6 +103,7 @@ signals:
     void vanishingPathsChanged();
     void sorvelisingIDsChanged();
     void sessionFreedChanged();
+    void sessionTrashedChanged();
     void deletionFailuresChanged();
     // After a removal has been applied to the models and the paths of the
     // removal under way have been emptied: the moment the views animate.
@@ -113,8 +122,10 @@ private:
 
     // The closing steps once the worker is back and the show time is over.
     void close(const DeletionRequest &request, bool permanently, const QList<DeletionFailure> &guardFailures,
-               const QHash<QByteArray, qint64> &freed, const QList<DeletionFailure> &failures);
+               const Removal::Outcome &outcome);
     int showTimeMilliseconds(qsizetype count) const;
+    // Notes each item of the selection as it is now, as the review opens.
+    void recordReview();
     // The toast after `n` items went, `total` bytes in all.
     static QString removedMessage(qint64 total, qsizetype n, bool permanently);
 
@@ -126,8 +137,10 @@ private:
     QSet<QByteArray> m_vanishingPaths;
     QSet<QByteArray> m_sorvelisingIDs;
     qint64 m_sessionFreed = 0;
+    qint64 m_sessionTrashed = 0;
     std::optional<QList<DeletionFailure>> m_deletionFailures;
     QHash<QByteArray, qint64> m_lastRemoval;
+    ReviewedItems m_reviewedAtOpening;
     double m_showTimeScale = 1.0;
     QThreadPool m_workers;
 };

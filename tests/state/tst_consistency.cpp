@@ -314,8 +314,13 @@ private slots:
                                                      .arg(expected.count)));
         }
 
-        // The bytes said to be freed are the bytes that came back.
-        QCOMPARE(state.removal()->sessionFreed(), sizeBefore - rescan->root->size);
+        // The bytes said to go are the bytes that went.
+        qint64 went = 0;
+        for (const qint64 bytes : state.removal()->lastRemoval())
+            went += bytes;
+        QCOMPARE(went, sizeBefore - rescan->root->size);
+        if (!permanently)
+            QCOMPARE(state.removal()->sessionTrashed(), went);
     }
 };
 

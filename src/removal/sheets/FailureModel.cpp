@@ -42,7 +42,8 @@ QString FailureModel::heading() const { return FailureRules::heading(m_failures.
 
 QString FailureModel::subtitle(const DeletionFailure &failure)
 {
-    if (failure.reason == DeletionFailure::Reason::other)
+    if (failure.reason == DeletionFailure::Reason::other ||
+        failure.reason == DeletionFailure::Reason::changedSinceReview)
         return failure.detail;
     return Paths::abbreviateHome(parentOf(failure.path));
 }
