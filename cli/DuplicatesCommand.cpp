@@ -1,4 +1,6 @@
 #include "Command.h"
+#include "InterruptWatch.h"
+#include "ProgressLine.h"
 
 #include "core/Fmt.h"
 #include "core/Paths.h"
@@ -11,21 +13,17 @@
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 #include <algorithm>
-#include <atomic>
 #include <climits>
-#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <dirent.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
@@ -35,55 +33,6 @@ QString tr(const char *text, qint64 n)
 {
     return QCoreApplication::translate("TwinsCommand", text, nullptr, int(std::min<qint64>(n, INT_MAX)));
 }
-
-// The token of the search in progress, for the interrupt handler. Setting a
-// token's flag is a lock-free atomic store, safe inside a signal handler.
-std::atomic<CancelToken *> interruptible{nullptr};
-
-extern "C" void onInterrupt(int) // NOLINT: signal handler
-{
-    if (CancelToken *token = interruptible.load())
-        token->cancel();
-}
-
-// One line on standard error that rewrites itself, shown only on a terminal and
-// at most ten times a second.
-class ProgressLine
-{
-public:
-    ProgressLine() : m_enabled(::isatty(STDERR_FILENO) == 1) { m_clock.start(); }
-    ~ProgressLine() { clear(); }
-
-    void show(const QString &text)
-    {
-        if (!m_enabled || (m_shown && m_clock.elapsed() < 100))
-            return;
-        m_clock.restart();
-        QString line = text;
-        if (line.size() > 78)
-            line = line.left(77) + QChar(0x2026);
-        Commands::err() << '\r' << line << QString(std::max<qsizetype>(0, m_width - line.size()), QLatin1Char(' '));
-        Commands::err().flush();
-        m_width = line.size();
-        m_shown = true;
-    }
-
-    void clear()
-    {
-        if (!m_shown)
-            return;
-        Commands::err() << '\r' << QString(m_width, QLatin1Char(' ')) << '\r';
-        Commands::err().flush();
-        m_shown = false;
-        m_width = 0;
-    }
-
-private:
-    bool m_enabled;
-    bool m_shown = false;
-    qsizetype m_width = 0;
-    QElapsedTimer m_clock;
-};
 
 void usage(QTextStream &stream)
 {
@@ -245,13 +194,10 @@ int duplicates(const QByteArrayList &args)
         return 1;
 
     const CancelTokenPtr token = makeCancelToken();
-    interruptible.store(token.get());
-    std::signal(SIGINT, onInterrupt);
-    std::signal(SIGTERM, onInterrupt);
+    const InterruptWatch interrupt(token);
     ProgressLine line;
     const auto cancelled = [&] {
         line.clear();
-        interruptible.store(nullptr);
         Commands::err() << tr("sorvel twins: cancelled") << '\n';
         return 130;
     };
@@ -269,7 +215,6 @@ int duplicates(const QByteArrayList &args)
     if (!result) {
         line.clear();
         Commands::err() << "sorvel twins: " << Paths::toDisplay(path) << ": " << tr("cannot be read") << '\n';
-        interruptible.store(nullptr);
         return 1;
     }
 
@@ -286,7 +231,6 @@ int duplicates(const QByteArrayList &args)
         },
         DuplicateEngine::Reading::automatic, &unreadable);
     line.clear();
-    interruptible.store(nullptr);
     if (!groups)
         return cancelled();
 

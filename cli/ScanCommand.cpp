@@ -2,6 +2,8 @@
 // a summary for people or as one JSON document for programs.
 
 #include "Command.h"
+#include "InterruptWatch.h"
+#include "JsonOut.h"
 
 #include "core/CancelToken.h"
 #include "core/Fmt.h"
@@ -14,7 +16,6 @@
 #include <QLocale>
 
 #include <algorithm>
-#include <charconv>
 #include <climits>
 #include <cmath>
 #include <cstdio>
@@ -24,7 +25,6 @@
 #include <unordered_map>
 
 #include <dirent.h>
-#include <signal.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -175,14 +175,6 @@ bool checkRoot(const QByteArray &path)
 
 // ---- Live progress on a terminal ------------------------------------------------
 
-CancelToken *interruptToken = nullptr;
-
-void onInterrupt(int)
-{
-    if (interruptToken)
-        interruptToken->cancel(); // a lock-free atomic store: safe in a signal handler
-}
-
 int terminalWidth()
 {
     winsize size{};
@@ -216,97 +208,6 @@ void clearProgress()
 }
 
 // ---- JSON ------------------------------------------------------------------------
-
-// A small streaming JSON writer to standard output. A full scan can hold millions
-// of folders; building a document in memory first would cost more than the scan.
-class JsonOut
-{
-public:
-    JsonOut() { m_buffer.reserve(1 << 16); }
-    ~JsonOut() { flush(); }
-
-    void raw(std::string_view text)
-    {
-        m_buffer.append(text.data(), qsizetype(text.size()));
-        if (m_buffer.size() >= (1 << 16))
-            flush();
-    }
-    void number(qint64 value)
-    {
-        char digits[24];
-        const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
-        raw(std::string_view(digits, size_t(end - digits)));
-    }
-    void number(double value)
-    {
-        // Shortest text that reads back as the same double.
-        const QByteArray digits = QByteArray::number(value, 'g', QLocale::FloatingPointShortest);
-        raw(std::string_view(digits.constData(), size_t(digits.size())));
-    }
-    void boolean(bool value) { raw(value ? "true" : "false"); }
-    void text(const QString &value) { bytes(value.toUtf8()); }
-    // Path bytes: valid UTF-8 as it is; each byte that isn't part of valid UTF-8 as
-    // the escape \udcXX, the same scheme as Paths::toText, so the exact bytes can
-    // be recovered.
-    void bytes(QByteArrayView value)
-    {
-        raw("\"");
-        if (QUtf8StringView(value.data(), value.size()).isValidUtf8()) {
-            escaped(value);
-        } else {
-            const QString decoded = Paths::toText(value);
-            const auto *u = reinterpret_cast<const char16_t *>(decoded.utf16());
-            qsizetype start = 0;
-            for (qsizetype i = 0; i < decoded.size(); ++i) {
-                const bool paired = i > 0 && QChar::isHighSurrogate(u[i - 1]);
-                if (u[i] >= 0xDC80 && u[i] <= 0xDCFF && !paired) {
-                    escaped(QStringView(u + start, i - start).toUtf8());
-                    char code[8];
-                    std::snprintf(code, sizeof code, "\\u%04x", unsigned(u[i]));
-                    raw(code);
-                    start = i + 1;
-                }
-            }
-            escaped(QStringView(u + start, decoded.size() - start).toUtf8());
-        }
-        raw("\"");
-    }
-    void flush()
-    {
-        if (!m_buffer.isEmpty())
-            std::fwrite(m_buffer.constData(), 1, size_t(m_buffer.size()), stdout);
-        m_buffer.clear();
-    }
-
-private:
-    void escaped(QByteArrayView value)
-    {
-        qsizetype start = 0;
-        for (qsizetype i = 0; i < value.size(); ++i) {
-            const auto c = static_cast<unsigned char>(value[i]);
-            if (c >= 0x20 && c != '"' && c != '\\')
-                continue;
-            raw(std::string_view(value.data() + start, size_t(i - start)));
-            char code[8];
-            if (c == '"')
-                raw("\\\"");
-            else if (c == '\\')
-                raw("\\\\");
-            else if (c == '\n')
-                raw("\\n");
-            else if (c == '\t')
-                raw("\\t");
-            else {
-                std::snprintf(code, sizeof code, "\\u%04x", unsigned(c));
-                raw(code);
-            }
-            start = i + 1;
-        }
-        raw(std::string_view(value.data() + start, size_t(value.size() - start)));
-    }
-
-    QByteArray m_buffer;
-};
 
 void writeJson(const QByteArray &root, const Arguments &args, const ScanResult &result)
 {
@@ -523,13 +424,7 @@ int runScan(const QByteArrayList &argv)
         return 1;
 
     const CancelTokenPtr token = makeCancelToken();
-    interruptToken = token.get();
-    struct sigaction action {};
-    action.sa_handler = onInterrupt;
-    action.sa_flags = SA_RESETHAND | SA_RESTART; // a second Ctrl-C ends the process at once
-    sigemptyset(&action.sa_mask);
-    struct sigaction previous {};
-    ::sigaction(SIGINT, &action, &previous);
+    const InterruptWatch interrupt(token);
 
     const bool live = ::isatty(STDERR_FILENO) == 1;
     const DiskScanner::ProgressCallback progress = live ? DiskScanner::ProgressCallback(showProgress) : nullptr;
@@ -538,8 +433,6 @@ int runScan(const QByteArrayList &argv)
     const ScanResultPtr result = DiskScanner::scan(root, args->options, 0, token, progress);
     if (live)
         clearProgress();
-    ::sigaction(SIGINT, &previous, nullptr);
-    interruptToken = nullptr;
 
     if (token->isCancelled()) {
         Commands::err() << "sorvel scan: " << tr("cancelled") << Qt::endl;

@@ -21,7 +21,7 @@ set(allowed_look core look)
 set(allowed_removal/sheets ${engine} state explorer files look shell removal/sheets)
 set(allowed_shell ${engine} state explorer files look shell removal/sheets)
 # The executables.
-set(allowed_cli core scan safety deepclean duplicates)
+set(allowed_cli core scan safety deepclean duplicates removal)
 set(allowed_app ${engine} state explorer files look shell removal/sheets)
 
 file(GLOB_RECURSE sources RELATIVE ${SOURCE_DIR}

@@ -403,4 +403,66 @@
         </translation>
     </message>
 </context>
+<context>
+    <name>RemoveCommand</name>
+    <message numerus="yes">
+        <source>Remove %n items for good? This cannot be undone. [y/N] </source>
+        <translation>
+            <numerusform>Remove %n item for good? This cannot be undone. [y/N] </numerusform>
+            <numerusform>Remove %n items for good? This cannot be undone. [y/N] </numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>warning: the journal could not be written, so %n items cannot be put back</source>
+        <translation>
+            <numerusform>warning: the journal could not be written, so %n item cannot be put back</numerusform>
+            <numerusform>warning: the journal could not be written, so %n items cannot be put back</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n items, %1 would be freed</source>
+        <translation>
+            <numerusform>%n item, %1 would be freed</numerusform>
+            <numerusform>%n items, %1 would be freed</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n items, %1 would go to the Trash</source>
+        <translation>
+            <numerusform>%n item, %1 would go to the Trash</numerusform>
+            <numerusform>%n items, %1 would go to the Trash</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n items, %1 freed</source>
+        <translation>
+            <numerusform>%n item, %1 freed</numerusform>
+            <numerusform>%n items, %1 freed</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n items, %1 in the Trash</source>
+        <translation>
+            <numerusform>%n item, %1 in the Trash</numerusform>
+            <numerusform>%n items, %1 in the Trash</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>UndoCommand</name>
+    <message numerus="yes">
+        <source>%n items</source>
+        <translation>
+            <numerusform>%n item</numerusform>
+            <numerusform>%n items</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n items put back, %1</source>
+        <translation>
+            <numerusform>%n item put back, %1</numerusform>
+            <numerusform>%n items put back, %1</numerusform>
+        </translation>
+    </message>
+</context>
 </TS>

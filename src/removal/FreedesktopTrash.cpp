@@ -1,5 +1,7 @@
 #include "FreedesktopTrash.h"
 
+#include "Removal.h"
+#include "TrashDirectorySizes.h"
 #include "core/Paths.h"
 #include "core/Platform.h"
 #include "core/RealPlace.h"
@@ -165,6 +167,17 @@ bool writeAll(int fd, const QByteArray &data)
     return true;
 }
 
+// The directorysizes line of a folder just moved in as `name`. A cache: when
+// it cannot be written, readers walk the folder instead.
+void noteFolderSize(const QByteArray &trash, const QByteArray &name, const QByteArray &info)
+{
+    struct stat st {};
+    if (::lstat(info.constData(), &st) != 0)
+        return;
+    const qint64 size = Removal::measure(trash + "/files/" + name);
+    TrashDirectorySizes::put(trash, {size, qint64(st.st_mtime), name});
+}
+
 } // namespace
 
 FreedesktopTrash::FreedesktopTrash(QByteArray home) : m_homeTrash(Xdg::dataHome(home) + "/Trash") {}
@@ -255,6 +268,8 @@ FreedesktopTrash::Outcome FreedesktopTrash::moveToTrash(const RealPlace &place) 
             return outcome;
         }
         created.keep();
+        if (S_ISDIR(item.st_mode))
+            noteFolderSize(trash, name, info);
         outcome.trashedAs = target;
         outcome.infoFile = info;
         return outcome;

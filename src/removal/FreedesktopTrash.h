@@ -18,7 +18,9 @@ class RealPlace;
 // Each move first creates info/NAME.trashinfo exclusively (so two movers never
 // pick the same name), then renames the item into files/NAME; if the rename
 // fails the info file is removed again. Path= is percent-encoded, absolute in
-// the home trash and relative to $topdir in a volume trash.
+// the home trash and relative to $topdir in a volume trash. A folder moved in
+// gets its line in the trash's directorysizes (TrashDirectorySizes), measured
+// once it lies in files/.
 class FreedesktopTrash
 {
 public:

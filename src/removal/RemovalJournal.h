@@ -41,8 +41,11 @@ public:
 
     private:
         friend class RemovalJournal;
+        bool open();
+
         QByteArray m_folder;
         QByteArray m_file;
+        QDateTime m_date; // when begin() was called
         int m_fd = -1;
     };
     Writer begin() const;
@@ -57,6 +60,10 @@ public:
     QList<Entry> entries() const;
     // The newest entry of which at least one item still lies in its trash.
     std::optional<Entry> lastUndoable() const;
+    // Removes the entries of which nothing lies in a trash any more (put
+    // back, or the trash emptied since), so the journal stays as small as
+    // what it can undo. Returns how many went.
+    int prune() const;
     // Whether an item still lies in its trash as it was moved (its device and
     // inode at files/NAME, never followed).
     static bool inTrash(const TrashedItem &item);
