@@ -185,6 +185,20 @@
             <numerusform>Sorvelised %1 · %Ln items in the Trash</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>Put back %Ln items · %1</source>
+        <translation>
+            <numerusform>Put back %Ln item · %1</numerusform>
+            <numerusform>Put back %Ln items · %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln items stayed in the Trash.</source>
+        <translation>
+            <numerusform>%Ln item stayed in the Trash.</numerusform>
+            <numerusform>%Ln items stayed in the Trash.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>AppState</name>

@@ -180,7 +180,8 @@ public:
         struct stat st {};
         return place.statItem(st) == 0 ? EPERM : ENOENT;
 #else
-        const FreedesktopTrash::Outcome outcome = m_trash.moveToTrash(place);
+        const FreedesktopTrash::Outcome outcome =
+            m_trash.moveToTrash(place, trashed && trashed->size > 0 ? std::optional(trashed->size) : std::nullopt);
         if (outcome.ok() && trashed) {
             trashed->trashedAs = outcome.trashedAs;
             trashed->infoFile = outcome.infoFile;

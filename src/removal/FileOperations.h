@@ -28,8 +28,9 @@ public:
     virtual ~FileOperations() = default;
 
     // 0 when the item went, else the errno of the step that failed. On
-    // success `trashed` (when given) learns where it lies now; its original,
-    // identity and size are the caller's to fill.
+    // success `trashed` (when given) learns where it lies now; its original
+    // and identity are the caller's to fill. A size above 0 in it on the way
+    // in is what the item holds, so that it need not be measured again.
     virtual int moveToTrash(const RealPlace &place, TrashedItem *trashed) = 0;
     // Removes a file, a link or a whole folder. Goes on after a failure inside a
     // folder and returns the errno of the first one (0 when all went).

@@ -169,12 +169,13 @@ bool writeAll(int fd, const QByteArray &data)
 
 // The directorysizes line of a folder just moved in as `name`. A cache: when
 // it cannot be written, readers walk the folder instead.
-void noteFolderSize(const QByteArray &trash, const QByteArray &name, const QByteArray &info)
+void noteFolderSize(const QByteArray &trash, const QByteArray &name, const QByteArray &info,
+                    std::optional<qint64> known)
 {
     struct stat st {};
     if (::lstat(info.constData(), &st) != 0)
         return;
-    const qint64 size = Removal::measure(trash + "/files/" + name);
+    const qint64 size = known ? *known : Removal::measure(trash + "/files/" + name);
     TrashDirectorySizes::put(trash, {size, qint64(st.st_mtime), name});
 }
 
@@ -196,7 +197,7 @@ FreedesktopTrash::Outcome FreedesktopTrash::moveToTrash(const QByteArray &path) 
     return moveToTrash(RealPlace::open(path));
 }
 
-FreedesktopTrash::Outcome FreedesktopTrash::moveToTrash(const RealPlace &place) const
+FreedesktopTrash::Outcome FreedesktopTrash::moveToTrash(const RealPlace &place, std::optional<qint64> folderSize) const
 {
     Outcome outcome;
     struct stat item {};
@@ -269,7 +270,7 @@ FreedesktopTrash::Outcome FreedesktopTrash::moveToTrash(const RealPlace &place) 
         }
         created.keep();
         if (S_ISDIR(item.st_mode))
-            noteFolderSize(trash, name, info);
+            noteFolderSize(trash, name, info, folderSize);
         outcome.trashedAs = target;
         outcome.infoFile = info;
         return outcome;

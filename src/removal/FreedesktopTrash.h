@@ -6,6 +6,8 @@
 
 #include <QByteArray>
 
+#include <optional>
+
 class RealPlace;
 
 // Items on the home folder's file system go to $XDG_DATA_HOME/Trash (made with
@@ -39,7 +41,9 @@ public:
     // The item a RealPlace names, never followed. Its volume decides the trash;
     // a mount point, or an item whose move cannot happen for another reason,
     // fails without leaving a folder created for it behind.
-    Outcome moveToTrash(const RealPlace &place) const;
+    // `folderSize`, when known, is what a folder holds (its directorysizes
+    // figure); otherwise it is measured.
+    Outcome moveToTrash(const RealPlace &place, std::optional<qint64> folderSize = std::nullopt) const;
     // The same for a path, resolved first.
     Outcome moveToTrash(const QByteArray &path) const;
 

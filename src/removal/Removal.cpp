@@ -88,11 +88,11 @@ private:
         struct stat st {};
         const bool looked = place.statItem(st) == 0;
         TrashedItem trashed;
+        trashed.size = size;
         const int error = m_operations.moveToTrash(place, &trashed);
         if (error == 0 && looked) {
             trashed.original = place.path();
             trashed.identity = ItemIdentity::of(st);
-            trashed.size = size;
             if (m_options.trashed)
                 m_options.trashed(trashed);
             m_outcome.trashed.append(trashed);

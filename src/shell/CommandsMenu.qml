@@ -115,6 +115,14 @@ T.Popup {
         }
         Divider {}
         Entry {
+            objectName: "undoEntry"
+            text: qsTr("Undo Last Removal")
+            shortcut: "Ctrl+Z"
+            enabled: Shell.canUndo
+            onActivated: Shell.undoLastRemoval()
+        }
+        Divider {}
+        Entry {
             text: qsTr("Settings…")
             shortcut: menu.commands.settingsShortcut
             onActivated: menu.commands.openSettings()

@@ -41,6 +41,9 @@ Shell::Shell(AppState *state, QObject *parent) : QObject(parent), m_state(state)
     connect(m_state, &AppState::sectionChanged, this, &Shell::sectionChanged);
     connect(m_state, &AppState::resultChanged, this, &Shell::resultChanged);
     connect(m_state->queue(), &CleanQueue::itemsChanged, this, &Shell::selectionChanged);
+    for (auto signal :
+         {&RemovalSession::canUndoChanged, &RemovalSession::isUndoingChanged, &RemovalSession::isDeletingChanged})
+        connect(m_state->removal(), signal, this, &Shell::canUndoChanged);
     connect(m_state, &AppState::recentsChanged, this, &Shell::recentsChanged);
     connect(m_state, &AppState::volumesChanged, this, &Shell::volumesChanged);
     connect(m_state, &AppState::isScanningChanged, this, &Shell::followScan);
@@ -261,6 +264,18 @@ QStringList Shell::areaToolTips() const
 }
 
 bool Shell::hasSelection() const { return m_state && m_state->queue()->count() > 0; }
+
+bool Shell::canUndo() const
+{
+    const RemovalSession *removal = m_state ? m_state->removal() : nullptr;
+    return removal && removal->canUndo() && !removal->isUndoing() && !removal->isDeleting();
+}
+
+void Shell::undoLastRemoval()
+{
+    if (canUndo())
+        m_state->removal()->undoLastRemoval();
+}
 
 QString Shell::selectionTotal() const { return m_state ? Fmt::bytes(m_state->queue()->totalSize()) : QString(); }
 

@@ -39,6 +39,9 @@ class Shell : public QObject
     Q_PROPERTY(bool hasResult READ hasResult NOTIFY resultChanged)
     // Anything is selected: the selection bar shows.
     Q_PROPERTY(bool hasSelection READ hasSelection NOTIFY selectionChanged)
+    // "Undo Last Removal" can be chosen: the journal has a removal still in
+    // the Trash, and no removal or undo is under way.
+    Q_PROPERTY(bool canUndo READ canUndo NOTIFY canUndoChanged)
     // The selection bar: the total size, and the count per area.
     Q_PROPERTY(QString selectionTotal READ selectionTotal NOTIFY selectionChanged)
     Q_PROPERTY(QString selectionSources READ selectionSources NOTIFY selectionChanged)
@@ -77,6 +80,8 @@ public:
     QStringList areaToolTips() const;
     bool hasResult() const;
     bool hasSelection() const;
+    bool canUndo() const;
+    Q_INVOKABLE void undoLastRemoval();
     QVariantList goEntries() const;
     // The application became active again: the disk access may have been
     // granted meanwhile, and volumes may have come or gone.
@@ -119,6 +124,7 @@ Q_SIGNALS:
     void sectionChanged();
     void resultChanged();
     void selectionChanged();
+    void canUndoChanged();
     void recentsChanged();
     void volumesChanged();
 

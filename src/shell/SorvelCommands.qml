@@ -73,6 +73,13 @@ Item {
         sequence: "Ctrl+,"
         onActivated: commands.openSettings()
     }
+    // Puts the last removal back from the Trash. A text field's own undo
+    // comes first: it takes the key while it has the focus.
+    Shortcut {
+        sequence: "Ctrl+Z"
+        enabled: Shell.canUndo
+        onActivated: Shell.undoLastRemoval()
+    }
     // Quits even while the tray keeps the application without a window.
     Shortcut {
         sequence: "Ctrl+Q"

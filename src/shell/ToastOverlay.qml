@@ -17,9 +17,11 @@ Item {
 
         property string message
         property string symbol
+        property string actionTitle
+        property string toastId
 
         anchors.horizontalCenter: parent.horizontalCenter
-        width: Math.min(overlay.width - 40, row.implicitWidth + 32)
+        width: Math.min(overlay.width - 40, row.implicitWidth + (capsule.actionTitle.length > 0 ? 12 : 32))
         height: 38
         radius: height / 2
         color: Look.panel
@@ -59,7 +61,53 @@ Item {
                 font.weight: Font.Medium
                 color: Look.ink
                 elide: Text.ElideRight
-                width: Math.min(implicitWidth, overlay.width - 100)
+                width: Math.min(implicitWidth, overlay.width - (capsule.actionTitle.length > 0 ? 190 : 100))
+            }
+            // The toast's one action ("Undo"), there as long as the toast is.
+            Rectangle {
+                id: action
+
+                objectName: "toastAction"
+                anchors.verticalCenter: parent.verticalCenter
+                visible: capsule.actionTitle.length > 0
+                width: actionText.implicitWidth + 22
+                height: 26
+                radius: height / 2
+                color: actionHover.hovered ? Look.withAlpha(Look.accent, 0.28) : Look.withAlpha(Look.accent, 0.16)
+                activeFocusOnTab: visible && overlay.present
+                Accessible.role: Accessible.Button
+                Accessible.name: capsule.actionTitle
+                Accessible.onPressAction: action.trigger()
+                Keys.onReturnPressed: action.trigger()
+                Keys.onEnterPressed: action.trigger()
+                Keys.onSpacePressed: action.trigger()
+
+                function trigger() {
+                    if (overlay.present)
+                        AppState.triggerToastAction(capsule.toastId);
+                }
+
+                FocusRing {
+                    shown: action.activeFocus
+                    baseRadius: action.radius
+                }
+                Text {
+                    id: actionText
+
+                    anchors.centerIn: parent
+                    text: capsule.actionTitle
+                    font.pixelSize: 13
+                    font.weight: Font.DemiBold
+                    color: Look.accent
+                }
+                HoverHandler {
+                    id: actionHover
+
+                    cursorShape: Qt.PointingHandCursor
+                }
+                TapHandler {
+                    onTapped: action.trigger()
+                }
             }
         }
 
@@ -72,6 +120,8 @@ Item {
         if (toast && toast.id) {
             capsule.message = toast.message;
             capsule.symbol = toast.symbol;
+            capsule.actionTitle = toast.actionTitle ?? "";
+            capsule.toastId = toast.id;
         }
     }
 }

@@ -170,10 +170,25 @@ QVariantMap AppState::toastValue() const
         return {};
     return {{QStringLiteral("id"), m_toast->id},
             {QStringLiteral("message"), m_toast->message},
-            {QStringLiteral("symbol"), m_toast->symbol}};
+            {QStringLiteral("symbol"), m_toast->symbol},
+            {QStringLiteral("actionTitle"), m_toast->actionTitle}};
 }
 
-void AppState::showToast(const QString &message, const QString &symbol) { setToast(Toast::make(message, symbol)); }
+void AppState::showToast(const QString &message, const QString &symbol, const QString &actionTitle,
+                         const QString &action)
+{
+    setToast(Toast::make(message, symbol, actionTitle, action));
+}
+
+void AppState::triggerToastAction(const QString &id)
+{
+    if (!m_toast || m_toast->id != id || m_toast->action.isEmpty())
+        return;
+    const QString action = m_toast->action;
+    setToast(std::nullopt);
+    if (action == RemovalSession::undoAction)
+        m_removal.undoLastRemoval();
+}
 
 void AppState::clearToast(const QString &id)
 {
@@ -219,6 +234,7 @@ void AppState::onLaunch()
         refreshVolumes();
         checkFullDiskAccess();
         m_cleanup.measure();
+        m_removal.refreshCanUndo();
         const qsizetype scanAt = m_arguments.indexOf("-scan");
         if (scanAt >= 0 && scanAt + 1 < m_arguments.size())
             scan(Paths::expandTilde(m_arguments.at(scanAt + 1)));

@@ -132,8 +132,13 @@ public:
     const std::optional<Toast> &toast() const { return m_toast; }
     void setToast(const std::optional<Toast> &toast);
     QVariantMap toastValue() const;
-    // Shows a new toast in place of any other.
-    void showToast(const QString &message, const QString &symbol);
+    // Shows a new toast in place of any other, with a button when `actionTitle`
+    // is given (see triggerToastAction).
+    void showToast(const QString &message, const QString &symbol, const QString &actionTitle = {},
+                   const QString &action = {});
+    // The toast's button was pressed: does its action if the toast with this
+    // id is still the one shown, and clears it.
+    Q_INVOKABLE void triggerToastAction(const QString &id);
     // Clears the toast, if it is still the one with this id.
     Q_INVOKABLE void clearToast(const QString &id);
     std::optional<FileCategory> largestCategory() const { return m_largestCategory; }

@@ -1,5 +1,7 @@
 #include "Environment.h"
 
+#include "removal/RemovalJournal.h"
+
 #include "AppState.h"
 
 #include "core/FullDiskAccess.h"
@@ -76,6 +78,7 @@ Environment Environment::system()
                     FileOperations &operations) { return Removal::run(items, permanently, operations, options); };
     env.fileOperations = FileOperations::system();
     env.review = &Removal::review;
+    env.journalFolder = RemovalJournal::defaultFolder();
     env.trashFolders = [] { return TrashFolders::ofUser(Platform::homeDirectory(), TrashFolders::mountPoints()); };
     env.junkTargets = [](const JunkLocation &location, const CleanItem &, const CleanupModel &) {
         QList<DeletionItem> out;
@@ -121,5 +124,6 @@ Environment Environment::demo()
     };
     env.home = Demo::home();
     env.isDemo = true;
+    env.journalFolder.clear();
     return env;
 }

@@ -69,6 +69,9 @@ struct Environment {
     ReviewFunction review;
     JunkTargetsFunction junkTargets;
     DuplicateSearch findDuplicates;
+    // Where removals to the Trash are written down so that they can be undone;
+    // empty for none.
+    QByteArray journalFolder;
     // What the Trash's figure counts and "Empty Trash" empties.
     TrashFoldersFunction trashFolders;
     Preload preload;

@@ -5,6 +5,7 @@
 #include "core/Fmt.h"
 #include "deepclean/JunkLocation.h"
 #include "removal/Removal.h"
+#include "removal/RemovalJournal.h"
 #include "safety/SafetyGuard.h"
 
 #include <QElapsedTimer>
@@ -266,6 +267,12 @@ void RemovalSession::performDeletion(const DeletionRequest &request, bool perman
     const std::shared_ptr<FileOperations> operations = m_state.environment().fileOperations;
     Removal::Options options;
     options.reviewed = request.reviewed;
+    // Each item moved to the Trash is written down as it moves, for the undo.
+    const QByteArray journalFolder = m_state.environment().journalFolder;
+    if (!permanently && !journalFolder.isEmpty()) {
+        auto journal = std::make_shared<RemovalJournal::Writer>(RemovalJournal(journalFolder).begin());
+        options.trashed = [journal](const TrashedItem &item) { journal->add(item); };
+    }
 
     auto land = [this, started, showTime, request, permanently, guardFailures](const Removal::Outcome &outcome) {
         m_lastRemoval = outcome.freed;
@@ -321,8 +328,12 @@ void RemovalSession::close(const DeletionRequest &request, bool permanently,
     } else {
         // In the Trash nothing came free yet: those bytes wait there.
         assign(m_sessionTrashed, m_sessionTrashed + total, &RemovalSession::sessionTrashedChanged);
-        if (!removed.isEmpty())
-            m_state.showToast(removedMessage(total, removed.size(), false), QStringLiteral("humidity.fill"));
+        if (!removed.isEmpty()) {
+            const bool undoable = !outcome.trashed.isEmpty() && !m_state.environment().journalFolder.isEmpty();
+            m_state.showToast(removedMessage(total, removed.size(), false), QStringLiteral("humidity.fill"),
+                              undoable ? tr("Undo") : QString(), undoable ? undoAction : QString());
+        }
+        refreshCanUndo();
     }
     const QList<DeletionFailure> all = guardFailures + failures;
     if (!all.isEmpty())
@@ -330,4 +341,71 @@ void RemovalSession::close(const DeletionRequest &request, bool permanently,
     if (request.onComplete)
         request.onComplete(QByteArrayList(removed.cbegin(), removed.cend()));
     m_state.refreshVolumes();
+}
+
+void RemovalSession::refreshCanUndo()
+{
+    const QByteArray folder = m_state.environment().journalFolder;
+    if (folder.isEmpty()) {
+        assign(m_canUndo, false, &RemovalSession::canUndoChanged);
+        return;
+    }
+    m_workers.start([this, folder] {
+        const bool can = RemovalJournal(folder).lastUndoable().has_value();
+        QMetaObject::invokeMethod(
+            this, [this, can] { assign(m_canUndo, can, &RemovalSession::canUndoChanged); }, Qt::QueuedConnection);
+    });
+}
+
+void RemovalSession::undoLastRemoval()
+{
+    const QByteArray folder = m_state.environment().journalFolder;
+    if (folder.isEmpty() || m_isUndoing || m_isDeleting)
+        return;
+    assign(m_isUndoing, true, &RemovalSession::isUndoingChanged);
+    m_workers.start([this, folder] {
+        const RemovalJournal journal(folder);
+        const std::optional<RemovalJournal::Entry> entry = journal.lastUndoable();
+        const RemovalJournal::UndoOutcome outcome = entry ? journal.undo(*entry) : RemovalJournal::UndoOutcome();
+        const bool found = entry.has_value();
+        QMetaObject::invokeMethod(
+            this, [this, outcome, found] { finishUndo(outcome, found); }, Qt::QueuedConnection);
+    });
+}
+
+void RemovalSession::finishUndo(const RemovalJournal::UndoOutcome &outcome, bool found)
+{
+    QByteArrayList back;
+    qint64 bytes = 0;
+    for (const TrashedItem &item : outcome.restored) {
+        back.append(item.original);
+        bytes += item.size;
+    }
+    assign(m_sessionTrashed, std::max<qint64>(m_sessionTrashed - bytes, 0), &RemovalSession::sessionTrashedChanged);
+
+    const int count = int(std::min<qsizetype>(back.size(), INT_MAX));
+    auto landed = [this, outcome, found, count, bytes] {
+        assign(m_isUndoing, false, &RemovalSession::isUndoingChanged);
+        if (!found)
+            m_state.showToast(tr("Nothing to undo"), QStringLiteral("info.circle.fill"));
+        else if (count > 0)
+            m_state.showToast(tr("Put back %Ln items · %1", nullptr, count).arg(Fmt::bytes(bytes)),
+                              QStringLiteral("arrow.uturn.backward"));
+        if (!outcome.stayed.isEmpty()) {
+            QStringList lines;
+            for (const RemovalJournal::Stayed &stayed : outcome.stayed)
+                lines.append(tr("%1: %2").arg(Paths::abbreviateHome(stayed.item.original), stayed.reason));
+            m_state.setErrorMessage(tr("%Ln items stayed in the Trash.", nullptr,
+                                       int(std::min<qsizetype>(outcome.stayed.size(), INT_MAX))) +
+                                    QLatin1Char('\n') + lines.join(QLatin1Char('\n')));
+        }
+        if (count > 0) {
+            m_state.cleanup()->measure();
+            m_state.refreshVolumes();
+        }
+        refreshCanUndo();
+        emit undoApplied();
+    };
+    // The figures follow what came back before anything says so.
+    m_state.remeasure(back, landed);
 }

@@ -12,6 +12,7 @@
 #include "removal/DeletionFailure.h"
 #include "removal/DeletionRequest.h"
 #include "removal/Removal.h"
+#include "removal/RemovalJournal.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -41,6 +42,9 @@ class RemovalSession : public QObject
     // Bytes moved to the Trash since launch and not emptied since.
     Q_PROPERTY(qint64 sessionTrashed READ sessionTrashed NOTIFY sessionTrashedChanged)
     Q_PROPERTY(bool hasDeletionFailures READ hasDeletionFailures NOTIFY deletionFailuresChanged)
+    // The journal holds a removal whose items still lie in the Trash.
+    Q_PROPERTY(bool canUndo READ canUndo NOTIFY canUndoChanged)
+    Q_PROPERTY(bool isUndoing READ isUndoing NOTIFY isUndoingChanged)
     // Each failure as {path (text form), reason (raw value), title, explanation, detail}.
     Q_PROPERTY(QVariantList deletionFailures READ deletionFailuresValue NOTIFY deletionFailuresChanged)
 
@@ -80,7 +84,21 @@ public:
     void setDeletionFailures(const std::optional<QList<DeletionFailure>> &failures);
     Q_INVOKABLE void clearDeletionFailures() { setDeletionFailures(std::nullopt); }
 
+    bool canUndo() const { return m_canUndo; }
+    bool isUndoing() const { return m_isUndoing; }
+
+    // The toast action that undoes the last removal.
+    static inline const QString undoAction = QStringLiteral("undoRemoval");
+
     // -- Operations ------------------------------------------------------------
+    // Puts back the newest removal of the journal whose items still lie in the
+    // Trash, on a worker: each item returns to its place unless something else
+    // took it, then the figures of what came back are measured anew. Says what
+    // came back in a toast, and what stayed (and why) in a notice.
+    Q_INVOKABLE void undoLastRemoval();
+    // Looks again whether there is something to undo (at launch, and after
+    // anything that may have changed it).
+    void refreshCanUndo();
     // Opens the review, unless the selection is empty or a removal runs.
     Q_INVOKABLE void sorvelise();
     // Removes the selected items with these ids (the ticked rows of the review):
@@ -105,6 +123,10 @@ signals:
     void sessionFreedChanged();
     void sessionTrashedChanged();
     void deletionFailuresChanged();
+    void canUndoChanged();
+    void isUndoingChanged();
+    // An undo has landed: the items came back and the model holds them.
+    void undoApplied();
     // After a removal has been applied to the models and the paths of the
     // removal under way have been emptied: the moment the views animate.
     void removalApplied();
@@ -124,6 +146,7 @@ private:
     void close(const DeletionRequest &request, bool permanently, const QList<DeletionFailure> &guardFailures,
                const Removal::Outcome &outcome);
     int showTimeMilliseconds(qsizetype count) const;
+    void finishUndo(const RemovalJournal::UndoOutcome &outcome, bool found);
     // Notes each item of the selection as it is now, as the review opens.
     void recordReview();
     // The toast after `n` items went, `total` bytes in all.
@@ -141,6 +164,8 @@ private:
     std::optional<QList<DeletionFailure>> m_deletionFailures;
     QHash<QByteArray, qint64> m_lastRemoval;
     ReviewedItems m_reviewedAtOpening;
+    bool m_canUndo = false;
+    bool m_isUndoing = false;
     double m_showTimeScale = 1.0;
     QThreadPool m_workers;
 };
