@@ -8,6 +8,7 @@
 #include "DirNode.h"
 #include "FileCategory.h"
 #include "FileItem.h"
+#include "ScanOptions.h"
 
 #include <QByteArray>
 #include <QByteArrayList>
@@ -38,6 +39,7 @@ public:
     double duration = 0;              // seconds
     double date = 0;                  // seconds since the epoch, when it ended
     qint64 lastID = 0;                // next free FileItem id
+    ScanOptions options;              // the rules the scan followed
 
     // Zero size and count for a category that was never met.
     CategoryTotal total(FileCategory category) const;

@@ -528,7 +528,10 @@ ScanResultPtr scan(const QByteArray &root, const ScanOptions &options, qint64 fi
 {
     const QByteArray path = Paths::normalize(root);
     Walk walk(path, options, firstID, token, progress);
-    return walk.run(path);
+    ScanResultPtr result = walk.run(path);
+    if (result)
+        result->options = options;
+    return result;
 }
 
 QByteArrayList skippedPaths(const QByteArray &rootPath, const QByteArrayList &excluded)

@@ -673,7 +673,7 @@ void AppState::remeasure(const QByteArrayList &paths, std::function<void()> done
         return;
     }
     const ScanResultPtr result = m_result;
-    const ScanOptions options = ScanOptions::current();
+    const ScanOptions options = result->options;
     const qint64 firstID = m_nextFileID;
     m_workers.start([this, measure, result, options, firstID, paths, done = std::move(done)] {
         QList<ScanResultPtr> pieces;

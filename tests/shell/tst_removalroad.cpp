@@ -103,6 +103,7 @@ private slots:
         writeFile(root + "/project/.git/HEAD", 100);
         writeFile(root + "/project/main.c", 5'000);
         writeFile(root + "/keys/id_ed25519", 400);
+        writeFile(root + "/grows.log", 200'000);
         const bool immutable = setImmutable(root + "/stuck.bin", true);
         const auto release = qScopeGuard([&] { setImmutable(root + "/stuck.bin", false); });
 
@@ -164,6 +165,7 @@ private slots:
         const QByteArray documents = TestMain::home() + "/Documents";
         QDir().mkpath(QFile::decodeName(documents));
         state.queue()->add(itemFor(documents, CleanItem::Kind::folder, 4096));
+        state.queue()->add(itemFor(root + "/grows.log", CleanItem::Kind::file, 200'000));
 
         // The selection bar's review button opens the review.
         auto *reviewButton = window->findChild<QQuickItem *>(QStringLiteral("reviewButton"));
@@ -179,6 +181,8 @@ private slots:
         QVERIFY(!review->canRemove());
         QVERIFY(review->keptNote().contains(QStringLiteral("Documents")));
         shoot("review-danger.png");
+        // A file that grows while the review is open is no longer what was reviewed.
+        writeFile(root + "/grows.log", 900'000);
 
         // Return does nothing while the banner blocks; unticking the danger
         // and the kept folder lets it through.
@@ -190,8 +194,8 @@ private slots:
         review->toggle(Paths::toText(root + "/keys/id_ed25519"));
         review->toggle(Paths::toText(documents));
         QVERIFY(review->canRemove());
-        const qint64 selected = picks[0].size + picks[1].size + picks[2].size + picks[3].size;
-        QCOMPARE(review->countLine(), ReviewRules::countLine(4, selected));
+        const qint64 selected = picks[0].size + picks[1].size + picks[2].size + picks[3].size + 200'000;
+        QCOMPARE(review->countLine(), ReviewRules::countLine(5, selected));
         QTest::keyClick(window, Qt::Key_Return);
         QTRY_VERIFY(!state.removal()->isReviewing());
         QTRY_VERIFY_WITH_TIMEOUT(!state.removal()->isDeleting(), 10000);
@@ -224,10 +228,14 @@ private slots:
             QCOMPARE(state.toast()->message.left(10), QStringLiteral("Sorvelised"));
             QSKIP("The immutable flag cannot be set here; the failure part needs it");
         }
-        // The toast counts what went; the stuck file stayed behind, under the
-        // system's protection.
+        // The toast counts what went and offers the way back; the stuck file
+        // stayed behind under the system's protection, the grown one because
+        // it changed.
         QVERIFY(state.toast());
-        QCOMPARE(state.toast()->message, QStringLiteral("Sorvelised %1 · 3 items in the Trash").arg(Fmt::bytes(gone)));
+        const Toast toast = *state.toast();
+        QCOMPARE(toast.message, QStringLiteral("Sorvelised %1 · 3 items in the Trash").arg(Fmt::bytes(gone)));
+        QCOMPARE(toast.actionTitle, QStringLiteral("Undo"));
+        QCOMPARE(QFileInfo(QFile::decodeName(root + "/grows.log")).size(), 900'000);
         QVERIFY(QFile::exists(QFile::decodeName(root + "/stuck.bin")));
         QVERIFY(state.queue()->contains(root + "/stuck.bin"));
         QVERIFY(state.removal()->hasDeletionFailures());
@@ -236,17 +244,41 @@ private slots:
         auto *failureModel = qvariant_cast<FailureModel *>(failures->property("model"));
         QVERIFY(failureModel);
         const QVariantList groups = failureModel->groups();
-        QCOMPARE(groups.size(), 1);
-        const QVariantMap group = groups.first().toMap();
-        QCOMPARE(group.value(QStringLiteral("title")).toString(),
+        QCOMPARE(groups.size(), 2);
+        const auto row = [&](int group) {
+            return groups.at(group).toMap().value(QStringLiteral("rows")).toList().first().toMap();
+        };
+        QCOMPARE(groups.first().toMap().value(QStringLiteral("title")).toString(),
+                 QStringLiteral("Changed since you reviewed it"));
+        QCOMPARE(row(0).value(QStringLiteral("name")).toString(), QStringLiteral("grows.log"));
+        QCOMPARE(row(0).value(QStringLiteral("subtitle")).toString(), QStringLiteral("It grew from 200 kB to 900 kB"));
+        QCOMPARE(groups.last().toMap().value(QStringLiteral("title")).toString(),
                  DeletionFailure::Reason(DeletionFailure::Reason::protectedByMacOS).title());
-        QCOMPARE(group.value(QStringLiteral("rows")).toList().first().toMap().value(QStringLiteral("name")).toString(),
-                 QStringLiteral("stuck.bin"));
-        QCOMPARE(failureModel->heading(), QStringLiteral("1 item stayed behind"));
+        QCOMPARE(row(1).value(QStringLiteral("name")).toString(), QStringLiteral("stuck.bin"));
+        QCOMPARE(failureModel->heading(), QStringLiteral("2 items stayed behind"));
         shoot("failure-sheet.png");
 
         QTest::keyClick(window, Qt::Key_Return);
         QTRY_VERIFY(!state.removal()->hasDeletionFailures());
+
+        // The toast's Undo puts everything back, and the figures with it.
+        if (!state.toast() || state.toast()->message != toast.message)
+            state.showToast(toast.message, toast.symbol, toast.actionTitle, toast.action);
+        QQuickItem *undo = nullptr;
+        QTRY_VERIFY((undo = window->findChild<QQuickItem *>(QStringLiteral("toastAction"))) && undo->isVisible() &&
+                    undo->opacity() > 0.99);
+        QTest::qWait(300);
+        shoot("toast-undo.png");
+        QSignalSpy undone(state.removal(), &RemovalSession::undoApplied);
+        QTest::mouseClick(window, Qt::LeftButton, Qt::NoModifier,
+                          undo->mapToScene(QPointF(undo->width() / 2, undo->height() / 2)).toPoint());
+        QVERIFY(undone.wait(10000));
+        for (const char *name : {"a.bin", "b.bin", "folder/c.bin", "folder/d.bin"})
+            QVERIFY2(QFile::exists(QFile::decodeName(root + '/' + name)), name);
+        QVERIFY(!QFileInfo::exists(QFile::decodeName(trash + "/files/folder")));
+        QCOMPARE(state.result()->root->size, before);
+        QTRY_COMPARE(space->currentSizeText(), Fmt::bytes(before));
+        QVERIFY(state.toast()->message.startsWith(QStringLiteral("Put back 3 items")));
         QVERIFY2(main.warnings().isEmpty(), qPrintable(main.warningText()));
         AppStateForeign::setInstance(nullptr);
     }
