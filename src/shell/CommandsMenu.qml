@@ -113,12 +113,15 @@ T.Popup {
                 onActivated: modelData.action()
             }
         }
-        Divider {}
+        // There while the last removal still lies in the Trash.
+        Divider {
+            visible: Shell.canUndo
+        }
         Entry {
             objectName: "undoEntry"
+            visible: Shell.canUndo
             text: qsTr("Undo Last Removal")
             shortcut: "Ctrl+Z"
-            enabled: Shell.canUndo
             onActivated: Shell.undoLastRemoval()
         }
         Divider {}

@@ -134,6 +134,7 @@ Rectangle {
         SorvelButton {
             id: menuButton
 
+            objectName: "commandsButton"
             anchors.verticalCenter: parent.verticalCenter
             visible: bar.commands !== null
             kind: SorvelButtonStyle.Ghost

@@ -502,6 +502,7 @@ void AppState::finishEmptyTrash(qint64 freed, qint64 failed, const QString &prob
         m_removal.addFreed(freed);
         if (failed == 0)
             m_removal.trashEmptied();
+        m_removal.refreshCanUndo();
         if (failed > 0)
             setErrorMessage(problem);
         else if (freed > 0)

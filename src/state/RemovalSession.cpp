@@ -351,7 +351,10 @@ void RemovalSession::refreshCanUndo()
         return;
     }
     m_workers.start([this, folder] {
-        const bool can = RemovalJournal(folder).lastUndoable().has_value();
+        // Entries of which nothing lies in a trash any more go on the way.
+        const RemovalJournal journal(folder);
+        journal.prune();
+        const bool can = journal.lastUndoable().has_value();
         QMetaObject::invokeMethod(
             this, [this, can] { assign(m_canUndo, can, &RemovalSession::canUndoChanged); }, Qt::QueuedConnection);
     });

@@ -269,6 +269,17 @@ private slots:
                     undo->opacity() > 0.99);
         QTest::qWait(300);
         shoot("toast-undo.png");
+        // The menu offers the same way back while the items lie in the Trash.
+        QTRY_VERIFY(state.removal()->canUndo());
+        auto *menuButton = window->findChild<QQuickItem *>(QStringLiteral("commandsButton"));
+        QVERIFY(menuButton);
+        QTest::mouseClick(window, Qt::LeftButton, Qt::NoModifier,
+                          menuButton->mapToScene(QPointF(menuButton->width() / 2, menuButton->height() / 2)).toPoint());
+        QQuickItem *menuEntry = nullptr;
+        QTRY_VERIFY((menuEntry = window->findChild<QQuickItem *>(QStringLiteral("undoEntry"))) &&
+                    menuEntry->isVisible());
+        QTest::keyClick(window, Qt::Key_Escape);
+        QTRY_VERIFY(!menuEntry->isVisible());
         QSignalSpy undone(state.removal(), &RemovalSession::undoApplied);
         QTest::mouseClick(window, Qt::LeftButton, Qt::NoModifier,
                           undo->mapToScene(QPointF(undo->width() / 2, undo->height() / 2)).toPoint());
