@@ -5,6 +5,7 @@
 #include "core/Paths.h"
 #include "core/Platform.h"
 #include "core/RealPlace.h"
+#include "core/WriteAll.h"
 #include "core/Xdg.h"
 
 #include <QDateTime>
@@ -151,20 +152,6 @@ QByteArray fitName(QByteArray name, qsizetype room)
         --cut;
     name.truncate(cut);
     return name;
-}
-
-bool writeAll(int fd, const QByteArray &data)
-{
-    qsizetype done = 0;
-    while (done < data.size()) {
-        const ssize_t n = ::write(fd, data.constData() + done, size_t(data.size() - done));
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0)
-            return false;
-        done += n;
-    }
-    return true;
 }
 
 // The directorysizes line of a folder just moved in as `name`. A cache: when

@@ -7,6 +7,7 @@
 #include "core/Paths.h"
 #include "core/Platform.h"
 #include "core/RealPlace.h"
+#include "core/WriteAll.h"
 #include "core/Xdg.h"
 
 #include <QCoreApplication>
@@ -57,20 +58,6 @@ int makeFolders(const QByteArray &path)
     if (::mkdir(path.constData(), privateDir) != 0 && errno != EEXIST)
         return errno;
     return 0;
-}
-
-bool writeAll(int fd, const QByteArray &data)
-{
-    qsizetype done = 0;
-    while (done < data.size()) {
-        const ssize_t n = ::write(fd, data.constData() + done, size_t(data.size() - done));
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0)
-            return false;
-        done += n;
-    }
-    return true;
 }
 
 QByteArray readAt(int dirFd, const char *name)

@@ -1,6 +1,7 @@
 #include "TrashDirectorySizes.h"
 
 #include "FolderDescriptor.h"
+#include "core/WriteAll.h"
 
 #include <QRandomGenerator>
 
@@ -51,20 +52,6 @@ QByteArray readAt(int dirFd, const char *name, int &error)
     }
     ::close(fd);
     return content;
-}
-
-bool writeAll(int fd, const QByteArray &data)
-{
-    qsizetype done = 0;
-    while (done < data.size()) {
-        const ssize_t n = ::write(fd, data.constData() + done, size_t(data.size() - done));
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0)
-            return false;
-        done += n;
-    }
-    return true;
 }
 
 // Rewrites the file with what `change` makes of its lines, under the trash
