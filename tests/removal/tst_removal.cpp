@@ -89,13 +89,6 @@ class TestRemoval : public QObject
     Q_OBJECT
 
 private slots:
-    // EPERM and ETXTBSY reach their groups through a removal below.
-    void classify()
-    {
-        QCOMPARE(DeletionFailure::classify(EACCES), DeletionFailure::Reason::noPermission);
-        QCOMPARE(DeletionFailure::classify(EROFS), DeletionFailure::Reason::other);
-    }
-
     // On Linux the groups speak of the system, not of macOS or Finder; the
     // source texts stay for macOS.
     void linuxWording()
@@ -112,14 +105,6 @@ private slots:
         delete translator;
         QCOMPARE(DeletionFailure::Reason(DeletionFailure::Reason::protectedByMacOS).title(),
                  QStringLiteral("Protected by macOS"));
-    }
-
-    // Held between one and eight seconds.
-    void showTime()
-    {
-        QCOMPARE(Removal::minimumShowTime(0), 1.0);
-        QCOMPARE(Removal::minimumShowTime(1), 1.45);
-        QCOMPARE(Removal::minimumShowTime(20), 8.0);
     }
 
     // Bytes that really come back: hard links once per walk, a link as itself.
