@@ -131,7 +131,8 @@ private Q_SLOTS:
         QMetaObject::invokeMethod(menu, "close");
         QTRY_VERIFY(!menu->property("visible").toBool());
 
-        f.state.showToast(QStringLiteral("Copied 3 paths"), QStringLiteral("doc.on.doc.fill"));
+        f.state.showToast(QStringLiteral("Sorvelised 2.1 GB · 3 items in the Trash"), QStringLiteral("humidity.fill"),
+                          QStringLiteral("Undo"), RemovalSession::undoAction);
         shoot("toast");
         f.state.setToast(std::nullopt);
 
