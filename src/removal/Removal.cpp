@@ -59,7 +59,7 @@ public:
         if (changed(item.path, place))
             return;
         const qint64 size = item.size ? *item.size : Removal::measure(place.isValid() ? place.path() : item.path);
-        const int error = place.isValid() ? remove(place, size) : place.error();
+        const int error = place.isValid() ? remove(item.path, place, size) : place.error();
         if (error == 0)
             went(item.path, place, size);
         else if (item.clearInsideOnFailure && isFolder(place) && !place.isMountPoint())
@@ -81,7 +81,7 @@ private:
         m_expected[quint64(place.parentStat().st_dev)] += size;
     }
 
-    int remove(const RealPlace &place, qint64 size)
+    int remove(const QByteArray &path, const RealPlace &place, qint64 size)
     {
         if (m_permanently)
             return m_operations.removePermanently(place);
@@ -92,6 +92,7 @@ private:
         const int error = m_operations.moveToTrash(place, &trashed);
         if (error == 0 && looked) {
             trashed.original = place.path();
+            trashed.named = path;
             trashed.identity = ItemIdentity::of(st);
             if (m_options.trashed)
                 m_options.trashed(trashed);
@@ -144,7 +145,7 @@ private:
             if (refused(child, place))
                 continue;
             const qint64 size = Removal::measure(place.isValid() ? place.path() : child);
-            const int error = place.isValid() ? remove(place, size) : place.error();
+            const int error = place.isValid() ? remove(child, place, size) : place.error();
             if (error == 0)
                 went(child, place, size);
             else if (depth <= 3 && isFolder(place) && !place.isMountPoint())

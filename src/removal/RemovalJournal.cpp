@@ -109,11 +109,13 @@ QByteArray itemLine(const TrashedItem &item)
                                {QStringLiteral("size"), id.size},
                                {QStringLiteral("mtime"), id.mtimeSeconds},
                                {QStringLiteral("mtimeNs"), id.mtimeNanoseconds}};
-    const QJsonObject line{{QStringLiteral("original"), encode(item.original)},
-                           {QStringLiteral("trashedAs"), encode(item.trashedAs)},
-                           {QStringLiteral("infoFile"), encode(item.infoFile)},
-                           {QStringLiteral("identity"), identity},
-                           {QStringLiteral("size"), item.size}};
+    QJsonObject line{{QStringLiteral("original"), encode(item.original)},
+                     {QStringLiteral("trashedAs"), encode(item.trashedAs)},
+                     {QStringLiteral("infoFile"), encode(item.infoFile)},
+                     {QStringLiteral("identity"), identity},
+                     {QStringLiteral("size"), item.size}};
+    if (!item.named.isEmpty() && item.named != item.original)
+        line.insert(QStringLiteral("named"), encode(item.named));
     return QJsonDocument(line).toJson(QJsonDocument::Compact) + '\n';
 }
 
@@ -121,6 +123,7 @@ std::optional<TrashedItem> readItem(const QJsonObject &line)
 {
     TrashedItem item;
     item.original = decode(line[QLatin1StringView("original")]);
+    item.named = line.contains(QLatin1StringView("named")) ? decode(line[QLatin1StringView("named")]) : item.original;
     item.trashedAs = decode(line[QLatin1StringView("trashedAs")]);
     item.infoFile = decode(line[QLatin1StringView("infoFile")]);
     const QJsonObject identity = line[QLatin1StringView("identity")].toObject();

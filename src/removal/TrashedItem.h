@@ -9,6 +9,7 @@
 
 struct TrashedItem {
     QByteArray original;   // the real place it was moved from (resolved folder + name), exact bytes
+    QByteArray named;      // the path the removal was given for it; differs from `original` behind a link
     QByteArray trashedAs;  // TRASH/files/NAME
     QByteArray infoFile;   // TRASH/info/NAME.trashinfo; empty where the platform keeps no such file
     ItemIdentity identity; // as it was right before the move

@@ -381,7 +381,7 @@ void RemovalSession::finishUndo(const RemovalJournal::UndoOutcome &outcome, bool
     QByteArrayList back;
     qint64 bytes = 0;
     for (const TrashedItem &item : outcome.restored) {
-        back.append(item.original);
+        back.append(item.named.isEmpty() ? item.original : item.named);
         bytes += item.size;
     }
     assign(m_sessionTrashed, std::max<qint64>(m_sessionTrashed - bytes, 0), &RemovalSession::sessionTrashedChanged);

@@ -227,6 +227,7 @@ private slots:
 
         RemovalJournal::Writer writer = journal().begin();
         TrashedItem item{m_root + "/a\n\xff",
+                         m_root + "/a\n\xff",
                          m_root + "/t/files/a",
                          m_root + "/t/info/a.trashinfo",
                          {~quint64(0), ~quint64(0) - 1, S_IFREG, 3, 4, 5},
