@@ -2,10 +2,10 @@
 
 #include "Removal.h"
 #include "TrashDirectorySizes.h"
+#include "core/FdIo.h"
 #include "core/Paths.h"
 #include "core/Platform.h"
 #include "core/RealPlace.h"
-#include "core/WriteAll.h"
 #include "core/Xdg.h"
 
 #include <QDateTime>
@@ -239,7 +239,7 @@ FreedesktopTrash::Outcome FreedesktopTrash::moveToTrash(const RealPlace &place, 
             ::unlink(info.constData());
             continue;
         }
-        if (!writeAll(fd, content)) {
+        if (!FdIo::writeAll(fd, content)) {
             outcome.error = errno ? errno : EIO;
             ::close(fd);
             ::unlink(info.constData());

@@ -4,10 +4,10 @@
 #include "FolderDescriptor.h"
 #include "FreedesktopTrash.h"
 #include "TrashDirectorySizes.h"
+#include "core/FdIo.h"
 #include "core/Paths.h"
 #include "core/Platform.h"
 #include "core/RealPlace.h"
-#include "core/WriteAll.h"
 #include "core/Xdg.h"
 
 #include <QCoreApplication>
@@ -58,25 +58,6 @@ int makeFolders(const QByteArray &path)
     if (::mkdir(path.constData(), privateDir) != 0 && errno != EEXIST)
         return errno;
     return 0;
-}
-
-QByteArray readAt(int dirFd, const char *name)
-{
-    QByteArray content;
-    const int fd = ::openat(dirFd, name, O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
-    if (fd < 0)
-        return content;
-    char buffer[16384];
-    ssize_t n;
-    while ((n = ::read(fd, buffer, sizeof buffer)) != 0) {
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n < 0)
-            break;
-        content.append(buffer, n);
-    }
-    ::close(fd);
-    return content;
 }
 
 // The place a trash path really names, so that undo can walk to it without
@@ -146,7 +127,7 @@ std::optional<RemovalJournal::Entry> readEntry(const QByteArray &folder, const Q
 {
     RemovalJournal::Entry entry;
     entry.file = Paths::join(folder, name);
-    const QByteArray content = readAt(folderFd, name.constData());
+    const QByteArray content = FdIo::readAt(folderFd, name.constData());
     bool first = true;
     for (const QByteArray &text : content.split('\n')) {
         const QJsonObject line = QJsonDocument::fromJson(text).object();
@@ -185,7 +166,7 @@ int rewrite(const QByteArray &file, const QDateTime &date, const QList<TrashedIt
         ::openat(folder.fd(), temporary.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
     if (fd < 0)
         return errno;
-    int error = writeAll(fd, content) ? 0 : (errno ? errno : EIO);
+    int error = FdIo::writeAll(fd, content) ? 0 : (errno ? errno : EIO);
     if (::close(fd) != 0 && !error)
         error = errno;
     if (!error && ::renameat(folder.fd(), temporary.constData(), folder.fd(), name.constData()) != 0)
@@ -322,7 +303,7 @@ bool RemovalJournal::Writer::open()
             continue;
         if (fd < 0)
             return false;
-        if (!writeAll(fd, headerLine(m_date))) {
+        if (!FdIo::writeAll(fd, headerLine(m_date))) {
             ::close(fd);
             ::unlinkat(folder.fd(), name.constData(), 0);
             return false;
@@ -341,7 +322,7 @@ bool RemovalJournal::Writer::add(const TrashedItem &item)
     TrashedItem recorded = item;
     recorded.trashedAs = resolved(item.trashedAs);
     recorded.infoFile = resolved(item.infoFile);
-    return writeAll(m_fd, itemLine(recorded));
+    return FdIo::writeAll(m_fd, itemLine(recorded));
 }
 
 RemovalJournal::Writer RemovalJournal::begin() const

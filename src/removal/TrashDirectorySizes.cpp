@@ -1,7 +1,7 @@
 #include "TrashDirectorySizes.h"
 
 #include "FolderDescriptor.h"
-#include "core/WriteAll.h"
+#include "core/FdIo.h"
 
 #include <QRandomGenerator>
 
@@ -31,29 +31,6 @@ bool readNumber(QByteArrayView text, qint64 &value)
     return true;
 }
 
-QByteArray readAt(int dirFd, const char *name, int &error)
-{
-    QByteArray content;
-    const int fd = ::openat(dirFd, name, O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
-    if (fd < 0) {
-        error = errno;
-        return content;
-    }
-    char buffer[16384];
-    ssize_t n;
-    while ((n = ::read(fd, buffer, sizeof buffer)) != 0) {
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n < 0) {
-            error = errno;
-            break;
-        }
-        content.append(buffer, n);
-    }
-    ::close(fd);
-    return content;
-}
-
 // Rewrites the file with what `change` makes of its lines, under the trash
 // folder's lock. Lines whose files/NAME is gone are dropped on the way.
 int update(const QByteArray &trash, const std::function<void(QList<TrashDirectorySizes::Line> &)> &change)
@@ -66,7 +43,7 @@ int update(const QByteArray &trash, const std::function<void(QList<TrashDirector
             return errno;
     }
     int error = 0;
-    const QByteArray before = readAt(folder.fd(), fileName, error);
+    const QByteArray before = FdIo::readAt(folder.fd(), fileName, &error);
     if (error && error != ENOENT)
         return error;
     QList<TrashDirectorySizes::Line> lines = TrashDirectorySizes::parse(before);
@@ -93,7 +70,7 @@ int update(const QByteArray &trash, const std::function<void(QList<TrashDirector
     }
     if (fd < 0)
         return EEXIST;
-    const bool written = writeAll(fd, after);
+    const bool written = FdIo::writeAll(fd, after);
     error = written ? 0 : (errno ? errno : EIO);
     if (::close(fd) != 0 && !error)
         error = errno;
@@ -151,7 +128,7 @@ QList<TrashDirectorySizes::Line> TrashDirectorySizes::read(const QByteArray &tra
 {
     const FolderDescriptor folder = FolderDescriptor::resolved(trash);
     int error = 0;
-    return folder.isValid() ? parse(readAt(folder.fd(), fileName, error)) : QList<Line>();
+    return folder.isValid() ? parse(FdIo::readAt(folder.fd(), fileName, &error)) : QList<Line>();
 }
 
 int TrashDirectorySizes::put(const QByteArray &trash, const Line &line)
