@@ -1,8 +1,8 @@
 import QtQuick
 import Sorvel.Ui
 
-// The root volume's free space: a small bar of the used share (magma from 90 %
-// full) and "{free} free"; the help gives the whole story.
+// The root volume's free space: a small gauge of the used share (warm from
+// 90 % full) and "{free} free"; the help gives the whole story.
 Rectangle {
     id: chip
 
@@ -25,12 +25,12 @@ Rectangle {
         anchors.centerIn: parent
         spacing: 8
 
-        MoltenBar {
+        LiquidGauge {
+            id: gauge
             anchors.verticalCenter: parent.verticalCenter
             width: 16
-            height: 6
+            height: 16
             fraction: Shell.usedFraction
-            tint: Shell.usedFraction >= 0.9 ? Look.magma : undefined
         }
         Text {
             anchors.verticalCenter: parent.verticalCenter
@@ -43,6 +43,7 @@ Rectangle {
 
     HoverHandler {
         id: hover
+        onHoveredChanged: if (hovered) gauge.stir()
     }
     SorvelToolTip {
         visible: hover.hovered

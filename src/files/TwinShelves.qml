@@ -80,20 +80,10 @@ Item {
             anchors.horizontalCenter: parent.horizontalCenter
             size: 28
         }
-        Rectangle {
+        MoltenProgress {
             width: parent.width
-            height: 6
-            radius: 3
-            color: Look.well
-            Accessible.role: Accessible.ProgressBar
+            value: twins.progress
             Accessible.name: qsTr("Comparing files")
-
-            Rectangle {
-                width: parent.width * Math.max(0, Math.min(1, twins.progress))
-                height: parent.height
-                radius: 3
-                color: Look.accent
-            }
         }
         Text {
             width: parent.width

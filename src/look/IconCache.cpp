@@ -1,11 +1,15 @@
 #include "IconCache.h"
 
+#include "Palette.h"
+#include "Stain.h"
 #include "Symbols.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QIcon>
 #include <QMimeDatabase>
+#include <QPainter>
+#include <QRadialGradient>
 
 #include <sys/stat.h>
 
@@ -53,6 +57,15 @@ QUrl IconCache::source(const QByteArray &path)
                 QString::fromLatin1(path.toBase64(QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals)));
     return url;
 }
+
+QUrl IconCache::stainedSource(const QByteArray &path, int seed)
+{
+    QUrl url = source(path);
+    url.setPath(QStringLiteral("/stained/%1").arg(seed) + url.path());
+    return url;
+}
+
+QUrl IconCache::glowSource() { return QUrl(QStringLiteral("image://fileicon/glow")); }
 
 QStringList IconCache::iconNames(const QByteArray &path)
 {
@@ -104,14 +117,59 @@ QPixmap IconCache::pixmap(const QByteArray &path, int extent)
     return pixmap;
 }
 
+QPixmap IconCache::stained(const QByteArray &path, int extent, int seed)
+{
+    const QByteArray key = "stained:" + QByteArray::number(seed) + ':' + QByteArray::number(extent) + ':' + path;
+    if (const QPixmap *cached = m_cache.object(key))
+        return *cached;
+    const QPixmap result = QPixmap::fromImage(Stain::applied(pixmap(path, extent).toImage(), seed));
+    m_cache.insert(key, new QPixmap(result));
+    return result;
+}
+
+namespace {
+
+QPixmap glow(int extent)
+{
+    QImage image(extent, extent, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QRadialGradient gradient(QPointF(extent / 2.0, extent / 2.0), extent / 2.0);
+    QColor honey = Palette::honey.color();
+    gradient.setColorAt(0, honey);
+    honey.setAlphaF(0.55f);
+    gradient.setColorAt(0.45, honey);
+    honey.setAlphaF(0);
+    gradient.setColorAt(1, honey);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(gradient);
+    painter.drawEllipse(image.rect());
+    return QPixmap::fromImage(image);
+}
+
+} // namespace
+
 QPixmap IconCache::requestPixmap(const QString &id, QSize *size, const QSize &requestedSize)
 {
-    const QByteArray path =
-        QByteArray::fromBase64(id.toLatin1(), QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals);
     int extent = qMax(requestedSize.width(), requestedSize.height());
     if (extent <= 0)
         extent = 32;
-    const QPixmap result = pixmap(path, extent);
+    QPixmap result;
+    if (id == QStringLiteral("glow")) {
+        result = glow(extent);
+    } else if (id.startsWith(QStringLiteral("stained/"))) {
+        // stained/<seed>/<path in base64url>
+        const int slash = id.indexOf(QLatin1Char('/'), 8);
+        const int seed = id.mid(8, slash - 8).toInt();
+        const QByteArray path = QByteArray::fromBase64(id.mid(slash + 1).toLatin1(),
+                                                       QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals);
+        result = stained(path, extent, seed);
+    } else {
+        const QByteArray path =
+            QByteArray::fromBase64(id.toLatin1(), QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals);
+        result = pixmap(path, extent);
+    }
     if (size)
         *size = result.size();
     return result;

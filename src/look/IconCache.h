@@ -22,11 +22,16 @@ public:
     IconCache();
 
     static QUrl source(const QByteArray &path);
+    // The icon stained with the grime of `seed`: image://fileicon/stained/<seed>/<path>.
+    static QUrl stainedSource(const QByteArray &path, int seed);
+    // A soft round glow in honey, opaque in the middle: image://fileicon/glow.
+    static QUrl glowSource();
     // The theme icon names tried for a path, most specific first.
     static QStringList iconNames(const QByteArray &path);
 
     QPixmap requestPixmap(const QString &id, QSize *size, const QSize &requestedSize) override;
     QPixmap pixmap(const QByteArray &path, int extent);
+    QPixmap stained(const QByteArray &path, int extent, int seed);
 
     // How many icons were looked up rather than served from the cache.
     int lookups() const { return m_lookups; }

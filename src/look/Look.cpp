@@ -57,6 +57,13 @@ QUrl Look::symbol(const QString &name, const QColor &color) const { return Symbo
 
 QUrl Look::fileIcon(const QString &pathText) const { return IconCache::source(Paths::fromText(pathText)); }
 
+QUrl Look::stainedIcon(const QString &pathText, int seed) const
+{
+    return IconCache::stainedSource(Paths::fromText(pathText), seed);
+}
+
+QUrl Look::honeyGlow() const { return IconCache::glowSource(); }
+
 QColor Look::withAlpha(const QColor &color, double alpha) const
 {
     QColor c = color;

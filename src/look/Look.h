@@ -67,6 +67,7 @@ class Look : public QObject
     Q_PROPERTY(QVariantList modal READ modal CONSTANT)
     Q_PROPERTY(QVariantList indicator READ indicator CONSTANT)
     Q_PROPERTY(QVariantList evaporate READ evaporate CONSTANT)
+    Q_PROPERTY(QVariantList closing READ closing CONSTANT)
 
 public:
     // Also installs the symbol and file-icon image providers on the engine, so
@@ -112,6 +113,7 @@ public:
     QVariantList modal() const { return curve(Motion::modal); }
     QVariantList indicator() const { return curve(Motion::indicator); }
     QVariantList evaporate() const { return curve(Motion::evaporate); }
+    QVariantList closing() const { return curve(Motion::closing); }
 
     // The standard curve (0.23, 1), (0.32, 1) at a duration of its own.
     Q_INVOKABLE QVariantList standard(int milliseconds) const;
@@ -119,6 +121,10 @@ public:
     Q_INVOKABLE QUrl symbol(const QString &name, const QColor &color) const;
     // The file icon of a path given in its lossless text form (Paths::toText).
     Q_INVOKABLE QUrl fileIcon(const QString &pathText) const;
+    // The same icon stained with the grime of `seed` (see Stain).
+    Q_INVOKABLE QUrl stainedIcon(const QString &pathText, int seed) const;
+    // A soft honey glow, for the icons that swell.
+    Q_INVOKABLE QUrl honeyGlow() const;
     Q_INVOKABLE QColor withAlpha(const QColor &color, double alpha) const;
 
     static void installImageProviders(QQmlEngine *engine);

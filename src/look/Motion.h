@@ -24,4 +24,9 @@ inline constexpr Curve hover{0.23, 1, 0.32, 1, 0.16};
 inline constexpr Curve modal{0.23, 1, 0.32, 1, 0.26};
 inline constexpr Curve indicator{0.77, 0, 0.175, 1, 0.25};
 inline constexpr Curve evaporate{0.3, 0, 0.6, 1, 1.0};
+// The last step of a removal: the rows it took leave and the rest close up.
+inline constexpr Curve closing{0.77, 0, 0.175, 1, 0.28};
+
+// The standard curve at a duration of its own.
+constexpr Curve standard(double seconds) { return {0.23, 1, 0.32, 1, seconds}; }
 } // namespace Motion

@@ -51,32 +51,12 @@ Item {
     }
 
     implicitHeight: 48
-    opacity: logic.vanishing ? 0.35 : 1
-    Behavior on opacity { Movement { curve: Look.evaporate } }
 
     Accessible.role: Accessible.ListItem
     Accessible.name: logic.name
     Accessible.description: logic.accessibleLabel
     Accessible.onPressAction: logic.toggle()
 
-    Rectangle {
-        anchors.fill: parent
-        radius: 10
-        color: hover.hovered ? Look.surface : "transparent"
-        // The row's weight among its list, as a faint bar behind it.
-        Rectangle {
-            width: parent.width * Math.max(0, Math.min(1, row.weight))
-            height: parent.height
-            radius: Math.min(10, width / 2)
-            color: Look.sorvelSubtle
-            opacity: 0.5
-        }
-        FocusRing {
-            shown: row.current
-            baseRadius: parent.radius
-            offset: -1
-        }
-    }
     HoverHandler {
         id: hover
     }
@@ -97,125 +77,151 @@ Item {
         text: logic.helpText
     }
 
-    SorvelCheck {
-        id: tick
-        x: 8
-        anchors.verticalCenter: parent.verticalCenter
-        checked: logic.selectedItself
-        inherited: logic.loaded && !logic.selectedItself
-        opacity: row.disabled ? 0.55 : 1
-        enabled: !row.disabled
-        // The row takes Space itself.
-        focusPolicy: Qt.NoFocus
-        Accessible.name: logic.name
-        onClicked: logic.toggle()
-    }
-    Item {
-        id: icon
-        anchors.left: tick.right
-        anchors.leftMargin: 10
-        anchors.verticalCenter: parent.verticalCenter
-        width: 26
-        height: 26
-        SymbolIcon {
-            visible: row.symbol.length > 0 || logic.isJunk
-            anchors.centerIn: parent
-            name: row.symbol.length > 0 ? row.symbol : "sparkles"
-            size: 20
-            color: Look.accent
-        }
-        FileIconView {
-            visible: row.symbol.length === 0 && !logic.isJunk
-            anchors.centerIn: parent
-            path: logic.iconPath
-            size: 26
-        }
-    }
-    Column {
-        anchors.left: icon.right
-        anchors.leftMargin: 10
-        anchors.right: trailing.left
-        anchors.rightMargin: 8
-        anchors.verticalCenter: parent.verticalCenter
-        Text {
-            width: parent.width
-            text: logic.name
-            elide: Text.ElideMiddle
-            font.pixelSize: 13
-            color: Look.ink
-        }
-        Text {
-            visible: row.subtitle.length > 0
-            width: parent.width
-            text: row.subtitle
-            elide: Text.ElideRight
-            font.pixelSize: 11
-            color: Look.ink3
-        }
-    }
-    Row {
-        id: trailing
-        anchors.right: parent.right
-        anchors.rightMargin: 8
-        anchors.verticalCenter: parent.verticalCenter
-        spacing: 8
+    // While a removal takes it, the row evaporates.
+    EvaporateTrigger {
+        anchors.fill: parent
+        isVanishing: logic.vanishing
+        seed: logic.seed
 
+        Rectangle {
+            anchors.fill: parent
+            radius: 10
+            color: hover.hovered ? Look.surface : "transparent"
+            // The row's weight among its list, as a faint bar behind it.
+            Rectangle {
+                width: parent.width * Math.max(0, Math.min(1, row.weight))
+                height: parent.height
+                radius: Math.min(10, width / 2)
+                color: Look.sorvelSubtle
+                opacity: 0.5
+            }
+            FocusRing {
+                shown: row.current
+                baseRadius: parent.radius
+                offset: -1
+            }
+        }
+        SorvelCheck {
+            id: tick
+            x: 8
+            anchors.verticalCenter: parent.verticalCenter
+            checked: logic.selectedItself
+            inherited: logic.loaded && !logic.selectedItself
+            opacity: row.disabled ? 0.55 : 1
+            enabled: !row.disabled
+            // The row takes Space itself.
+            focusPolicy: Qt.NoFocus
+            Accessible.name: logic.name
+            onClicked: logic.toggle()
+        }
+        Item {
+            id: icon
+            anchors.left: tick.right
+            anchors.leftMargin: 10
+            anchors.verticalCenter: parent.verticalCenter
+            width: 26
+            height: 26
+            SymbolIcon {
+                visible: row.symbol.length > 0 || logic.isJunk
+                anchors.centerIn: parent
+                name: row.symbol.length > 0 ? row.symbol : "sparkles"
+                size: 20
+                color: Look.accent
+            }
+            FileIconView {
+                visible: row.symbol.length === 0 && !logic.isJunk
+                anchors.centerIn: parent
+                path: logic.iconPath
+                size: 26
+            }
+        }
+        Column {
+            anchors.left: icon.right
+            anchors.leftMargin: 10
+            anchors.right: trailing.left
+            anchors.rightMargin: 8
+            anchors.verticalCenter: parent.verticalCenter
+            Text {
+                width: parent.width
+                text: logic.name
+                elide: Text.ElideMiddle
+                font.pixelSize: 13
+                color: Look.ink
+            }
+            Text {
+                visible: row.subtitle.length > 0
+                width: parent.width
+                text: row.subtitle
+                elide: Text.ElideRight
+                font.pixelSize: 11
+                color: Look.ink3
+            }
+        }
         Row {
-            visible: hover.hovered
-            spacing: 2
-            SorvelButton {
-                visible: row.canPreview
-                kind: SorvelButtonStyle.Ghost
-                size: SorvelButtonStyle.Small
-                symbol: "eye"
-                focusPolicy: Qt.NoFocus
-                toolTip: qsTr("Quick Look (or double-click)")
-                onClicked: row.preview()
+            id: trailing
+            anchors.right: parent.right
+            anchors.rightMargin: 8
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 8
+
+            Row {
+                visible: hover.hovered
+                spacing: 2
+                SorvelButton {
+                    visible: row.canPreview
+                    kind: SorvelButtonStyle.Ghost
+                    size: SorvelButtonStyle.Small
+                    symbol: "eye"
+                    focusPolicy: Qt.NoFocus
+                    toolTip: qsTr("Quick Look (or double-click)")
+                    onClicked: row.preview()
+                }
+                SorvelButton {
+                    visible: row.canOpen
+                    kind: SorvelButtonStyle.Ghost
+                    size: SorvelButtonStyle.Small
+                    symbol: "chevron.right"
+                    focusPolicy: Qt.NoFocus
+                    toolTip: qsTr("Open folder (or double-click)")
+                    onClicked: row.open()
+                }
             }
             SorvelButton {
-                visible: row.canOpen
+                visible: row.expanded >= 0
                 kind: SorvelButtonStyle.Ghost
                 size: SorvelButtonStyle.Small
-                symbol: "chevron.right"
-                focusPolicy: Qt.NoFocus
-                toolTip: qsTr("Open folder (or double-click)")
-                onClicked: row.open()
+                symbol: row.expanded === 1 ? "chevron.down" : "chevron.right"
+                text: row.expanded === 1 ? qsTr("Hide items") : ""
+                toolTip: row.expanded === 1 ? qsTr("Hide what's inside") : qsTr("See exactly what would be removed")
+                onClicked: row.disclose()
             }
-        }
-        SorvelButton {
-            visible: row.expanded >= 0
-            kind: SorvelButtonStyle.Ghost
-            size: SorvelButtonStyle.Small
-            symbol: row.expanded === 1 ? "chevron.down" : "chevron.right"
-            text: row.expanded === 1 ? qsTr("Hide items") : ""
-            toolTip: row.expanded === 1 ? qsTr("Hide what's inside") : qsTr("See exactly what would be removed")
-            onClicked: row.disclose()
-        }
-        Badge {
-            visible: row.badge.length > 0
-            anchors.verticalCenter: parent.verticalCenter
-            text: row.badge
-        }
-        Badge {
-            visible: row.showsRisk && logic.safeBadge
-            anchors.verticalCenter: parent.verticalCenter
-            symbol: "sparkles"
-            tint: Look.accent
-            text: qsTr("Safe to sorvelise")
-        }
-        RiskBadge {
-            visible: row.showsRisk && !logic.safeBadge && level !== 1 && title.length > 0
-            anchors.verticalCenter: parent.verticalCenter
-            level: logic.riskLevel
-            title: logic.riskTitle
-        }
-        Text {
-            anchors.verticalCenter: parent.verticalCenter
-            text: logic.sizeText
-            font.pixelSize: 12
-            color: Look.ink2
+            Badge {
+                visible: row.badge.length > 0
+                anchors.verticalCenter: parent.verticalCenter
+                text: row.badge
+            }
+            Badge {
+                visible: row.showsRisk && logic.safeBadge
+                anchors.verticalCenter: parent.verticalCenter
+                symbol: "sparkles"
+                tint: Look.accent
+                text: qsTr("Safe to sorvelise")
+            }
+            RiskBadge {
+                visible: row.showsRisk && !logic.safeBadge && level !== 1 && title.length > 0
+                anchors.verticalCenter: parent.verticalCenter
+                level: logic.riskLevel
+                title: logic.riskTitle
+            }
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                text: logic.sizeText
+                font.pixelSize: 12
+                color: Look.ink2
+            }
         }
     }
+
 
     // The context menu, made on the first right click: long lists hold many rows.
     Loader {

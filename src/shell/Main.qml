@@ -13,6 +13,7 @@ ApplicationWindow {
     title: qsTr("Sorvel Cleaner")
     color: Look.canvas
     flags: Shell.customTitleBar ? Qt.Window | Qt.FramelessWindowHint : Qt.Window
+    background: SorvelBackdrop {}
 
     RootView {
         id: root
