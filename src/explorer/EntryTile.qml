@@ -74,98 +74,6 @@ Item {
                 && tile.space.keyPress(tile.index, event.key, event.modifiers, tile.columns);
     }
 
-    // While a removal takes it: blur-free fallback of the evaporation, rising
-    // and fading.
-    opacity: vanishing ? 0 : 1
-    transform: Translate {
-        y: tile.vanishing ? -18 : 0
-        Behavior on y { Movement { curve: Look.evaporate; essential: true } }
-    }
-    Behavior on opacity { Movement { curve: Look.evaporate; essential: true } }
-
-    Rectangle {
-        id: back
-
-        anchors.fill: parent
-        radius: tile.listLayout ? 14 : 26
-        color: tile.includes ? Look.sorvelSubtle : tile.hovering ? Look.glass : "transparent"
-        border.width: tile.includes ? 1 : 0
-        border.color: Look.withAlpha(Look.accent, 0.6)
-        Behavior on color { ColorMovement { curve: Look.standard(180) } }
-
-        FocusRing {
-            shown: tile.activeFocus
-            baseRadius: back.radius
-            offset: -1
-        }
-
-        Rectangle {
-            visible: tile.includes
-            x: 0
-            anchors.verticalCenter: parent.verticalCenter
-            width: 3
-            height: 22
-            radius: 1.5
-            color: Look.accent
-        }
-    }
-
-    // The icon with its condition: grime wears a stain of sparkles, the
-    // heaviest swell and glow in honey.
-    component ConditionedIcon: Item {
-        id: conditioned
-
-        property real size: 64
-        property string path
-        property string condition
-        property bool dim: false
-        property bool unreadable: false
-
-        width: size
-        height: size
-
-        Rectangle {
-            anchors.centerIn: parent
-            visible: conditioned.condition === "bloated"
-            width: conditioned.size * 1.05
-            height: width
-            radius: width / 2
-            color: Look.withAlpha(Look.honey, 0.16)
-        }
-        FileIconView {
-            anchors.centerIn: parent
-            path: conditioned.path
-            size: conditioned.condition === "bloated" ? conditioned.size * 1.08 : conditioned.size
-            opacity: conditioned.dim ? 0.5 : conditioned.unreadable ? 0.4 : 1
-        }
-        // What couldn't be read wears a lock.
-        Rectangle {
-            visible: conditioned.unreadable
-            anchors.right: parent.right
-            anchors.bottom: parent.bottom
-            width: Math.max(14, conditioned.size * 0.38)
-            height: width
-            radius: width / 2
-            color: Look.raised
-            border.width: 1
-            border.color: Look.withAlpha(Look.ember, 0.6)
-            SymbolIcon {
-                anchors.centerIn: parent
-                name: "lock.fill"
-                size: parent.width * 0.5
-                color: Look.ember
-            }
-        }
-        SymbolIcon {
-            visible: conditioned.condition === "stained"
-            anchors.right: parent.right
-            anchors.bottom: parent.bottom
-            name: "sparkles"
-            size: Math.max(10, conditioned.size * 0.28)
-            color: Look.accent
-        }
-    }
-
     // The components below use the ids of this file, as Qt 6.4 allows; its linter
     // accepts that only under "pragma ComponentBehavior: Bound", with which 6.4
     // refuses the components a Loader or a view creates.
@@ -224,170 +132,207 @@ Item {
         }
     }
 
-    // -- Icons ----------------------------------------------------------------
-    Item {
+    // While a removal takes it, the tile evaporates.
+    EvaporateTrigger {
         anchors.fill: parent
-        visible: !tile.listLayout
+        isVanishing: tile.vanishing
+        tileSeed: tile.seed
 
-        ConditionedIcon {
-            y: 12
-            anchors.horizontalCenter: parent.horizontalCenter
-            path: tile.iconPath
-            condition: tile.condition
-            dim: tile.isPlaceholder && tile.waiting
-            unreadable: tile.unreadable
-        }
-        Column {
-            visible: !tile.isPlaceholder
-            y: 84
-            width: parent.width - 16
-            anchors.horizontalCenter: parent.horizontalCenter
-            spacing: 2
-            Text {
-                width: parent.width
-                horizontalAlignment: Text.AlignHCenter
-                text: tile.name
-                elide: Text.ElideMiddle
-                font.pixelSize: 12
-                font.weight: Font.Medium
-                color: Look.ink
-            }
-            SizeLine {
-                anchors.horizontalCenter: parent.horizontalCenter
-            }
-        }
-        Column {
-            visible: tile.isPlaceholder
-            y: 90
-            anchors.horizontalCenter: parent.horizontalCenter
-            spacing: 6
-            Bar {
-                width: 80 * tile.barFactor
-                anchors.horizontalCenter: parent.horizontalCenter
-            }
-            Bar {
-                width: 34
-                height: 6
-                anchors.horizontalCenter: parent.horizontalCenter
-            }
-        }
-        Loader {
-            active: !tile.isPlaceholder
-            x: parent.width - width - 10
-            y: 10
-            sourceComponent: tile.locked ? lockMark : selectCircle
-        }
-        RiskMark {
-            visible: !tile.isPlaceholder && (tile.riskLevel === "caution" || tile.riskLevel === "danger")
-            x: 12
-            y: 11
-            level: tile.riskLevel
-            help: tile.riskHelp
-        }
-    }
+        Rectangle {
+            id: back
 
-    // -- List -----------------------------------------------------------------
-    Item {
-        anchors.fill: parent
-        anchors.leftMargin: 12
-        anchors.rightMargin: 12
-        visible: tile.listLayout
+            anchors.fill: parent
+            radius: tile.listLayout ? 14 : 26
+            color: tile.includes ? Look.sorvelSubtle : tile.hovering ? Look.glass : "transparent"
+            border.width: tile.includes ? 1 : 0
+            border.color: Look.withAlpha(Look.accent, 0.6)
+            Behavior on color { ColorMovement { curve: Look.standard(180) } }
 
-        Loader {
-            id: listMark
-            active: !tile.isPlaceholder
-            width: 20
-            anchors.verticalCenter: parent.verticalCenter
-            sourceComponent: tile.locked ? lockMark : selectCircle
+            FocusRing {
+                shown: tile.activeFocus
+                baseRadius: back.radius
+                offset: -1
+            }
+
+            Rectangle {
+                visible: tile.includes
+                x: 0
+                anchors.verticalCenter: parent.verticalCenter
+                width: 3
+                height: 22
+                radius: 1.5
+                color: Look.accent
+            }
         }
-        ConditionedIcon {
-            id: listIcon
-            x: 30
-            size: 28
-            anchors.verticalCenter: parent.verticalCenter
-            path: tile.iconPath
-            condition: tile.condition
-            dim: tile.isPlaceholder && tile.waiting
-            unreadable: tile.unreadable
-        }
-        Column {
-            anchors.left: listIcon.right
-            anchors.leftMargin: 10
-            anchors.right: listBar.left
-            anchors.rightMargin: 12
-            anchors.verticalCenter: parent.verticalCenter
-            spacing: 2
-            visible: !tile.isPlaceholder
-            Row {
-                spacing: 6
-                width: parent.width
+
+        // -- Icons ----------------------------------------------------------------
+        Item {
+            anchors.fill: parent
+            visible: !tile.listLayout
+
+            ConditionedIcon {
+                y: 12
+                anchors.horizontalCenter: parent.horizontalCenter
+                path: tile.iconPath
+                condition: tile.condition
+                seed: tile.seed
+                dim: tile.isPlaceholder && tile.waiting
+                unreadable: tile.unreadable
+            }
+            Column {
+                visible: !tile.isPlaceholder
+                y: 84
+                width: parent.width - 16
+                anchors.horizontalCenter: parent.horizontalCenter
+                spacing: 2
                 Text {
-                    width: Math.min(implicitWidth, parent.width - 120)
+                    width: parent.width
+                    horizontalAlignment: Text.AlignHCenter
                     text: tile.name
                     elide: Text.ElideMiddle
-                    font.pixelSize: 13
+                    font.pixelSize: 12
                     font.weight: Font.Medium
                     color: Look.ink
                 }
-                RiskBadge {
-                    visible: tile.artifactKind.length === 0 && tile.riskTitle.length > 0
-                             && tile.riskLevel !== "normal"
-                    anchors.verticalCenter: parent.verticalCenter
-                    level: ({ safe: 0, normal: 1, caution: 2, danger: 3, locked: 4 })[tile.riskLevel] ?? -1
-                    title: tile.riskTitle
-                }
-                Badge {
-                    visible: tile.artifactKind.length > 0
-                    anchors.verticalCenter: parent.verticalCenter
-                    text: tile.artifactKind
-                    tint: Look.accent
+                SizeLine {
+                    anchors.horizontalCenter: parent.horizontalCenter
                 }
             }
-            Text {
-                width: parent.width
-                text: tile.kindLine
-                elide: Text.ElideRight
-                font.pixelSize: 11
-                color: Look.ink3
+            Column {
+                visible: tile.isPlaceholder
+                y: 90
+                anchors.horizontalCenter: parent.horizontalCenter
+                spacing: 6
+                Bar {
+                    width: 80 * tile.barFactor
+                    anchors.horizontalCenter: parent.horizontalCenter
+                }
+                Bar {
+                    width: 34
+                    height: 6
+                    anchors.horizontalCenter: parent.horizontalCenter
+                }
+            }
+            Loader {
+                active: !tile.isPlaceholder
+                x: parent.width - width - 10
+                y: 10
+                sourceComponent: tile.locked ? lockMark : selectCircle
+            }
+            RiskMark {
+                visible: !tile.isPlaceholder && (tile.riskLevel === "caution" || tile.riskLevel === "danger")
+                x: 12
+                y: 11
+                level: tile.riskLevel
+                help: tile.riskHelp
             }
         }
-        Column {
-            visible: tile.isPlaceholder
-            anchors.left: listIcon.right
-            anchors.leftMargin: 10
-            anchors.verticalCenter: parent.verticalCenter
-            spacing: 6
-            Bar { width: 220 * tile.barFactor }
-            Bar { width: 70; height: 6 }
-        }
-        MoltenBar {
-            id: listBar
-            visible: !tile.isPlaceholder
-            anchors.right: sizeColumn.left
+
+        // -- List -----------------------------------------------------------------
+        Item {
+            anchors.fill: parent
+            anchors.leftMargin: 12
             anchors.rightMargin: 12
-            anchors.verticalCenter: parent.verticalCenter
-            width: 110
-            fraction: tile.weight
-            tint: tile.bloated ? Look.honey : Look.withAlpha(Look.ink2, 0.45)
+            visible: tile.listLayout
+
+            Loader {
+                id: listMark
+                active: !tile.isPlaceholder
+                width: 20
+                anchors.verticalCenter: parent.verticalCenter
+                sourceComponent: tile.locked ? lockMark : selectCircle
+            }
+            ConditionedIcon {
+                id: listIcon
+                x: 30
+                size: 28
+                anchors.verticalCenter: parent.verticalCenter
+                path: tile.iconPath
+                condition: tile.condition
+                seed: tile.seed
+                dim: tile.isPlaceholder && tile.waiting
+                unreadable: tile.unreadable
+            }
+            Column {
+                anchors.left: listIcon.right
+                anchors.leftMargin: 10
+                anchors.right: listBar.left
+                anchors.rightMargin: 12
+                anchors.verticalCenter: parent.verticalCenter
+                spacing: 2
+                visible: !tile.isPlaceholder
+                Row {
+                    spacing: 6
+                    width: parent.width
+                    Text {
+                        width: Math.min(implicitWidth, parent.width - 120)
+                        text: tile.name
+                        elide: Text.ElideMiddle
+                        font.pixelSize: 13
+                        font.weight: Font.Medium
+                        color: Look.ink
+                    }
+                    RiskBadge {
+                        visible: tile.artifactKind.length === 0 && tile.riskTitle.length > 0
+                                 && tile.riskLevel !== "normal"
+                        anchors.verticalCenter: parent.verticalCenter
+                        level: ({ safe: 0, normal: 1, caution: 2, danger: 3, locked: 4 })[tile.riskLevel] ?? -1
+                        title: tile.riskTitle
+                    }
+                    Badge {
+                        visible: tile.artifactKind.length > 0
+                        anchors.verticalCenter: parent.verticalCenter
+                        text: tile.artifactKind
+                        tint: Look.accent
+                    }
+                }
+                Text {
+                    width: parent.width
+                    text: tile.kindLine
+                    elide: Text.ElideRight
+                    font.pixelSize: 11
+                    color: Look.ink3
+                }
+            }
+            Column {
+                visible: tile.isPlaceholder
+                anchors.left: listIcon.right
+                anchors.leftMargin: 10
+                anchors.verticalCenter: parent.verticalCenter
+                spacing: 6
+                Bar { width: 220 * tile.barFactor }
+                Bar { width: 70; height: 6 }
+            }
+            MoltenBar {
+                id: listBar
+                visible: !tile.isPlaceholder
+                anchors.right: sizeColumn.left
+                anchors.rightMargin: 12
+                anchors.verticalCenter: parent.verticalCenter
+                width: 110
+                fraction: tile.weight
+                tint: tile.bloated ? Look.honey : Look.withAlpha(Look.ink2, 0.45)
+            }
+            SizeLine {
+                id: sizeColumn
+                visible: !tile.isPlaceholder
+                anchors.right: chevron.left
+                anchors.rightMargin: 8
+                anchors.verticalCenter: parent.verticalCenter
+                width: 80
+                layoutDirection: Qt.RightToLeft
+            }
+            SymbolIcon {
+                id: chevron
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                name: "chevron.right"
+                size: 12
+                color: Look.ink3
+                opacity: tile.canOpen ? 1 : 0
+            }
         }
-        SizeLine {
-            id: sizeColumn
-            visible: !tile.isPlaceholder
-            anchors.right: chevron.left
-            anchors.rightMargin: 8
-            anchors.verticalCenter: parent.verticalCenter
-            width: 80
-            layoutDirection: Qt.RightToLeft
-        }
-        SymbolIcon {
-            id: chevron
-            anchors.right: parent.right
-            anchors.verticalCenter: parent.verticalCenter
-            name: "chevron.right"
-            size: 12
-            color: Look.ink3
-            opacity: tile.canOpen ? 1 : 0
-        }
+
     }
 
     // As SizeLine and Bar above, a component that uses the ids of this file.

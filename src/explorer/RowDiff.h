@@ -12,13 +12,21 @@
 #include <utility>
 
 struct RowDiff {
-    qsizetype same = 0;                 // leading rows that stay; the rest is replaced
-    QList<std::pair<int, int>> changed; // runs of neighbouring staying rows (first, last) to repaint
+    // Applied in this order: the `removed` runs of old rows (first, last) go,
+    // the rows left are the first `same` rows of the new list, and the new
+    // rows after them are inserted; `changed` runs among the staying rows are
+    // repainted.
+    qsizetype same = 0;
+    QList<std::pair<int, int>> removed;
+    QList<std::pair<int, int>> changed;
 
     // A row stays while its id is the same, or while a placeholder stands on
     // either side (a placeholder that gives way to an entry, or the other way
-    // round, changes in place). A staying row changed when its signature did,
-    // or always with `allChanged`.
+    // round, changes in place). Past the first difference the rows stay too
+    // when all the old rows there either keep their order or are gone, as
+    // after a removal, so the view can close the gaps; otherwise all of them
+    // are replaced. A staying row changed when its signature did, or always
+    // with `allChanged`.
     static RowDiff between(const QList<QByteArray> &oldIds, const QList<size_t> &oldSigs,
                            const QList<QByteArray> &newIds, const QList<size_t> &newSigs, bool allChanged);
 

@@ -28,6 +28,7 @@ SpaceModel::SpaceModel(QObject *parent)
     }
     m_progressTimer.setSingleShot(true);
     m_progressTimer.setInterval(100);
+    connect(&m_steamer, &SteamClean::steamedChanged, this, &SpaceModel::followRemoval);
     connect(&m_smallFiles, &SmallFileStore::listed, this, [this](const QByteArray &path) {
         refresh();
         emit smallFilesLoaded(path);
@@ -71,13 +72,16 @@ void SpaceModel::setState(AppState *state)
         m_connections << connect(state, &AppState::revisionChanged, this, &SpaceModel::onRevisionChanged);
         m_connections << connect(state->queue(), &CleanQueue::itemsChanged, this, &SpaceModel::onQueueChanged);
         m_connections << connect(state, &AppState::recentsChanged, this, &SpaceModel::recentsChanged);
-        // Until the steamer passes over them, what a removal takes fades out
-        // where it stands.
-        const auto followRemoval = [this] {
-            setVanishing(m_state->removal()->vanishingPaths() + m_state->removal()->sorvelisingIDs());
-        };
-        m_connections << connect(state->removal(), &RemovalSession::vanishingPathsChanged, this, followRemoval);
-        m_connections << connect(state->removal(), &RemovalSession::sorvelisingIDsChanged, this, followRemoval);
+        m_connections << connect(state->removal(), &RemovalSession::vanishingPathsChanged, this,
+                                 &SpaceModel::followRemoval);
+        m_connections << connect(state->removal(), &RemovalSession::sorvelisingIDsChanged, this,
+                                 &SpaceModel::followRemoval);
+        m_connections << connect(state->removal(), &RemovalSession::isDeletingChanged, this, [this] {
+            if (m_state->removal()->isDeleting())
+                emit removalStarted();
+            else
+                m_steamer.end();
+        });
         m_connections << connect(state, &AppState::folderFocusChanged, this, [this] {
             if (m_state && !m_state->folderFocus().isEmpty() && m_state->result())
                 focus(QByteArray(m_state->folderFocus()));
@@ -169,15 +173,16 @@ void SpaceModel::syncRows(bool resetAll)
         return;
     }
     // Keep the rows that stay in place, so the view keeps their delegates and
-    // its scroll position; what follows the first real change is replaced.
+    // its scroll position, and closes the gaps of rows that went.
     const RowDiff diff = RowDiff::between(m_rowIds, m_rowSigs, ids, sigs, weightsMoved);
     const qsizetype same = diff.same;
-    if (same < m_rowIds.size()) {
-        beginRemoveRows({}, int(same), int(m_rowIds.size() - 1));
-        m_rowIds.resize(same);
-        m_rowSigs.resize(same);
+    for (auto run = diff.removed.crbegin(); run != diff.removed.crend(); ++run) {
+        beginRemoveRows({}, run->first, run->second);
+        m_rowIds.remove(run->first, run->second - run->first + 1);
+        m_rowSigs.remove(run->first, run->second - run->first + 1);
         endRemoveRows();
     }
+    Q_ASSERT(m_rowIds.size() == same);
     for (qsizetype i = 0; i < same; ++i)
         m_rowIds[i] = ids[i];
     m_rowSigs = sigs.mid(0, same);
@@ -267,6 +272,42 @@ QVariant SpaceModel::data(const QModelIndex &index, int role) const
     around.waiting = m_state && m_state->isScanning();
     return TileRoles::value(*tile, role, around);
 }
+
+// What a removal takes evaporates as the steamer passes over it; with reduced
+// motion it fades where it stands, all at once.
+void SpaceModel::followRemoval()
+{
+    m_taking.clear();
+    if (m_state)
+        m_taking = m_state->removal()->vanishingPaths() + m_state->removal()->sorvelisingIDs();
+    setVanishing(m_reducedMotion ? m_taking : m_steamer.steamed());
+}
+
+void SpaceModel::setReducedMotion(bool reduced)
+{
+    if (reduced == m_reducedMotion)
+        return;
+    m_reducedMotion = reduced;
+    followRemoval();
+    emit reducedMotionChanged();
+}
+
+void SpaceModel::steamClean(double cellWidth, double cellHeight, int columns, double contentY, double width,
+                            double height)
+{
+    if (m_reducedMotion || m_steamer.cleaning())
+        return;
+    SteamClean::Grid grid;
+    grid.list = m_layout == ExplorerLayout::list;
+    grid.cellWidth = cellWidth;
+    grid.cellHeight = cellHeight;
+    grid.columns = columns;
+    grid.contentY = contentY;
+    grid.viewport = QSizeF(width, height);
+    m_steamer.start(SteamClean::targets(m_rowIds, m_taking, grid), grid.list);
+}
+
+void SpaceModel::parkSteamer(double width, double height) { m_steamer.park(QSizeF(width, height)); }
 
 void SpaceModel::setVanishing(const QSet<QByteArray> &paths)
 {

@@ -17,6 +17,7 @@
 #include "SpaceHeader.h"
 #include "SpaceNavigator.h"
 #include "SpaceView.h"
+#include "SteamClean.h"
 #include "TileMemo.h"
 #include "TileText.h"
 
@@ -78,6 +79,10 @@ class SpaceModel : public QAbstractListModel
     // The row of the tile that has (or last had) the keyboard focus; -1 for none.
     Q_PROPERTY(int focusRow READ focusRow NOTIFY focusRowChanged)
     Q_PROPERTY(double waterLevel READ waterLevel NOTIFY selectionChanged)
+    Q_PROPERTY(SteamClean *steamer READ steamer CONSTANT)
+    // Set by the view from the appearance: with reduced motion what a removal
+    // takes fades where it stands and the steamer stays home.
+    Q_PROPERTY(bool reducedMotion READ reducedMotion WRITE setReducedMotion NOTIFY reducedMotionChanged)
     Q_PROPERTY(QString discoveringTitle READ discoveringTitle NOTIFY progressChanged)
     Q_PROPERTY(QString scanPath READ scanPath NOTIFY progressChanged)
     Q_PROPERTY(QString scanBytesText READ scanBytesText NOTIFY progressChanged)
@@ -183,6 +188,16 @@ public:
     int focusRow() const { return m_focusRow; }
     void setGridFocused(bool focused);
     double waterLevel() const;
+    SteamClean *steamer() { return &m_steamer; }
+    bool reducedMotion() const { return m_reducedMotion; }
+    void setReducedMotion(bool reduced);
+    // A removal started: the steamer visits the tiles it takes that are in
+    // view, given where the view's rows lie (row height and width, columns,
+    // scroll offset, viewport size). Animation only.
+    Q_INVOKABLE void steamClean(double cellWidth, double cellHeight, int columns, double contentY, double width,
+                                double height);
+    // The grid's size changed: the steamer goes home unless it is busy.
+    Q_INVOKABLE void parkSteamer(double width, double height);
 
     QString discoveringTitle() const { return m_header.discoveringTitle(); }
     QString scanPath() const { return m_header.scanPath(); }
@@ -261,6 +276,9 @@ signals:
     void compositionChanged();
     void recentsChanged();
     void smallFilesLoaded(const QByteArray &path);
+    void reducedMotionChanged();
+    // A removal started; the view answers with steamClean().
+    void removalStarted();
     // The preview window should show this file (see FilePreview::details).
     void previewRequested(const QVariantMap &details);
 
@@ -289,6 +307,7 @@ private:
     void onResultChanged();
     void onRevisionChanged();
     void onQueueChanged();
+    void followRemoval();
 
     QPointer<AppState> m_state;
     SpaceView::Mode m_mode = SpaceView::Mode::welcome;
@@ -310,6 +329,9 @@ private:
     int m_focusRow = -1;
     SmallFileStore m_smallFiles;
     QSet<QByteArray> m_vanishing;
+    QSet<QByteArray> m_taking; // what the running removal takes, by path and by id
+    SteamClean m_steamer;
+    bool m_reducedMotion = false;
     QString m_lastFolderKey;
     Connections m_connections;
 };

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "explorer/SpaceModel.h"
+#include "explorer/SteamClean.h"
 
 #include <QAbstractItemModel>
 #include <QQmlEngine>
@@ -21,4 +22,12 @@ struct SpaceModelForeign {
     Q_GADGET
     QML_FOREIGN(SpaceModel)
     QML_NAMED_ELEMENT(SpaceModel)
+};
+
+// The steamer's run, reached through SpaceModel.steamer.
+struct SteamCleanForeign {
+    Q_GADGET
+    QML_FOREIGN(SteamClean)
+    QML_NAMED_ELEMENT(SteamClean)
+    QML_UNCREATABLE("The explorer's model owns its steamer.")
 };

@@ -16,7 +16,17 @@ FocusScope {
     SpaceModel {
         id: model
         state: AppState
+        reducedMotion: Look.reducedMotion
         onPreviewRequested: details => previewWindow.show(details)
+        onRemovalStarted: view.steamClean()
+    }
+
+    // Sends the steamer over the tiles a removal takes, given where the rows
+    // of the current layout lie.
+    function steamClean() {
+        const flick = view.listLayout ? list : grid;
+        model.steamClean(view.listLayout ? list.width : grid.cellWidth, view.listLayout ? 48 + list.spacing : grid.cellHeight,
+                         view.listLayout ? 1 : grid.columns, flick.contentY - flick.originY, flick.width, flick.height);
     }
 
     Shortcut {
@@ -237,6 +247,16 @@ FocusScope {
                 NumberAnimation { property: "scale"; from: 0.6; to: 1; duration: 260; easing.type: Easing.OutCubic }
                 NumberAnimation { property: "opacity"; from: 0; to: 1; duration: 200 }
             }
+            // The closing step of a removal: what it took leaves, the rest
+            // closes up.
+            remove: Transition {
+                enabled: !Look.reducedMotion
+                Movement { property: "opacity"; to: 0; curve: Look.closing }
+            }
+            displaced: Transition {
+                enabled: !Look.reducedMotion
+                Movement { properties: "x,y"; curve: Look.closing }
+            }
         }
 
         ListView {
@@ -273,6 +293,14 @@ FocusScope {
                 enabled: !Look.reducedMotion
                 NumberAnimation { property: "opacity"; from: 0; to: 1; duration: 200 }
             }
+            remove: Transition {
+                enabled: !Look.reducedMotion
+                Movement { property: "opacity"; to: 0; curve: Look.closing }
+            }
+            displaced: Transition {
+                enabled: !Look.reducedMotion
+                Movement { properties: "x,y"; curve: Look.closing }
+            }
         }
 
         Connections {
@@ -285,6 +313,45 @@ FocusScope {
             function onFilterChanged() {
                 grid.positionViewAtBeginning();
                 list.positionViewAtBeginning();
+            }
+        }
+
+        // The steamer stands over the grid, at home in its lower right corner
+        // until a removal sends it from tile to tile.
+        Item {
+            id: steamLayer
+
+            readonly property SteamClean run: model.steamer
+            readonly property var hop: Look.standard(420)
+            readonly property var home: Look.standard(780)
+            readonly property var glide: Look.standard(500)
+
+            anchors.fill: grid
+            onWidthChanged: model.parkSteamer(width, height)
+            onHeightChanged: model.parkSteamer(width, height)
+            Component.onCompleted: model.parkSteamer(width, height)
+
+            SteamJet {
+                anchors.fill: parent
+                from: Qt.point(steamer.centerX + steamer.nozzle.x, steamer.centerY + steamer.nozzle.y)
+                to: steamLayer.run.jetTarget
+                active: steamLayer.run.jetting
+            }
+            FlatSteamer {
+                id: steamer
+
+                property real centerX: steamLayer.run.position.x
+                property real centerY: steamLayer.run.position.y
+                readonly property var curve: steamLayer.run.motion === "hop" ? steamLayer.hop
+                                           : steamLayer.run.motion === "park" ? steamLayer.home : steamLayer.glide
+
+                x: centerX - width / 2
+                y: centerY - height / 2
+                waterLevel: model.waterLevel
+                jetting: steamLayer.run.jetting
+
+                Behavior on centerX { Movement { curve: steamer.curve } }
+                Behavior on centerY { Movement { curve: steamer.curve } }
             }
         }
 
