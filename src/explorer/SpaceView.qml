@@ -320,6 +320,7 @@ FocusScope {
         // until a removal sends it from tile to tile.
         Item {
             id: steamLayer
+            objectName: "steamLayer"
 
             readonly property SteamClean run: model.steamer
             readonly property var hop: Look.standard(420)

@@ -34,14 +34,10 @@ Item {
         // At most 30 updates a second, and only while the surface moves.
         interval: 33
         repeat: true
-        running: gauge.visible && gauge.sway > 0.02 && !Look.reducedMotion
+        running: gauge.visible && gauge.sway > 0 && !Look.reducedMotion
         onTriggered: {
             gauge.phase += 0.19;
-            gauge.sway *= 0.965;
-            liquid.requestPaint();
-        }
-        onRunningChanged: if (!running) {
-            gauge.sway = 0;
+            gauge.sway = gauge.sway > 0.03 ? gauge.sway * 0.965 : 0;
             liquid.requestPaint();
         }
     }
@@ -67,7 +63,7 @@ Item {
             ctx.clip();
 
             const surface = h - gauge.level * h;
-            const amplitude = Math.max(0.4, h * 0.06) * gauge.sway;
+            const amplitude = Look.reducedMotion ? 0 : Math.max(0.4, h * 0.06) * gauge.sway;
             const fill = ctx.createLinearGradient(0, surface, 0, h);
             fill.addColorStop(0, Effects.liquid(gauge.level, 0, Look.dark));
             fill.addColorStop(1, Effects.liquid(gauge.level, 1, Look.dark));

@@ -253,12 +253,14 @@ void RemovalSession::performDeletion(const DeletionRequest &request, bool perman
             allowed.append(item);
     }
 
-    assign(m_isDeleting, true, &RemovalSession::isDeletingChanged);
+    // What goes is known before the removal counts as started, so that what
+    // answers the start can see it.
     QSet<QByteArray> vanishing;
     for (const DeletionItem &item : allowed)
         vanishing.insert(item.path);
     assign(m_vanishingPaths, vanishing, &RemovalSession::vanishingPathsChanged);
     assign(m_sorvelisingIDs, request.queueIDs, &RemovalSession::sorvelisingIDsChanged);
+    assign(m_isDeleting, true, &RemovalSession::isDeletingChanged);
 
     QElapsedTimer started;
     started.start();

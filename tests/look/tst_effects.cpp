@@ -5,13 +5,16 @@
 
 #include "EvaporateTrigger.h"
 #include "LiquidGauge.h"
+#include "Look.h"
 #include "Stain.h"
 
+#include <QFile>
 #include <QPainter>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
+#include <QSGRendererInterface>
 
 #include <memory>
 
@@ -172,6 +175,79 @@ private Q_SLOTS:
         QTRY_VERIFY(runningMotion(root).isEmpty());
         QVERIFY(view.grabWindow().pixelColor(150, 200).lightnessF() < 0.1);
         QVERIFY2(warnings.isEmpty(), qPrintable(describe(warnings)));
+    }
+
+    // One evaporation in eight steps, on whatever renderer runs: the picture
+    // at 0 is the item as it is, ink leaves the item's frame step by step and
+    // some of it rises above it, and at 1 nothing is left. With
+    // SORVEL_SCREENSHOT_DIR set the steps are saved side by side.
+    void evaporationSteps()
+    {
+        QQuickView view;
+        view.engine()->addImportPath(QStringLiteral("qrc:/"));
+        QQmlComponent component(view.engine());
+        component.setData(R"(
+            import QtQuick
+            import Sorvel.Ui
+            Rectangle {
+                width: 8 * 140; height: 300
+                color: Look.canvas
+                Repeater {
+                    model: 8
+                    EvaporateEffect {
+                        required property int index
+                        x: 10 + index * 140; y: 160; width: 120; height: 120
+                        progress: index / 7
+                        seed: 0.4
+                        Rectangle {
+                            anchors.fill: parent; radius: 22
+                            color: Look.sorvelSubtle; border.color: Look.accent
+                            ConditionedIcon { y: 12; size: 64; anchors.horizontalCenter: parent.horizontalCenter
+                                              path: "/tmp/"; condition: "stained"; seed: 7 }
+                            Text { y: 86; anchors.horizontalCenter: parent.horizontalCenter
+                                   text: "node_modules"; color: Look.ink; font.pixelSize: 12 }
+                        }
+                    }
+                }
+            }
+        )",
+                          QUrl(QStringLiteral("qrc:/tst/Steps.qml")));
+        std::unique_ptr<QObject> created(component.create());
+        QVERIFY2(created, qPrintable(component.errorString()));
+        auto *root = qobject_cast<QQuickItem *>(created.get());
+        root->setParentItem(view.contentItem());
+        view.resize(int(root->width()), int(root->height()));
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        QTest::qWait(300);
+        const QImage shot = view.grabWindow();
+        const QByteArray dir = qgetenv("SORVEL_SCREENSHOT_DIR");
+        if (!dir.isEmpty()) {
+            const bool software = view.rendererInterface()->graphicsApi() == QSGRendererInterface::Software;
+            QVERIFY(shot.save(QFile::decodeName(dir) +
+                              QStringLiteral("/evaporation-steps%1-%2.png")
+                                  .arg(software ? QStringLiteral("-fallback") : QString(),
+                                       Look(view.engine()).dark() ? QStringLiteral("dark") : QStringLiteral("light"))));
+        }
+        const QColor ground = shot.pixelColor(2, 2);
+        const auto ink = [&](int step, int top, int bottom) {
+            int count = 0;
+            for (int y = top; y < bottom; ++y)
+                for (int x = step * 140; x < step * 140 + 140; ++x) {
+                    const QColor c = shot.pixelColor(x, y);
+                    count += std::abs(c.red() - ground.red()) + std::abs(c.green() - ground.green()) > 24;
+                }
+            return count;
+        };
+        QVERIFY(ink(0, 0, 155) == 0);
+        int rose = 0;
+        for (int step = 1; step < 8; ++step) {
+            QVERIFY2(ink(step, 160, 280) <= ink(step - 1, 160, 280), qPrintable(QString::number(step)));
+            rose += ink(step, 0, 155);
+        }
+        QVERIFY(ink(5, 160, 280) < ink(0, 160, 280) / 2);
+        QVERIFY2(rose > 0, "nothing rose above the items");
+        QCOMPARE(ink(7, 0, 300), 0);
     }
 
     // With reduced motion the evaporation is a plain fade and, once it ended,

@@ -54,7 +54,8 @@ void main()
     // Grains go as progress passes their noise; what stays thins and pales
     // towards steam.
     float grain = 0.6 * fine + 0.4 * coarse;
-    float keep = smoothstep(t * 1.25 - 0.25, t * 1.25, grain);
+    float gone = pow(t, 1.4);
+    float keep = smoothstep(gone * 1.25 - 0.25, gone * 1.25, grain);
     float thin = 1.0 - t * t;
     color.rgb = mix(color.rgb, vec3(color.a), 0.45 * t);
     fragColor = color * (keep * thin * qt_Opacity);
