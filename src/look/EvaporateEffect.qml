@@ -20,7 +20,7 @@ Item {
                                    && GraphicsInfo.api !== GraphicsInfo.Unknown
     readonly property bool active: progress > Effects.threshold
     // How far the picture may lift, and the room at each side for its wavering.
-    readonly property real rise: Math.max(40, height * 1.2)
+    readonly property real rise: Math.max(40, height * 0.8)
     readonly property real side: 12
 
     Item {
@@ -43,14 +43,23 @@ Item {
                 sourceItem: holder
                 hideSource: true
                 visible: false
+                // The picture as it was when the item began to leave.
+                live: false
                 sourceRect: Qt.rect(-effect.side, -effect.rise, effect.width + 2 * effect.side,
                                     effect.height + effect.rise)
             }
             ShaderEffect {
+                // Drawn only as high as the picture can have risen by now, so
+                // an evaporation starts cheap; the shader maps the quad back
+                // into the whole layer.
+                readonly property real layerWidth: effect.width + 2 * effect.side
+                readonly property real layerHeight: effect.height + effect.rise
+                property real reach: Math.min(effect.rise, effect.progress * effect.progress * effect.rise + 2)
+
                 x: -effect.side
-                y: -effect.rise
-                width: effect.width + 2 * effect.side
-                height: effect.height + effect.rise
+                y: -reach
+                width: layerWidth
+                height: effect.height + reach
 
                 property variant source: picture
                 property real rise: effect.rise

@@ -9,9 +9,10 @@ layout(location = 0) out vec4 fragColor;
 layout(std140, binding = 0) uniform buf {
     mat4 qt_Matrix;
     float qt_Opacity;
-    float width;    // of the layer, in pixels
-    float height;
-    float rise;     // the farthest the picture lifts, in pixels
+    float layerWidth; // of the layer, in pixels
+    float layerHeight;
+    float rise;     // the farthest the picture lifts, in pixels; the room above it
+    float reach;    // how much of that room is drawn now (the top of this quad), pixels
     float progress; // 0...1
     float seed;     // 0...1
 };
@@ -36,16 +37,18 @@ float noise(vec2 p)
 void main()
 {
     float t = clamp(progress, 0.0, 1.0);
-    vec2 px = qt_TexCoord0 * vec2(width, height);
+    // The quad covers only the part of the layer the picture can have
+    // reached so far: from `reach` above the item down to its bottom.
+    vec2 px = vec2(qt_TexCoord0.x * layerWidth, rise - reach + qt_TexCoord0.y * (layerHeight - rise + reach));
     vec2 offset = vec2(seed * 97.0, seed * 61.0);
 
-    // Coarse noise decides what lifts first and how it wavers; fine noise
-    // breaks the picture into grains.
+    // Coarse noise decides what lifts first and how it wavers; a grain of
+    // three-pixel cells breaks the picture up.
     float coarse = noise(px / 18.0 + offset + vec2(0.0, t * 2.0));
-    float fine = noise(px / 4.0 + offset * 1.7);
+    float fine = hash(floor(px / 3.0) + offset);
     float lift = t * t * rise * (0.55 + 0.45 * coarse);
     float sway = (coarse - 0.5) * 24.0 * t;
-    vec2 from = (px + vec2(sway, lift)) / vec2(width, height);
+    vec2 from = (px + vec2(sway, lift)) / vec2(layerWidth, layerHeight);
 
     vec4 color = vec4(0.0);
     if (from.x >= 0.0 && from.x <= 1.0 && from.y >= 0.0 && from.y <= 1.0)
