@@ -33,6 +33,9 @@ struct SteamWindow {
         state.setShowTimeScale(3);
         AppStateForeign::setInstance(&state);
     }
+    ~SteamWindow() { AppStateForeign::setInstance(nullptr); }
+    SteamWindow(const SteamWindow &) = delete;
+    SteamWindow &operator=(const SteamWindow &) = delete;
 
     bool open()
     {

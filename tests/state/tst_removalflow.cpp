@@ -270,7 +270,7 @@ private slots:
 
         const int revision = f.state.revision();
         QVERIFY(f.sorvelise(ids, permanently));
-        QCOMPARE(events, QStringList({"deleting", "vanishing", "done", "applied", "emptied", "counted", "toast",
+        QCOMPARE(events, QStringList({"vanishing", "deleting", "done", "applied", "emptied", "counted", "toast",
                                       "failures", "queue"}));
         QCOMPARE(f.state.revision(), revision + 1);
         // Moved to the Trash, the bytes wait there; removed for good, they count
