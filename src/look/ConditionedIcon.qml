@@ -31,7 +31,7 @@ Item {
         width: extent
         height: extent
         opacity: 0.28
-        source: visible ? Look.honeyGlow() : ""
+        source: visible ? StageAssets.url("honey-glow.png") : ""
         // Qt.size makes a QSizeF, which the engine turns into the QSize this
         // takes; the linter of Qt 6.4 does not know that conversion.
         sourceSize: Qt.size(128, 128) // qmllint disable type

@@ -7,7 +7,7 @@ Rectangle {
     id: gallery
 
     width: 1000
-    height: 720
+    height: 860
     color: Look.canvas
 
     component Caption: Text {
@@ -190,6 +190,68 @@ Rectangle {
                             }
                         }
                     }
+                }
+            }
+        }
+
+        Row {
+            spacing: 24
+
+            Column {
+                spacing: 8
+                Caption { text: "FlatSteamer: jetting with its SteamJet; parked at water 0.12, 0.6, 0.95" }
+                Row {
+                    spacing: 0
+
+                    Item {
+                        width: 250
+                        height: 118
+
+                        SteamJet {
+                            anchors.fill: parent
+                            from: Qt.point(jetting.x + jetting.nozzle.x, jetting.y + jetting.nozzle.y)
+                            to: Qt.point(40, 104)
+                            active: true
+                        }
+                        FlatSteamer {
+                            id: jetting
+
+                            x: 180
+                            y: 48
+                            waterLevel: 0.6
+                            jetting: true
+                        }
+                    }
+                    Repeater {
+                        model: [0.12, 0.6, 0.95]
+
+                        delegate: Item {
+                            id: parked
+
+                            required property real modelData
+
+                            width: 150
+                            height: 118
+
+                            FlatSteamer {
+                                x: parked.width / 2
+                                y: parked.height / 2
+                                waterLevel: parked.modelData
+                            }
+                        }
+                    }
+                }
+            }
+            Column {
+                spacing: 8
+                Caption { text: "SorvelLoader 9, 16, 28; SorvelLogo" }
+                Row {
+                    spacing: 14
+                    SorvelLoader { anchors.verticalCenter: parent.verticalCenter; size: 9 }
+                    SorvelLoader { anchors.verticalCenter: parent.verticalCenter; size: 16 }
+                    SorvelLoader { anchors.verticalCenter: parent.verticalCenter; size: 28 }
+                    SorvelLogo { anchors.verticalCenter: parent.verticalCenter; size: 22 }
+                    SorvelLogo { anchors.verticalCenter: parent.verticalCenter; size: 56 }
                 }
             }
         }

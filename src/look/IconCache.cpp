@@ -1,6 +1,5 @@
 #include "IconCache.h"
 
-#include "Palette.h"
 #include "Stain.h"
 #include "Symbols.h"
 
@@ -8,8 +7,6 @@
 #include <QFileInfo>
 #include <QIcon>
 #include <QMimeDatabase>
-#include <QPainter>
-#include <QRadialGradient>
 
 #include <sys/stat.h>
 
@@ -64,8 +61,6 @@ QUrl IconCache::stainedSource(const QByteArray &path, int seed)
     url.setPath(QStringLiteral("/stained/%1").arg(seed) + url.path());
     return url;
 }
-
-QUrl IconCache::glowSource() { return QUrl(QStringLiteral("image://fileicon/glow")); }
 
 QStringList IconCache::iconNames(const QByteArray &path)
 {
@@ -127,38 +122,13 @@ QPixmap IconCache::stained(const QByteArray &path, int extent, int seed)
     return result;
 }
 
-namespace {
-
-QPixmap glow(int extent)
-{
-    QImage image(extent, extent, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
-    QRadialGradient gradient(QPointF(extent / 2.0, extent / 2.0), extent / 2.0);
-    QColor honey = Palette::honey.color();
-    gradient.setColorAt(0, honey);
-    honey.setAlphaF(0.55f);
-    gradient.setColorAt(0.45, honey);
-    honey.setAlphaF(0);
-    gradient.setColorAt(1, honey);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(gradient);
-    painter.drawEllipse(image.rect());
-    return QPixmap::fromImage(image);
-}
-
-} // namespace
-
 QPixmap IconCache::requestPixmap(const QString &id, QSize *size, const QSize &requestedSize)
 {
     int extent = qMax(requestedSize.width(), requestedSize.height());
     if (extent <= 0)
         extent = 32;
     QPixmap result;
-    if (id == QStringLiteral("glow")) {
-        result = glow(extent);
-    } else if (id.startsWith(QStringLiteral("stained/"))) {
+    if (id.startsWith(QStringLiteral("stained/"))) {
         // stained/<seed>/<path in base64url>
         const int slash = id.indexOf(QLatin1Char('/'), 8);
         const int seed = id.mid(8, slash - 8).toInt();

@@ -24,8 +24,6 @@ public:
     static QUrl source(const QByteArray &path);
     // The icon stained with the grime of `seed`: image://fileicon/stained/<seed>/<path>.
     static QUrl stainedSource(const QByteArray &path, int seed);
-    // A soft round glow in honey, opaque in the middle: image://fileicon/glow.
-    static QUrl glowSource();
     // The theme icon names tried for a path, most specific first.
     static QStringList iconNames(const QByteArray &path);
 

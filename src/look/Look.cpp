@@ -62,8 +62,6 @@ QUrl Look::stainedIcon(const QString &pathText, int seed) const
     return IconCache::stainedSource(Paths::fromText(pathText), seed);
 }
 
-QUrl Look::honeyGlow() const { return IconCache::glowSource(); }
-
 QColor Look::withAlpha(const QColor &color, double alpha) const
 {
     QColor c = color;

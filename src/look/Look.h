@@ -123,8 +123,6 @@ public:
     Q_INVOKABLE QUrl fileIcon(const QString &pathText) const;
     // The same icon stained with the grime of `seed` (see Stain).
     Q_INVOKABLE QUrl stainedIcon(const QString &pathText, int seed) const;
-    // A soft honey glow, for the icons that swell.
-    Q_INVOKABLE QUrl honeyGlow() const;
     Q_INVOKABLE QColor withAlpha(const QColor &color, double alpha) const;
 
     static void installImageProviders(QQmlEngine *engine);

@@ -1,7 +1,8 @@
 import QtQuick
 import Sorvel.Ui
 
-// The product's name as a mark: a droplet and "Sorvel Cleaner".
+// The product's name as a mark: the logo, a droplet with steam, and "Sorvel
+// Cleaner".
 Row {
     id: mark
 
@@ -13,19 +14,9 @@ Row {
     Accessible.role: Accessible.StaticText
     Accessible.name: qsTr("Sorvel Cleaner")
 
-    Rectangle {
+    SorvelLogo {
         anchors.verticalCenter: parent.verticalCenter
-        width: mark.size * 1.5
-        height: width
-        radius: width * 0.32
-        gradient: SorvelGradient {}
-
-        SymbolIcon {
-            anchors.centerIn: parent
-            name: "humidity.fill"
-            size: mark.size
-            color: Look.onAccent
-        }
+        size: mark.size * 1.5
     }
     Text {
         anchors.verticalCenter: parent.verticalCenter

@@ -42,5 +42,7 @@ QVariantList AboutModel::credits() const
                tr("The symbols. By the Lucide contributors, under the ISC licence.")),
         credit(tr("OpenSSL"), tr("SHA-256 for proving files identical. By the OpenSSL Project, under the Apache "
                                  "License 2.0.")),
+        credit(tr("Steam textures"),
+               tr("Drawn by Sorvel Cleaner's own generator, src/look/artwork/ArtworkMaker.cpp in its repository.")),
     };
 }

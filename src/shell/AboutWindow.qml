@@ -17,7 +17,8 @@ Window {
     }
 
     width: 440
-    height: 500
+    // Tall enough for every credit above the Close button.
+    height: Math.max(500, content.y + content.implicitHeight + closeButton.implicitHeight + 56)
     minimumWidth: 360
     minimumHeight: 440
     title: qsTr("About Sorvel Cleaner")

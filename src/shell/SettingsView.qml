@@ -439,6 +439,10 @@ Window {
                     title: qsTr("Lucide icons")
                     detail: qsTr("The icon set throughout the app, under the ISC licence.")
                 }
+                SettingRow {
+                    title: qsTr("Steam textures")
+                    detail: qsTr("The steam puffs and the honey glow, drawn by Sorvel Cleaner's own generator, src/look/artwork/ArtworkMaker.cpp in its repository.")
+                }
             }
         }
     }

@@ -511,7 +511,7 @@ private Q_SLOTS:
                 QVERIFY2(names.contains(expected), qPrintable(names.join(u'\n')));
             QVERIFY(model.versionText().endsWith(AboutModel::version()));
             QVERIFY(!AboutModel::version().isEmpty());
-            QCOMPARE(model.credits().size(), 3);
+            QCOMPARE(model.credits().size(), 4);
             for (const QVariant &credit : model.credits()) {
                 const QString creditTitle = credit.toMap().value(QStringLiteral("title")).toString();
                 QVERIFY2(std::any_of(names.begin(), names.end(),
