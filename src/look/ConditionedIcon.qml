@@ -24,7 +24,7 @@ Item {
 
     Image {
         // One glow size for large icons and one for small, both scaled by 1.1.
-        readonly property real extent: (conditioned.size >= 48 ? 84 : 36) * 1.1
+        readonly property real extent: (conditioned.size >= 48 ? 84 : 52) * 1.1
 
         anchors.centerIn: parent
         visible: conditioned.bloated

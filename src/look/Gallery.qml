@@ -92,15 +92,20 @@ Rectangle {
             }
             Column {
                 spacing: 8
-                Caption { text: "MoltenBar, SorvelLoader" }
+                Caption { text: "MoltenBar, MoltenProgress" }
                 MoltenBar { width: 160; fraction: 0.62 }
                 MoltenBar { width: 160; fraction: 0.93; tint: Look.honey }
                 MoltenBar { width: 160; fraction: 0.3; tint: Look.withAlpha(Look.ink, 0.32) }
+                MoltenProgress { width: 160; value: 0.45 }
+                Caption { text: "LiquidGauge 0.35, 0.7, 0.95; ConditionedIcon clean, stained, bloated" }
                 Row {
                     spacing: 12
-                    SorvelLoader { size: 12 }
-                    SorvelLoader { size: 18 }
-                    SorvelLoader { size: 24 }
+                    LiquidGauge { width: 28; height: 28; fraction: 0.35 }
+                    LiquidGauge { width: 28; height: 28; fraction: 0.7 }
+                    LiquidGauge { width: 28; height: 28; fraction: 0.95 }
+                    ConditionedIcon { size: 40; path: "/tmp/"; condition: "clean" }
+                    ConditionedIcon { size: 40; path: "/tmp/"; condition: "stained"; seed: 3 }
+                    ConditionedIcon { size: 40; path: "/tmp/"; condition: "bloated" }
                 }
             }
             Column {

@@ -247,7 +247,7 @@ Item {
         Drag.dragType: Drag.Automatic
         Drag.supportedActions: Qt.CopyAction
         Drag.mimeData: { "application/json": logic.dragData }
-        Drag.imageSource: row.chipImage.url
+        Drag.imageSource: row.chipImage?.url ?? ""
         DragHandler {
             id: dragHandler
             target: null
