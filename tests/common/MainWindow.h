@@ -2,11 +2,13 @@
 
 #include "ScopedEnv.h"
 
+#include <QCursor>
 #include <QDir>
 #include <QFile>
 #include <QImage>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
+#include <QScreen>
 #include <QStringList>
 #include <QTest>
 
@@ -38,6 +40,10 @@ public:
         if (m_engine.rootObjects().size() != 1)
             return false;
         m_window = qobject_cast<QQuickWindow *>(m_engine.rootObjects().first());
+        // On a real X server the pointer would rest over the window's middle
+        // and hover whatever lies there in every picture.
+        if (m_window && m_window->screen())
+            QCursor::setPos(m_window->screen(), m_window->screen()->geometry().bottomRight());
         return m_window && QTest::qWaitForWindowExposed(m_window);
     }
     QQuickWindow *window() const { return m_window; }
