@@ -1,6 +1,7 @@
 #include "QmlErrors.h"
 #include "ScopedEnv.h"
 #include "TestMain.h"
+#include "WatchedView.h"
 
 #include <QDir>
 #include <QQmlComponent>
@@ -30,19 +31,11 @@ private Q_SLOTS:
         ScopedEnv env("SORVEL_APPEARANCE", appearance);
         ScopedEnv motion("SORVEL_REDUCE_MOTION", "1");
 
-        QQuickView view;
-        QList<QQmlError> warnings;
-        view.engine()->addImportPath(QStringLiteral("qrc:/"));
-        view.engine()->setOutputWarningsToStandardError(false);
-        connect(view.engine(), &QQmlEngine::warnings, this,
-                [&warnings](const QList<QQmlError> &list) { warnings << list; });
-        view.setResizeMode(QQuickView::SizeViewToRootObject);
-        view.setSource(QUrl(QStringLiteral("qrc:/Sorvel/Ui/look/Gallery.qml")));
-        QVERIFY2(view.status() == QQuickView::Ready, qPrintable(describe(view.errors())));
-        view.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        WatchedView scene;
+        QVERIFY2(scene.showFile(QStringLiteral("qrc:/Sorvel/Ui/look/Gallery.qml")), qPrintable(scene.error));
         QTest::qWait(100);
-        QVERIFY2(warnings.isEmpty(), qPrintable(describe(warnings)));
+        QVERIFY2(scene.warnings.isEmpty(), qPrintable(scene.warningText()));
+        QQuickView &view = scene.view;
 
         const QImage shot = view.grabWindow();
         QVERIFY(!shot.isNull());

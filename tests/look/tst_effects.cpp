@@ -2,6 +2,7 @@
 #include "RunningMotion.h"
 #include "ScopedEnv.h"
 #include "TestMain.h"
+#include "WatchedView.h"
 
 #include "EvaporateTrigger.h"
 #include "LiquidGauge.h"
@@ -120,14 +121,8 @@ private Q_SLOTS:
     void fallbackUnderTheSoftwareRenderer()
     {
         ScopedEnv motion("SORVEL_REDUCE_MOTION", "0");
-        QQuickView view;
-        QList<QQmlError> warnings;
-        view.engine()->addImportPath(QStringLiteral("qrc:/"));
-        view.engine()->setOutputWarningsToStandardError(false);
-        connect(view.engine(), &QQmlEngine::warnings, this,
-                [&warnings](const QList<QQmlError> &list) { warnings << list; });
-        QQmlComponent component(view.engine());
-        component.setData(R"(
+        WatchedView scene;
+        QVERIFY2(scene.showText(R"(
             import QtQuick
             import Sorvel.Ui
             Rectangle {
@@ -141,15 +136,10 @@ private Q_SLOTS:
                     Rectangle { anchors.fill: parent; color: "black" }
                 }
             }
-        )",
-                          QUrl(QStringLiteral("qrc:/tst/Fallback.qml")));
-        std::unique_ptr<QObject> created(component.create());
-        QVERIFY2(created, qPrintable(component.errorString()));
-        auto *root = qobject_cast<QQuickItem *>(created.get());
-        root->setParentItem(view.contentItem());
-        view.resize(300, 300);
-        view.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        )"),
+                 qPrintable(scene.error));
+        QQuickView &view = scene.view;
+        QObject *root = scene.root();
         auto *trigger = root->property("trigger").value<QQuickItem *>();
         QVERIFY(!trigger->property("shaded").toBool());
 
@@ -174,7 +164,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(trigger->property("progress").toDouble() == 0.0, 500);
         QTRY_VERIFY(runningMotion(root).isEmpty());
         QVERIFY(view.grabWindow().pixelColor(150, 200).lightnessF() < 0.1);
-        QVERIFY2(warnings.isEmpty(), qPrintable(describe(warnings)));
+        QVERIFY2(scene.warnings.isEmpty(), qPrintable(scene.warningText()));
     }
 
     // One evaporation in eight steps, on whatever renderer runs: the picture
@@ -183,10 +173,8 @@ private Q_SLOTS:
     // SORVEL_SCREENSHOT_DIR set the steps are saved side by side.
     void evaporationSteps()
     {
-        QQuickView view;
-        view.engine()->addImportPath(QStringLiteral("qrc:/"));
-        QQmlComponent component(view.engine());
-        component.setData(R"(
+        WatchedView scene;
+        QVERIFY2(scene.showText(R"(
             import QtQuick
             import Sorvel.Ui
             Rectangle {
@@ -210,15 +198,9 @@ private Q_SLOTS:
                     }
                 }
             }
-        )",
-                          QUrl(QStringLiteral("qrc:/tst/Steps.qml")));
-        std::unique_ptr<QObject> created(component.create());
-        QVERIFY2(created, qPrintable(component.errorString()));
-        auto *root = qobject_cast<QQuickItem *>(created.get());
-        root->setParentItem(view.contentItem());
-        view.resize(int(root->width()), int(root->height()));
-        view.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        )"),
+                 qPrintable(scene.error));
+        QQuickView &view = scene.view;
         QTest::qWait(300);
         const QImage shot = view.grabWindow();
         const QByteArray dir = qgetenv("SORVEL_SCREENSHOT_DIR");

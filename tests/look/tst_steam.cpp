@@ -3,6 +3,7 @@
 #include "ScopedEnv.h"
 #include "StageAssets.h"
 #include "TestMain.h"
+#include "WatchedView.h"
 
 #include <QDir>
 #include <QFile>
@@ -243,22 +244,14 @@ private Q_SLOTS:
         QFETCH(QByteArray, appearance);
         ScopedEnv env("SORVEL_APPEARANCE", appearance);
         ScopedEnv motion("SORVEL_REDUCE_MOTION", "0");
-        QQuickView view;
-        QList<QQmlError> warnings;
-        view.engine()->addImportPath(QStringLiteral("qrc:/"));
-        view.engine()->setOutputWarningsToStandardError(false);
-        connect(view.engine(), &QQmlEngine::warnings, this,
-                [&warnings](const QList<QQmlError> &list) { warnings << list; });
-        view.setResizeMode(QQuickView::SizeViewToRootObject);
-        view.setSource(QUrl(QStringLiteral("qrc:/Sorvel/Ui/look/Gallery.qml")));
-        QVERIFY2(view.status() == QQuickView::Ready, qPrintable(describe(view.errors())));
-        view.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        WatchedView scene;
+        QVERIFY2(scene.showFile(QStringLiteral("qrc:/Sorvel/Ui/look/Gallery.qml")), qPrintable(scene.error));
+        QQuickView &view = scene.view;
         QQuickItem *jet = firstOfType(view.rootObject(), "SteamJet");
         QVERIFY(jet);
         QTRY_COMPARE(jet->property("strength").toDouble(), 1.0);
         QTest::qWait(400);
-        QVERIFY2(warnings.isEmpty(), qPrintable(describe(warnings)));
+        QVERIFY2(scene.warnings.isEmpty(), qPrintable(scene.warningText()));
 
         const QImage shot = view.grabWindow();
         const QByteArray dir = qgetenv("SORVEL_SCREENSHOT_DIR");
