@@ -51,7 +51,6 @@ public:
     static constexpr int linger = 170; // after the tile went
     static constexpr int finish = 300; // after the last tile
     static constexpr QPointF fromAim{86.8, -78.4};
-    static constexpr QPointF nozzle{-52.8, 32.4};
 
     explicit SteamClean(QObject *parent = nullptr);
 

@@ -1,5 +1,6 @@
 #include "FlatSteamer.h"
 #include "QmlErrors.h"
+#include "RunningMotion.h"
 #include "ScopedEnv.h"
 #include "StageAssets.h"
 #include "TestMain.h"
@@ -23,35 +24,10 @@
 
 namespace {
 
-// Every object below `object`, QML's visual children included.
-void walk(QObject *object, const std::function<void(QObject *)> &visit)
-{
-    visit(object);
-    QList<QObject *> below = object->children();
-    if (auto *item = qobject_cast<QQuickItem *>(object))
-        for (QQuickItem *child : item->childItems())
-            if (!below.contains(child))
-                below << child;
-    for (QObject *child : below)
-        walk(child, visit);
-}
-
-// The timers and animations below `root` that are running, by class name.
-QStringList running(QObject *root)
-{
-    QStringList found;
-    walk(root, [&found](QObject *object) {
-        if ((object->inherits("QQmlTimer") || object->inherits("QQuickAbstractAnimation")) &&
-            object->property("running").toBool())
-            found << QString::fromLatin1(object->metaObject()->className());
-    });
-    return found;
-}
-
 QQuickItem *firstOfType(QQuickItem *root, const char *type)
 {
     QQuickItem *found = nullptr;
-    walk(root, [&](QObject *object) {
+    walkObjects(root, [&](QObject *object) {
         if (!found && qstrncmp(object->metaObject()->className(), type, qstrlen(type)) == 0)
             found = qobject_cast<QQuickItem *>(object);
     });
@@ -60,27 +36,17 @@ QQuickItem *firstOfType(QQuickItem *root, const char *type)
 
 // One item of the module made from `qml`, in a window of its own.
 struct Stage {
-    QQuickView view;
-    QList<QQmlError> warnings;
-
     explicit Stage(const QByteArray &qml)
     {
-        view.engine()->addImportPath(QStringLiteral("qrc:/"));
-        view.engine()->setOutputWarningsToStandardError(false);
-        QObject::connect(view.engine(), &QQmlEngine::warnings,
-                         [this](const QList<QQmlError> &list) { warnings << list; });
-        QQmlComponent component(view.engine());
-        component.setData("import QtQuick\nimport Sorvel.Ui\n" + qml, QUrl(QStringLiteral("qrc:/tst/Stage.qml")));
-        auto *root = qobject_cast<QQuickItem *>(component.create());
-        if (!root)
-            qWarning("%s", qPrintable(component.errorString()));
-        view.setContent(QUrl(), nullptr, root);
-        view.resize(240, 200);
-        view.show();
-        (void)QTest::qWaitForWindowExposed(&view);
+        scene.showText("import QtQuick\nimport Sorvel.Ui\nItem { width: 240; height: 200\n" + qml + "\n}");
     }
     // The item made, or null when it failed to load.
-    QQuickItem *item() const { return view.rootObject() ? view.rootObject()->childItems().value(0) : nullptr; }
+    QQuickItem *item() const
+    {
+        auto *root = qobject_cast<QQuickItem *>(scene.root());
+        return root ? root->childItems().value(0) : nullptr;
+    }
+    WatchedView scene;
 };
 
 } // namespace
@@ -181,22 +147,22 @@ private Q_SLOTS:
         QFETCH(QByteArray, on);
         for (const QByteArray reduce : {"0", "1"}) {
             ScopedEnv motion("SORVEL_REDUCE_MOTION", reduce);
-            Stage stage("Item {\n" + qml + "\n}");
-            QVERIFY2(stage.warnings.isEmpty(), qPrintable(describe(stage.warnings)));
+            Stage stage(qml);
+            QVERIFY2(stage.scene.warnings.isEmpty(), qPrintable(stage.scene.warningText()));
             QQuickItem *item = stage.item();
             QVERIFY(item);
             QTest::qWait(50);
-            QVERIFY2(running(item).isEmpty(), qPrintable(running(item).join(u',')));
+            QVERIFY2(runningMotion(item).isEmpty(), qPrintable(runningMotion(item).join(u',')));
 
             item->setProperty(on.constData(), true);
             QTest::qWait(120);
             if (reduce == "1") {
-                QVERIFY2(running(item).isEmpty(), qPrintable(running(item).join(u',')));
+                QVERIFY2(runningMotion(item).isEmpty(), qPrintable(runningMotion(item).join(u',')));
                 if (qml.startsWith("FlatSteamer"))
                     QCOMPARE(item->property("angle").toDouble(), -24.0);
                 continue;
             }
-            QVERIFY(!running(item).isEmpty());
+            QVERIFY(!runningMotion(item).isEmpty());
             if (qml.startsWith("FlatSteamer")) {
                 QTRY_VERIFY(item->property("angle").toDouble() != -24.0);
                 QVERIFY(qAbs(item->property("angle").toDouble() + 24) <= 1.2);
@@ -204,7 +170,7 @@ private Q_SLOTS:
                 QTRY_COMPARE_WITH_TIMEOUT(item->property("strength").toDouble(), 1.0, 1000);
             }
             item->setProperty(on.constData(), false);
-            QTRY_VERIFY2_WITH_TIMEOUT(running(item).isEmpty(), qPrintable(running(item).join(u',')), 1500);
+            QTRY_VERIFY2_WITH_TIMEOUT(runningMotion(item).isEmpty(), qPrintable(runningMotion(item).join(u',')), 1500);
             if (qml.startsWith("FlatSteamer"))
                 QCOMPARE(item->property("angle").toDouble(), -24.0);
             else if (qml.startsWith("SteamJet"))
@@ -216,7 +182,7 @@ private Q_SLOTS:
     // out of the turned and scaled drawing, lies at `nozzle`.
     void nozzleTipDrawnAtNozzle()
     {
-        Stage stage("Item { FlatSteamer { x: 120; y: 100 } }");
+        Stage stage("FlatSteamer { x: 120; y: 100 }");
         QQuickItem *steamer = stage.item();
         QVERIFY(steamer);
         auto *tip = steamer->findChild<QQuickItem *>(QStringLiteral("nozzleTip"));
