@@ -27,12 +27,13 @@ public:
     // Whether the desktop shows tray icons at all.
     static bool isAvailable();
     bool isShown() const { return m_icon.isVisible(); }
+    // Shows the main window again, restored and in front.
+    void bringBackWindow();
 
 private:
     void follow();
     void showPanel();
     QQuickWindow *panel();
-    void bringBackWindow();
 
     QQmlEngine *m_engine;
     QPointer<QQuickWindow> m_mainWindow;
