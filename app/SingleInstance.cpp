@@ -138,14 +138,13 @@ void SingleInstance::activate() { emit activateRequested(); }
 void SingleInstance::open(const QStringList &uris)
 {
     emit activateRequested();
+    // One scan at a time: the first folder is the one scanned.
     for (const QString &uri : uris) {
         const QUrl url(uri);
-        if (!url.isLocalFile())
-            continue;
-        // The encoded form keeps bytes that are not valid UTF-8. One scan at a
-        // time: the first folder is the one scanned.
-        emit scanRequested(QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()));
-        return;
+        if (url.isLocalFile()) {
+            emit scanRequested(url);
+            return;
+        }
     }
 }
 
@@ -153,7 +152,7 @@ void SingleInstance::activateAction(const QString &name, const QVariantList &par
 {
     emit activateRequested();
     if (name == QLatin1String("scan-home"))
-        emit scanRequested(QFile::encodeName(QDir::homePath()));
+        emit scanRequested(QUrl::fromLocalFile(QDir::homePath()));
     else if (name == QLatin1String("deep-clean"))
         emit sectionRequested(QStringLiteral("cleanup"));
     else if (name == QLatin1String("section") && parameter.size() == 1)

@@ -2,6 +2,7 @@
 
 #include <QByteArrayList>
 #include <QObject>
+#include <QUrl>
 
 // One window per user session. The first start holds the application id as its
 // name on the session bus and answers org.freedesktop.Application there; a
@@ -33,7 +34,7 @@ public:
 
 signals:
     void activateRequested();
-    void scanRequested(const QByteArray &path);
+    void scanRequested(const QUrl &folder);
     void sectionRequested(const QString &rawValue);
 
 private:

@@ -101,8 +101,7 @@ int main(int argc, char *argv[])
         if (tray)
             tray->bringBackWindow();
     });
-    QObject::connect(&instance, &SingleInstance::scanRequested, &state,
-                     [&state](const QByteArray &path) { state.scan(path); });
+    QObject::connect(&instance, &SingleInstance::scanRequested, &state, &AppState::scanUrl);
     QObject::connect(&instance, &SingleInstance::sectionRequested, &state,
                      [&state](const QString &raw) { state.setSectionText(raw); });
 
