@@ -1,4 +1,5 @@
 #include "GuiDesktop.h"
+#include "LaunchUsage.h"
 #include "TrayIcon.h"
 
 #include "core/Fmt.h"
@@ -17,6 +18,8 @@
 
 int main(int argc, char *argv[])
 {
+    if (const int status = LaunchUsage::handle(argc, argv); status >= 0)
+        return status;
     // Widgets only for the tray icon and its menu; the window is Qt Quick.
     QApplication app(argc, argv);
     Translations::install();
