@@ -109,7 +109,7 @@ QString bash(const CliProgram &program)
     // The helpers read `cur` from the completion function that calls them.
     out += f + QLatin1String("_words()\n{\n    mapfile -t COMPREPLY < <(compgen -W \"$1\" -- \"$cur\")\n}\n");
     out += f + QLatin1String("_files()\n{\n    mapfile -t COMPREPLY < <(compgen \"$1\" -- \"$cur\")\n"
-                             "    compopt -o filenames 2>/dev/null\n}\n");
+                             "    compopt -o filenames 2>/dev/null || :\n}\n");
     out += f + QLatin1String("()\n{\n");
     out += QLatin1String("    local cur=${COMP_WORDS[COMP_CWORD]} prev= command= i\n"
                          "    (( COMP_CWORD > 0 )) && prev=${COMP_WORDS[COMP_CWORD-1]}\n"

@@ -39,8 +39,11 @@ bool CliParser::parse(const QByteArrayList &args)
             continue;
         }
         if (!options || !arg.startsWith('-') || arg.size() == 1) {
-            if (allowed >= 0 && m_positional.size() >= allowed)
-                return fail(tr("unexpected argument '%1'").arg(shown(arg)));
+            if (allowed == 0)
+                return fail(tr("takes no arguments, not '%1'").arg(shown(arg)));
+            if (allowed > 0 && m_positional.size() >= allowed)
+                return fail(tr("one %1 at a time, please: '%2' is one too many")
+                                .arg(QString::fromLatin1(m_command.arguments.last().name), shown(arg)));
             const CliArgument &spec =
                 m_command.arguments[std::min(m_positional.size(), m_command.arguments.size() - 1)];
             if (spec.kind == CliArgument::Kind::choice && !spec.choices.contains(shown(arg)))

@@ -72,7 +72,7 @@ private slots:
         QTest::newRow("flag with a value") << words({"--json=yes"}) << "--json takes no value";
         QTest::newRow("value missing") << words({"root", "--top"}) << "--top needs N";
         QTest::newRow("outside the set") << words({"--shell", "fish"}) << "--shell takes one of bash, zsh, not 'fish'";
-        QTest::newRow("one path too many") << words({"a", "b"}) << "unexpected argument 'b'";
+        QTest::newRow("one path too many") << words({"a", "b"}) << "one PATH at a time, please: 'b' is one too many";
     }
     void refusesWhatTheTableLacks()
     {
@@ -109,6 +109,7 @@ private slots:
         QCOMPARE(many.positional().size(), 3);
         CliParser none({.name = "volumes"});
         QVERIFY(!none.parse(words({"x"})));
+        QCOMPARE(none.error(), u"takes no arguments, not 'x'"_qs);
     }
 };
 
