@@ -1,4 +1,5 @@
 #include "GuiDesktop.h"
+#include "LaunchUsage.h"
 #include "SingleInstance.h"
 #include "TrayIcon.h"
 
@@ -20,6 +21,8 @@
 
 int main(int argc, char *argv[])
 {
+    if (const int status = LaunchUsage::handle(argc, argv); status >= 0)
+        return status;
     // Widgets only for the tray icon and its menu; the window is Qt Quick.
     QApplication app(argc, argv);
     Translations::install();

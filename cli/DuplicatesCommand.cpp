@@ -34,18 +34,28 @@ QString tr(const char *text, qint64 n)
     return QCoreApplication::translate("TwinsCommand", text, nullptr, int(std::min<qint64>(n, INT_MAX)));
 }
 
-void usage(QTextStream &stream)
+CliCommand describe()
 {
-    stream << "Usage: sorvel twins PATH [--min-size BYTES] [--all] [--json]\n\n"
-              "Finds files with identical contents below PATH. Files of equal size are compared\n"
-              "by samples first, then proven identical by a SHA-256 of their whole contents.\n"
-              "Files in your Trash and inside .git folders are left out: copies kept there\n"
-              "on purpose.\n\n"
-              "Options:\n"
-              "  --min-size BYTES  Only files that take at least this much disk space (default 1).\n"
-              "  --all             Compare the files in the Trash and inside .git folders too.\n"
-              "  --json            Print the groups as JSON.\n";
-    stream.flush();
+    return {.name = "twins",
+            .summary = QT_TRANSLATE_NOOP("CommandLine", "Find files with identical contents."),
+            .arguments = {{.name = "PATH", .kind = CliArgument::Kind::folder}},
+            .options =
+                {
+                    {.name = "--min-size",
+                     .value = {.name = "BYTES"},
+                     .help = QT_TRANSLATE_NOOP("CommandLine",
+                                               "Only files that take at least this much disk space (default 1).")},
+                    {.name = "--all",
+                     .help = QT_TRANSLATE_NOOP("CommandLine",
+                                               "Compare the files in the Trash and inside .git folders too.")},
+                    {.name = "--json", .help = QT_TRANSLATE_NOOP("CommandLine", "Print the groups as JSON.")},
+                },
+            .description = {
+                QT_TRANSLATE_NOOP("CommandLine",
+                                  "Finds files with identical contents below PATH. Files of equal size are compared by "
+                                  "samples first, then proven identical by a SHA-256 of their whole contents. Files in "
+                                  "your Trash and inside .git folders are left out: copies kept there on purpose."),
+            }};
 }
 
 QByteArray absolute(const QByteArray &path)
@@ -142,52 +152,22 @@ void printJson(const QByteArray &root, qint64 minSize, const std::vector<Duplica
     Commands::out() << QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Indented));
 }
 
-int duplicates(const QByteArrayList &args)
+int duplicates(const CliParser &args)
 {
-    QByteArray path;
+    const bool json = args.isSet("--json");
+    const bool all = args.isSet("--all");
     qint64 minSize = 1;
-    bool json = false;
-    bool all = false;
-    for (qsizetype i = 0; i < args.size(); ++i) {
-        const QByteArray &arg = args[i];
-        if (arg == "-h" || arg == "--help") {
-            usage(Commands::out());
-            return 0;
-        }
-        if (arg == "--json") {
-            json = true;
-        } else if (arg == "--all") {
-            all = true;
-        } else if (arg == "--min-size" || arg.startsWith("--min-size=")) {
-            QByteArray value;
-            if (arg.contains('='))
-                value = arg.mid(arg.indexOf('=') + 1);
-            else if (i + 1 < args.size())
-                value = args[++i];
-            bool ok = false;
-            minSize = value.toLongLong(&ok);
-            if (!ok || minSize < 0) {
-                Commands::err() << "sorvel twins: --min-size needs a number of bytes, not '"
-                                << QString::fromLocal8Bit(value) << "'\n";
-                usage(Commands::err());
-                return 2;
-            }
-        } else if (arg.startsWith("-") && arg != "-") {
-            Commands::err() << "sorvel twins: unknown option '" << QString::fromLocal8Bit(arg) << "'\n";
-            usage(Commands::err());
-            return 2;
-        } else if (path.isNull()) {
-            path = arg;
-        } else {
-            Commands::err() << "sorvel twins: one PATH only\n";
-            usage(Commands::err());
-            return 2;
-        }
+    if (args.isSet("--min-size")) {
+        const QByteArray value = args.value("--min-size");
+        bool ok = false;
+        minSize = value.toLongLong(&ok);
+        if (!ok || minSize < 0)
+            return Commands::mistake(
+                args.command(), tr("--min-size needs a number of bytes, not '%1'").arg(QString::fromLocal8Bit(value)));
     }
-    if (path.isEmpty()) {
-        usage(Commands::err());
-        return 2;
-    }
+    const QByteArray path = args.positional().value(0);
+    if (path.isEmpty())
+        return Commands::mistake(args.command(), tr("which folder? Give a path"));
 
     const QByteArray root = absolute(path);
     if (!checkRoot(root, path))
@@ -262,5 +242,4 @@ int duplicates(const QByteArrayList &args)
 
 } // namespace
 
-SORVEL_COMMAND(duplicates, "twins", "twins PATH [--min-size BYTES] [--json]\n      Find files with identical contents.",
-               duplicates);
+SORVEL_COMMAND(duplicates, "twins", describe, duplicates);

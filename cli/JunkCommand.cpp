@@ -23,13 +23,28 @@ QString items(const char *text, qint64 n)
     return QCoreApplication::translate("JunkCommand", text, nullptr, int(std::min<qint64>(n, INT_MAX)));
 }
 
-const char *const help = R"(Usage: sorvel junk [--json] [--contents ID]
-
-Measures the Deep Clean locations of this system for the current user and lists
-those worth showing, with their size, item count and whether all of it could be
-read, and then what the Trash holds. With --contents ID, lists what that location
-holds, largest first.
-)";
+CliCommand describe()
+{
+    QStringList ids;
+    for (const JunkLocation &l : JunkLocation::all())
+        ids << l.id;
+    return {
+        .name = "junk",
+        .summary = QT_TRANSLATE_NOOP("CommandLine", "Measure the known junk locations."),
+        .options =
+            {
+                {.name = "--json", .help = QT_TRANSLATE_NOOP("CommandLine", "Print the result as JSON.")},
+                {.name = "--contents",
+                 .value = {.name = "ID", .kind = CliArgument::Kind::choice, .choices = ids},
+                 .help = QT_TRANSLATE_NOOP("CommandLine", "List what the location ID holds, largest first.")},
+            },
+        .description = {
+            QT_TRANSLATE_NOOP("CommandLine",
+                              "Measures the Deep Clean locations of this system for the current user and lists "
+                              "those worth showing, with their size, item count and whether all of it could be read, "
+                              "and then what the Trash holds."),
+        }};
+}
 
 QJsonObject usageJson(const DiskUsage &u)
 {
@@ -60,36 +75,17 @@ int listContents(const JunkLocation &location, bool json)
     return 0;
 }
 
-int run(const QByteArrayList &args)
+int run(const CliParser &args)
 {
-    bool json = false;
-    QByteArray contentsId;
-    for (qsizetype i = 0; i < args.size(); ++i) {
-        const QByteArray &a = args[i];
-        if (a == "--json") {
-            json = true;
-        } else if (a == "--contents" && i + 1 < args.size()) {
-            contentsId = args[++i];
-        } else if (a == "-h" || a == "--help") {
-            Commands::out() << help;
-            return 0;
-        } else {
-            Commands::err() << "sorvel junk: unexpected argument '" << QString::fromLocal8Bit(a) << "'\n" << help;
-            return 2;
-        }
-    }
+    const bool json = args.isSet("--json");
+    const QByteArray contentsId = args.value("--contents");
 
     const QList<JunkLocation> locations = JunkLocation::all();
-    if (!contentsId.isEmpty()) {
+    // The table offers the locations' ids as the only values of --contents.
+    if (!contentsId.isNull()) {
         for (const JunkLocation &l : locations)
             if (l.id == QLatin1String(contentsId))
                 return listContents(l, json);
-        QStringList ids;
-        for (const JunkLocation &l : locations)
-            ids << l.id;
-        Commands::err() << "sorvel junk: no location '" << QString::fromLocal8Bit(contentsId)
-                        << "'. Known: " << ids.join(QStringLiteral(", ")) << '\n';
-        return 2;
     }
 
     QTextStream &out = Commands::out();
@@ -145,4 +141,4 @@ int run(const QByteArrayList &args)
 
 } // namespace
 
-SORVEL_COMMAND(junk, "junk", "junk [--json] [--contents ID]\n      Measure the known junk locations.", run);
+SORVEL_COMMAND(junk, "junk", describe, run);

@@ -35,24 +35,35 @@ QString tr(const char *text, qint64 n)
     return QCoreApplication::translate("RemoveCommand", text, nullptr, int(std::min<qint64>(n, INT_MAX)));
 }
 
-const char *const help = R"(Usage: sorvel remove PATH... [--forever] [--dry-run] [--yes] [--json]
-
-Moves each path to the Trash, as the app's Sorvelise does: the safety guard has
-its say on each path and on where it really leads, and an item that changed
-between the start and its turn is left alone. What went to the Trash can be put
-back with 'sorvel undo'. A relative path starts in the current folder.
-
-Options:
-  --forever   Remove for good instead, skipping the Trash. Asks first on a
-              terminal; without one it needs --yes.
-  --yes       Do not ask.
-  --dry-run   Only say what would go and what the guard keeps; touch nothing.
-  --json      Print the outcome as one JSON object.
-  --          Every argument after it is a path.
-
-Exit status: 0 when everything went (a path already gone counts as gone), 1 when
-something stayed, 2 on a mistake in the arguments, 130 when stopped with Ctrl-C.
-)";
+CliCommand describe()
+{
+    return {
+        .name = "remove",
+        .summary = QT_TRANSLATE_NOOP("CommandLine",
+                                     "Move files and folders to the Trash (or, with --forever, remove them for good)."),
+        .arguments = {{.name = "PATH", .kind = CliArgument::Kind::path, .repeatable = true}},
+        .options =
+            {
+                {.name = "--forever",
+                 .help = QT_TRANSLATE_NOOP("CommandLine", "Remove for good instead, skipping the Trash. Asks first on "
+                                                          "a terminal; without one it needs --yes.")},
+                {.name = "--dry-run",
+                 .help = QT_TRANSLATE_NOOP("CommandLine",
+                                           "Only say what would go and what the guard keeps; touch nothing.")},
+                {.name = "--yes", .help = QT_TRANSLATE_NOOP("CommandLine", "Do not ask.")},
+                {.name = "--json", .help = QT_TRANSLATE_NOOP("CommandLine", "Print the outcome as one JSON object.")},
+            },
+        .description = {
+            QT_TRANSLATE_NOOP("CommandLine",
+                              "Moves each path to the Trash, as the app's Sorvelise does: the safety guard has its say "
+                              "on each path and on where it really leads, and an item that changed between the start "
+                              "and its turn is left alone. What went to the Trash can be put back with 'sorvel undo'. "
+                              "A relative path starts in the current folder; after '--' every argument is a path."),
+            QT_TRANSLATE_NOOP("CommandLine",
+                              "Exit status: 0 when everything went (a path already gone counts as gone), 1 when "
+                              "something stayed, 2 on a mistake in the arguments, 130 when stopped with Ctrl-C."),
+        }};
+}
 
 struct Arguments {
     QByteArrayList paths;
@@ -62,36 +73,22 @@ struct Arguments {
     bool json = false;
 };
 
-std::optional<Arguments> parse(const QByteArrayList &args)
+std::optional<Arguments> parse(const CliParser &args)
 {
     Arguments parsed;
-    auto fail = [](const QString &message) {
-        Commands::err() << "sorvel remove: " << message << '\n'
-                        << tr("Usage: sorvel remove PATH... [--forever] [--dry-run] [--yes] [--json]") << Qt::endl;
+    parsed.permanently = args.isSet("--forever");
+    parsed.dryRun = args.isSet("--dry-run");
+    parsed.yes = args.isSet("--yes");
+    parsed.json = args.isSet("--json");
+    parsed.paths = args.positional();
+    if (parsed.paths.contains(QByteArray(""))) {
+        Commands::mistake(args.command(), tr("an empty argument names no path"));
         return std::nullopt;
-    };
-    bool options = true;
-    for (const QByteArray &arg : args) {
-        if (options && arg == "--") {
-            options = false;
-        } else if (options && arg == "--forever") {
-            parsed.permanently = true;
-        } else if (options && arg == "--dry-run") {
-            parsed.dryRun = true;
-        } else if (options && arg == "--yes") {
-            parsed.yes = true;
-        } else if (options && arg == "--json") {
-            parsed.json = true;
-        } else if (options && arg.startsWith('-') && arg.size() > 1) {
-            return fail(tr("unknown option '%1'").arg(Paths::toDisplay(arg)));
-        } else if (arg.isEmpty()) {
-            return fail(tr("an empty argument names no path"));
-        } else {
-            parsed.paths.append(arg);
-        }
     }
-    if (parsed.paths.isEmpty())
-        return fail(tr("what should go? Give one or more paths"));
+    if (parsed.paths.isEmpty()) {
+        Commands::mistake(args.command(), tr("what should go? Give one or more paths"));
+        return std::nullopt;
+    }
     return parsed;
 }
 
@@ -308,12 +305,8 @@ void printJson(const Report &report, const Arguments &args)
     out.raw("}\n");
 }
 
-int removeCommand(const QByteArrayList &argv)
+int removeCommand(const CliParser &argv)
 {
-    if (argv.contains("-h") || argv.contains("--help")) {
-        Commands::out() << help;
-        return 0;
-    }
     const auto args = parse(argv);
     if (!args)
         return 2;
@@ -370,7 +363,4 @@ int removeCommand(const QByteArrayList &argv)
 
 } // namespace
 
-SORVEL_COMMAND(remove, "remove",
-               "remove PATH... [--forever] [--dry-run] [--yes] [--json]\n"
-               "      Move files and folders to the Trash (or, with --forever, remove them for good).",
-               removeCommand);
+SORVEL_COMMAND(remove, "remove", describe, removeCommand);

@@ -18,21 +18,33 @@ namespace {
 
 QString tr(const char *text) { return QCoreApplication::translate("RiskCommand", text); }
 
-int risk(const QByteArrayList &args)
+CliCommand describe()
+{
+    return {
+        .name = "risk",
+        .summary = QT_TRANSLATE_NOOP("CommandLine", "Show the risk verdict for each path and whether it is protected."),
+        .arguments = {{.name = "PATH", .kind = CliArgument::Kind::path, .repeatable = true}},
+        .description = {
+            QT_TRANSLATE_NOOP("CommandLine",
+                              "Shows, for each path, its risk level, the badge title and the sentence the "
+                              "application would show, and whether the safety guard refuses to remove it."),
+            QT_TRANSLATE_NOOP("CommandLine",
+                              "The risk is judged by the path's text, which need not exist. The guard also judges "
+                              "where the path really leads (its folder resolved through every link, the last name "
+                              "never followed) and says which of the two it refused."),
+            QT_TRANSLATE_NOOP("CommandLine",
+                              "A relative path is taken from the current folder; after '--' a path may begin with a "
+                              "dash. A path that does not exist is judged all the same and said to be missing; the "
+                              "status is then 1."),
+        }};
+}
+
+int risk(const CliParser &parsed)
 {
     QTextStream &out = Commands::out();
-    if (args.isEmpty() || args.first() == "-h" || args.first() == "--help") {
-        QTextStream &stream = args.isEmpty() ? Commands::err() : out;
-        stream << "Usage: sorvel risk PATH...\n\n"
-                  "Shows, for each path, its risk level, the badge title and the sentence the\n"
-                  "application would show, and whether the safety guard refuses to remove it.\n"
-                  "The risk is judged by the path's text, which need not exist. The guard also\n"
-                  "judges where the path really leads (its folder resolved through every link,\n"
-                  "the last name never followed) and says which of the two it refused.\n"
-                  "A relative path is taken from the current folder. A path that does not\n"
-                  "exist is judged all the same and said to be missing; the status is then 1.\n";
-        return args.isEmpty() ? 2 : 0;
-    }
+    const QByteArrayList &args = parsed.positional();
+    if (args.isEmpty())
+        return Commands::mistake(parsed.command(), tr("which paths? Give one or more"));
 
     const QByteArray cwd = QFile::encodeName(QDir::currentPath());
     bool first = true;
@@ -80,5 +92,4 @@ int risk(const QByteArrayList &args)
 
 } // namespace
 
-SORVEL_COMMAND(risk, "risk", "risk PATH...\n      Show the risk verdict for each path and whether it is protected.",
-               risk);
+SORVEL_COMMAND(risk, "risk", describe, risk);

@@ -77,71 +77,85 @@ std::optional<qint64> parseSize(const QByteArray &text)
     return qint64(value * factor);
 }
 
+CliCommand describe()
+{
+    return {
+        .name = "scan",
+        .summary = QT_TRANSLATE_NOOP(
+            "CommandLine", "Walk a folder once and show its size, categories, biggest files and developer artefacts."),
+        .arguments = {{.name = "PATH", .kind = CliArgument::Kind::folder}},
+        .options =
+            {
+                {.name = "--min-size",
+                 .value = {.name = "BYTES"},
+                 .help = QT_TRANSLATE_NOOP("CommandLine",
+                                           "List files one by one from this allocated size on (default 1000000; "
+                                           "10k, 5M, 1G are decimal). Smaller files still count in every total.")},
+                {.name = "--exclude",
+                 .value = {.name = "PATH", .kind = CliArgument::Kind::folder},
+                 .help = QT_TRANSLATE_NOOP("CommandLine", "A folder never to enter; repeat it for more."),
+                 .repeatable = true},
+                {.name = "--skip-hidden",
+                 .help = QT_TRANSLATE_NOOP("CommandLine", "Leave out names that begin with a dot.")},
+                {.name = "--no-packages",
+                 .help = QT_TRANSLATE_NOOP("CommandLine", "Walk bundle folders (.app, .framework, ...) as folders "
+                                                          "instead of counting each as one file.")},
+                {.name = "--json",
+                 .help = QT_TRANSLATE_NOOP("CommandLine",
+                                           "Print the whole result as one JSON document instead of the summary.")},
+                {.name = "--top",
+                 .value = {.name = "N"},
+                 .help = QT_TRANSLATE_NOOP("CommandLine",
+                                           "Show the N biggest files and developer artefacts (default 10).")},
+            },
+        .description = {
+            QT_TRANSLATE_NOOP("CommandLine",
+                              "Walks the folder once, as the app does, and prints the total size (allocated bytes, "
+                              "each hard-linked file once), the number of files and folders, what could not be read, "
+                              "the time taken, the totals per file category, the biggest files and the developer "
+                              "artefacts found (node_modules, Rust target, Python virtualenvs, ...)."),
+            QT_TRANSLATE_NOOP("CommandLine",
+                              "On a terminal it shows live progress on standard error; Ctrl-C stops the walk. Folders "
+                              "the system keeps for itself (/proc, /sys, /dev, /run, /media, /mnt, /net, /snap) are "
+                              "not entered below the scanned folder, but can be scanned directly."),
+        }};
+}
+
 // Reads the arguments; on a mistake prints one line and returns nothing.
-std::optional<Arguments> parse(const QByteArrayList &args)
+std::optional<Arguments> parse(const CliParser &args)
 {
     Arguments parsed;
-    auto fail = [](const QString &message) {
-        Commands::err() << "sorvel scan: " << message << '\n'
-                        << tr("Usage: sorvel scan PATH [--min-size BYTES] [--exclude PATH]... [--skip-hidden] "
-                              "[--no-packages] [--json] [--top N]")
-                        << Qt::endl;
+    auto fail = [&args](const QString &message) {
+        Commands::mistake(args.command(), message);
         return std::nullopt;
     };
-    for (qsizetype i = 0; i < args.size(); ++i) {
-        QByteArray arg = args[i];
-        QByteArray value;
-        bool hasValue = false;
-        if (arg.startsWith("--") && arg.contains('=')) {
-            const qsizetype eq = arg.indexOf('=');
-            value = arg.mid(eq + 1);
-            arg = arg.left(eq);
-            hasValue = true;
-        }
-        auto takeValue = [&]() -> bool {
-            if (hasValue)
-                return true;
-            if (i + 1 >= args.size())
-                return false;
-            value = args[++i];
-            return true;
-        };
-        if (arg == "--json") {
-            parsed.json = true;
-        } else if (arg == "--skip-hidden") {
-            parsed.options.skipHiddenFiles = true;
-        } else if (arg == "--no-packages") {
-            parsed.options.treatPackagesAsFiles = false;
-        } else if (arg == "--min-size") {
-            if (!takeValue())
-                return fail(tr("--min-size needs a number of bytes"));
-            const auto size = parseSize(value);
-            if (!size)
-                return fail(tr("--min-size takes a number of bytes, such as 1000000 or 10M, not '%1'")
-                                .arg(QString::fromLocal8Bit(value)));
-            parsed.options.minTrackedSize = *size;
-        } else if (arg == "--exclude") {
-            if (!takeValue() || value.isEmpty())
-                return fail(tr("--exclude needs a folder"));
-            parsed.options.excludedPaths.append(value);
-        } else if (arg == "--top") {
-            bool ok = false;
-            const int top = takeValue() ? value.toInt(&ok) : 0;
-            if (!ok || top < 0)
-                return fail(tr("--top takes a number of files, such as 10"));
-            parsed.top = top;
-        } else if (arg == "-h" || arg == "--help") {
-            return fail(tr("walks a folder once and shows where its space goes."));
-        } else if (arg.startsWith('-') && arg.size() > 1) {
-            return fail(tr("unknown option '%1'").arg(QString::fromLocal8Bit(arg)));
-        } else if (parsed.path.isNull()) {
-            parsed.path = args[i];
-        } else {
-            return fail(tr("one folder at a time, please"));
-        }
+    parsed.json = args.isSet("--json");
+    parsed.options.skipHiddenFiles = args.isSet("--skip-hidden");
+    if (args.isSet("--no-packages"))
+        parsed.options.treatPackagesAsFiles = false;
+    if (args.isSet("--min-size")) {
+        const QByteArray value = args.value("--min-size");
+        const auto size = parseSize(value);
+        if (!size)
+            return fail(tr("--min-size takes a number of bytes, such as 1000000 or 10M, not '%1'")
+                            .arg(QString::fromLocal8Bit(value)));
+        parsed.options.minTrackedSize = *size;
     }
-    if (parsed.path.isEmpty())
+    for (const QByteArray &folder : args.values("--exclude")) {
+        if (folder.isEmpty())
+            return fail(tr("--exclude needs a folder"));
+        parsed.options.excludedPaths.append(folder);
+    }
+    if (args.isSet("--top")) {
+        bool ok = false;
+        const int top = args.value("--top").toInt(&ok);
+        if (!ok || top < 0)
+            return fail(tr("--top takes a number of files, such as 10"));
+        parsed.top = top;
+    }
+    if (args.positional().isEmpty() || args.positional().first().isEmpty())
         return fail(tr("which folder? Give a path"));
+    parsed.path = args.positional().first();
     return parsed;
 }
 
@@ -412,7 +426,7 @@ void writeSummary(const QByteArray &root, const Arguments &args, const ScanResul
     out.flush();
 }
 
-int runScan(const QByteArrayList &argv)
+int runScan(const CliParser &argv)
 {
     const auto args = parse(argv);
     if (!args)
@@ -452,7 +466,4 @@ int runScan(const QByteArrayList &argv)
 
 } // namespace
 
-SORVEL_COMMAND(scan, "scan",
-               "scan PATH [--min-size BYTES] [--exclude PATH]... [--skip-hidden] [--no-packages] [--json] [--top N]\n"
-               "      Walk a folder once and show its size, categories, biggest files and developer artefacts.",
-               runScan);
+SORVEL_COMMAND(scan, "scan", describe, runScan);

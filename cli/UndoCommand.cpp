@@ -23,19 +23,31 @@ QString tr(const char *text, qint64 n)
     return QCoreApplication::translate("UndoCommand", text, nullptr, int(std::min<qint64>(n, INT_MAX)));
 }
 
-const char *const help = R"(Usage: sorvel undo [--list] [--json]
-
-Puts back what the last removal to the Trash moved ('sorvel remove' or the app's
-Sorvelise), each item at the place it came from. Nothing there is ever replaced:
-an item whose old place is taken now, or whose folder is gone, stays in the
-Trash and is listed with the reason. Exit status 0 when everything came back, 1
-when something stayed or there was nothing to undo.
-
-Options:
-  --list   List the recorded removals, newest first: when, how many items,
-           how many still lie in the Trash, their size and the first path.
-  --json   Print the outcome (or the list) as one JSON object.
-)";
+CliCommand describe()
+{
+    return {
+        .name = "undo",
+        .summary = QT_TRANSLATE_NOOP(
+            "CommandLine", "Put back what the last removal to the Trash moved; --list shows what can be undone."),
+        .options =
+            {
+                {.name = "--list",
+                 .help = QT_TRANSLATE_NOOP("CommandLine",
+                                           "List the recorded removals, newest first: when, how many items, how many "
+                                           "still lie in the Trash, their size and the first path.")},
+                {.name = "--json",
+                 .help = QT_TRANSLATE_NOOP("CommandLine", "Print the outcome (or the list) as one JSON object.")},
+            },
+        .description = {
+            QT_TRANSLATE_NOOP("CommandLine",
+                              "Puts back what the last removal to the Trash moved ('sorvel remove' or the app's "
+                              "Sorvelise), each item at the place it came from. Nothing there is ever replaced: an "
+                              "item whose old place is taken now, or whose folder is gone, stays in the Trash and is "
+                              "listed with the reason."),
+            QT_TRANSLATE_NOOP("CommandLine", "Exit status: 0 when everything came back, 1 when something stayed or "
+                                             "there was nothing to undo."),
+        }};
+}
 
 QString dateText(const QDateTime &date) { return date.toLocalTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")); }
 
@@ -149,24 +161,10 @@ void printJson(const RemovalJournal::Entry &entry, const RemovalJournal::UndoOut
     out.raw("]}\n");
 }
 
-int undoCommand(const QByteArrayList &args)
+int undoCommand(const CliParser &args)
 {
-    bool listing = false;
-    bool json = false;
-    for (const QByteArray &arg : args) {
-        if (arg == "--list") {
-            listing = true;
-        } else if (arg == "--json") {
-            json = true;
-        } else if (arg == "-h" || arg == "--help") {
-            Commands::out() << help;
-            return 0;
-        } else {
-            Commands::err() << "sorvel undo: " << tr("unexpected argument '%1'").arg(Paths::toDisplay(arg)) << '\n'
-                            << tr("Usage: sorvel undo [--list] [--json]") << Qt::endl;
-            return 2;
-        }
-    }
+    const bool listing = args.isSet("--list");
+    const bool json = args.isSet("--json");
 
     const RemovalJournal journal(RemovalJournal::defaultFolder());
     if (listing)
@@ -189,7 +187,4 @@ int undoCommand(const QByteArrayList &args)
 
 } // namespace
 
-SORVEL_COMMAND(undo, "undo",
-               "undo [--list] [--json]\n"
-               "      Put back what the last removal to the Trash moved; --list shows what can be undone.",
-               undoCommand);
+SORVEL_COMMAND(undo, "undo", describe, undoCommand);

@@ -13,12 +13,14 @@ QString pad(const QString &text, qsizetype width, bool right)
     return right ? text.rightJustified(width) : text.leftJustified(width);
 }
 
-int run(const QByteArrayList &args)
+CliCommand describe()
 {
-    if (!args.isEmpty()) {
-        Commands::err() << "sorvel volumes: takes no arguments" << Qt::endl;
-        return 2;
-    }
+    return {.name = "volumes",
+            .summary = QT_TRANSLATE_NOOP("CommandLine", "List the mounted volumes with their free and total space.")};
+}
+
+int run(const CliParser &)
+{
     const QList<VolumeInfo> volumes = VolumeInfo::mounted();
     if (volumes.isEmpty()) {
         Commands::err() << "sorvel volumes: no volumes found" << Qt::endl;
@@ -52,4 +54,4 @@ int run(const QByteArrayList &args)
 
 } // namespace
 
-SORVEL_COMMAND(volumes, "volumes", "volumes\n      List the mounted volumes with their free and total space.", run);
+SORVEL_COMMAND(volumes, "volumes", describe, run);

@@ -206,7 +206,7 @@ private slots:
         row("scan bad size", {u"scan"_qs, root, u"--min-size"_qs, u"lots"_qs}, 2, "--min-size takes");
         for (const char *number : {"nan", "-0", "1e999"})
             row(number, {u"scan"_qs, root, u"--min-size"_qs, QString::fromLatin1(number)}, 2, "--min-size takes");
-        row("scan two paths", {u"scan"_qs, root, root}, 2, "one folder at a time");
+        row("scan two paths", {u"scan"_qs, root, root}, 2, "one PATH at a time");
         row("twins no path", {u"twins"_qs}, 2);
         row("twins not a number", {u"twins"_qs, root, u"--min-size"_qs, u"ten"_qs}, 2);
         row("volumes with an argument", {u"volumes"_qs, u"/"_qs}, 2);
