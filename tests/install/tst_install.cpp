@@ -110,11 +110,11 @@ private slots:
             QStringLiteral("share/icons/hicolor/symbolic/apps/%1-symbolic.svg").arg(appId),
             QStringLiteral("share/doc/sorvel-cleaner/copyright"),
         };
-        for (const QString program : {QStringLiteral("sorvel"), QStringLiteral("sorvel-cleaner")})
-            expected << QStringLiteral("share/man/man1/%1.1.gz").arg(program)
-                     << QStringLiteral("share/bash-completion/completions/%1").arg(program)
-                     << QStringLiteral("share/zsh/vendor-completions/_%1").arg(program)
-                     << QStringLiteral("share/fish/vendor_completions.d/%1.fish").arg(program);
+        for (const char *program : {"sorvel", "sorvel-cleaner"})
+            expected << QStringLiteral("share/man/man1/%1.1.gz").arg(QLatin1String(program))
+                     << QStringLiteral("share/bash-completion/completions/%1").arg(QLatin1String(program))
+                     << QStringLiteral("share/zsh/vendor-completions/_%1").arg(QLatin1String(program))
+                     << QStringLiteral("share/fish/vendor_completions.d/%1.fish").arg(QLatin1String(program));
         for (const QString &file : std::as_const(expected))
             QVERIFY2(QFileInfo::exists(installed(file)), qPrintable(file));
         for (const int size : {16, 24, 32, 48, 64, 128, 256, 512}) {
