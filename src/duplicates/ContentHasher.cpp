@@ -1,6 +1,6 @@
 #include "ContentHasher.h"
 
-#include "core/LongPath.h"
+#include "FileReads.h"
 
 #include <QtEndian>
 
@@ -13,6 +13,11 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+using FileReads::Fd;
+using FileReads::openRegular;
+using FileReads::readAt;
+using FileReads::ReadResult;
 
 namespace {
 
@@ -27,64 +32,9 @@ const EVP_MD *sha256()
     return EVP_sha256();
 }
 
-// Opens a regular file for reading and gives its length. O_NONBLOCK keeps a
-// path that was swapped for a FIFO from hanging the open; anything but a regular
-// file is refused, so a device can't be read forever. On failure `error` is
-// errno, or 0 for a path that is no regular file.
-int openRegular(const QByteArray &path, qint64 &length, int &error)
-{
-    const int fd = LongPath::open(path, O_RDONLY | O_NOCTTY | O_NONBLOCK);
-    if (fd < 0) {
-        error = errno;
-        return -1;
-    }
-    struct stat st {};
-    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
-        error = S_ISREG(st.st_mode) ? errno : 0;
-        ::close(fd);
-        return -1;
-    }
-    length = qint64(st.st_size);
-    return fd;
-}
-
 bool allZero(const char *data, qint64 length)
 {
     return length == 0 || (data[0] == 0 && std::memcmp(data, data + 1, size_t(length - 1)) == 0);
-}
-
-struct Fd {
-    int fd;
-    ~Fd()
-    {
-        if (fd >= 0)
-            ::close(fd); // a closing error changes nothing that was read
-    }
-};
-
-struct ReadResult {
-    qint64 bytes = 0;
-    bool failed = false;
-};
-
-// Reads up to `count` bytes at `offset`, stopping early only at the end of the
-// file or on an error.
-ReadResult readAt(int fd, char *buffer, qint64 count, qint64 offset)
-{
-    ReadResult r;
-    while (r.bytes < count) {
-        const ssize_t n = ::pread(fd, buffer + r.bytes, size_t(count - r.bytes), off_t(offset + r.bytes));
-        if (n < 0) {
-            if (errno == EINTR)
-                continue;
-            r.failed = true;
-            break;
-        }
-        if (n == 0)
-            break;
-        r.bytes += n;
-    }
-    return r;
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "DuplicateEngine.h"
 
 #include "ContentHasher.h"
+#include "InStepComparison.h"
 #include "StorageProbe.h"
 
 #include "core/Fmt.h"
@@ -224,14 +225,21 @@ std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &fil
         return answer({});
 
     // Stage 3: whole contents. Files whose sample was all of them are not read again.
+    const auto comparedInStep = [reading](const std::vector<Suspect> &group, ContentHasher::Form form) {
+        return (reading == Reading::automatic || reading == Reading::inStep) && form == ContentHasher::Form::bytes &&
+               group.size() <= InStepComparison::maxFiles &&
+               std::none_of(group.begin(), group.end(), [](const Suspect &s) { return bool(s.whole); });
+    };
     qint64 totalBytes = 0;
     std::vector<Job> toRead;
     std::vector<ContentHasher::Form> forms;
+    std::vector<bool> inStep;
     for (const auto &group : suspects) {
         forms.push_back(formOf(group));
+        inStep.push_back(comparedInStep(group, forms.back()));
         for (const Suspect &suspect : group) {
             totalBytes = saturatingAdd(totalBytes, suspect.file->logicalSize);
-            if (!suspect.whole)
+            if (!suspect.whole && !inStep.back())
                 toRead.push_back({suspect.file->path, forms.back()});
         }
     }
@@ -254,10 +262,32 @@ std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &fil
     size_t next = 0;
     std::vector<DuplicateGroup> groups;
     QHash<QString, size_t> groupIndex;
+    const auto reportVerifying = [&] {
+        report(0.2 + 0.8 * double(bytes) / double(std::max<qint64>(totalBytes, 1)), verifyStatus(bytes, totalBytes));
+    };
     for (size_t g = 0; g < suspects.size(); ++g) {
         const auto &group = suspects[g];
         OrderedBuckets<const FileItem *> digests;
-        for (const Suspect &suspect : group) {
+        if (inStep[g]) {
+            std::vector<QByteArray> paths;
+            paths.reserve(group.size());
+            for (const Suspect &suspect : group)
+                paths.push_back(suspect.file->path);
+            // A report for each block of the set, not for each file.
+            const auto outcome = InStepComparison::compare(paths, group.front().file->logicalSize, *token,
+                                                           [&](qint64 count) { bytes += count; });
+            if (!outcome || token->isCancelled())
+                return std::nullopt;
+            for (const auto &failure : outcome->unreadable)
+                addUnreadable(unreadable, paths[failure.member], failure.error);
+            for (const InStepComparison::Set &set : outcome->sets)
+                for (const size_t member : set.members)
+                    digests.add(set.digest, group[member].file);
+            reportVerifying();
+        }
+        // Otherwise every file is hashed whole.
+        static const std::vector<Suspect> none;
+        for (const Suspect &suspect : inStep[g] ? none : group) {
             std::optional<QByteArray> digest;
             int error = 0;
             if (suspect.whole) {
@@ -281,8 +311,7 @@ std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &fil
                 continue;
             }
             digests.add(*digest, suspect.file);
-            report(0.2 + 0.8 * double(bytes) / double(std::max<qint64>(totalBytes, 1)),
-                   verifyStatus(bytes, totalBytes));
+            reportVerifying();
         }
         for (const auto &[digest, list] : digests.lists()) {
             if (list.size() < 2)

@@ -20,9 +20,10 @@
 //  2. a SHA-256 of samples: the first 64 KiB, and from 131,073 bytes on also the
 //     last 64 KiB (a file of 64 KiB or less is thereby hashed whole, and its
 //     sample digest is its whole-file digest);
-//  3. a SHA-256 of the whole of each file left, in 4 MiB reads (for files
-//     that agree with a sparse one, of ContentHasher's zero-run form).
-// Only equal whole-file digests make duplicates. Samples are read as bytes, holes
+//  3. the whole of each file left: compared in step with the others and the
+//     SHA-256 of one of each equal set, or a SHA-256 of each file in 4 MiB reads
+//     (for files that agree with a sparse one, of ContentHasher's zero-run form).
+// Only equal whole contents make duplicates. Samples are read as bytes, holes
 // included, so stage 2 never parts what stage 3 would join.
 namespace DuplicateEngine {
 
@@ -30,13 +31,18 @@ namespace DuplicateEngine {
 // must get the report to wherever it is shown without waiting.
 using ProgressCallback = std::function<void(double fraction, const QString &status)>;
 
-// How stage 3 reads. One at a time keeps a spinning disk streaming; a small pool
-// hashing several files at once pays off where seeks cost nothing. Either way the
-// groups, their order and every progress report are the same.
+// How stage 3 reads. In step: the files of a set that agree so far are read side
+// by side and compared byte by byte, and only one of each set that stays equal
+// is hashed (InStepComparison); a set of more than 64 files, or one with a sparse
+// file, is hashed file by file instead. File by file, one at a time keeps a
+// spinning disk streaming, and a small pool hashing several files at once pays
+// off where seeks cost nothing. Every way finds the same groups in the same
+// order; one at a time and pooled give the same progress reports too.
 enum class Reading {
-    automatic, // a pool when every file to read is on non-rotating storage or cached
-    oneAtATime,
-    pooled,
+    automatic,  // in step, else a pool when every file to read is on non-rotating storage or cached
+    inStep,     // in step, else one at a time
+    oneAtATime, // every file hashed whole, one after the other
+    pooled,     // every file hashed whole, by a pool
 };
 
 // Stage 2 reports after every 50th file.

@@ -4,6 +4,7 @@
 #include "Unprivileged.h"
 
 #include "duplicates/DuplicateEngine.h"
+#include "duplicates/InStepComparison.h"
 
 #include <QMutex>
 #include <QRandomGenerator>
@@ -151,6 +152,7 @@ private slots:
         const auto both = [](const char *name, QList<int> contents, Ids expected) {
             QTest::addRow("%s, one at a time", name) << contents << expected << Reading::oneAtATime;
             QTest::addRow("%s, pooled", name) << contents << expected << Reading::pooled;
+            QTest::addRow("%s, in step", name) << contents << expected << Reading::inStep;
         };
         both("three and one", {0, 0, 1, 0}, {{1, 2, 4}});
         both("two and two", {0, 1, 1, 0}, {{1, 4}, {2, 3}});
@@ -218,6 +220,48 @@ private slots:
         QCOMPARE(unreadable.count, 1);
         QCOMPARE(unreadable.samples.front().path, last);
         QCOMPARE(unreadable.samples.front().error, ENOENT);
+
+        // Read in step, the file gone before the comparison is counted alike.
+        DuplicateEngine::Unreadable inStep;
+        QCOMPARE(ids(DuplicateEngine::find(files, makeCancelToken(), {}, Reading::inStep, &inStep)), expected);
+        QCOMPARE(inStep.count, 1);
+        QCOMPARE(inStep.samples.front().path, last);
+    }
+
+    // Random sets of one size whose samples agree and whose contents differ (or
+    // not) somewhere in the middle, in sets of up to 70 files (more than are read
+    // side by side): read in step, the groups and their ids are exactly those of
+    // hashing every file.
+    void inStepMatchesHashingEveryFile()
+    {
+        QRandomGenerator random(77);
+        for (int round = 0; round < 3; ++round) {
+            DuplicateFiles dir;
+            std::vector<FileItem> files;
+            for (int set = 0; set < 4; ++set) {
+                // Up to a few blocks long, the last one short, or exactly two blocks.
+                const bool many = set == 3 && round % 2;
+                const qint64 size = set == 0 ? 2 * InStepComparison::maxBlock
+                                    : many   ? 200000
+                                             : 131072 + random.bounded(int(2 * InStepComparison::maxBlock));
+                const QByteArray base = DuplicateFiles::noise(size, random.generate());
+                const int count = many ? 70 : 2 + random.bounded(6);
+                for (int i = 0; i < count; ++i) {
+                    // A third of them are copies; the rest differ at one of a few
+                    // offsets between the samples, so some differ alike.
+                    const int variant = random.bounded(3) == 0 ? -1 : random.bounded(3);
+                    const qint64 at = 65536 + (size - 2 * 65536) * (variant + 1) / 4;
+                    const QByteArray content = variant < 0 ? base : DuplicateFiles::flipped(base, at);
+                    files.push_back(dir.write("r" + QByteArray::number(set) + "-" + QByteArray::number(i), content,
+                                              1e9 + double(files.size())));
+                }
+            }
+            const auto hashed = DuplicateEngine::find(files, makeCancelToken(), {}, Reading::oneAtATime);
+            const auto inStep = DuplicateEngine::find(files, makeCancelToken(), {}, Reading::inStep);
+            QVERIFY(hashed && inStep);
+            QVERIFY(!hashed->empty());
+            QCOMPARE(*inStep, *hashed);
+        }
     }
 
     void unreadableFilesDropOut()
@@ -367,25 +411,30 @@ private slots:
     // fingerprinting reports), small files hashed whole in stage 2, traps that
     // only stage 3 separates, large files over several reads, and groups of
     // several sizes.
-    void pooledReadingMatchesOneAtATime()
+    void everyReadingFindsTheSameGroups()
     {
         DuplicateFiles dir;
         const std::vector<FileItem> files = mixedCorpus(dir);
 
         Reports one;
         Reports pooled;
-        Reports automatic;
+        Reports inStep;
         const auto a = DuplicateEngine::find(files, makeCancelToken(), one.callback(), Reading::oneAtATime);
         const auto b = DuplicateEngine::find(files, makeCancelToken(), pooled.callback(), Reading::pooled);
-        const auto c = DuplicateEngine::find(files, makeCancelToken(), automatic.callback(), Reading::automatic);
-        QVERIFY(a && b && c);
+        const auto c = DuplicateEngine::find(files, makeCancelToken(), inStep.callback(), Reading::inStep);
+        const auto d = DuplicateEngine::find(files, makeCancelToken(), {}, Reading::automatic);
+        QVERIFY(a && b && c && d);
         QCOMPARE(a->size(), size_t(9));
         QCOMPARE(*b, *a);
         QCOMPARE(*c, *a);
+        QCOMPARE(*d, *a);
         QCOMPARE(one.count(fingerprinting), 2);
         QVERIFY(one.count(verifying) > 10);
         QVERIFY(pooled.all == one.all);
-        QVERIFY(automatic.all == one.all);
+        // Read in step, copies are reported as sets, fewer times, to the same end.
+        QVERIFY(inStep.count(verifying) > 0 && inStep.count(verifying) < one.count(verifying));
+        QCOMPARE(inStep.all.back().status, one.all.back().status);
+        QCOMPARE(inStep.all.back().fraction, 1.0);
     }
 
     // Files far below PATH_MAX deep are compared like any other.
@@ -404,7 +453,7 @@ private slots:
             deep.modified = 10.0 + double(files.size());
             files.push_back(deep);
         }
-        for (const Reading reading : {Reading::oneAtATime, Reading::pooled}) {
+        for (const Reading reading : {Reading::oneAtATime, Reading::pooled, Reading::inStep}) {
             DuplicateEngine::Unreadable unreadable;
             const auto groups = DuplicateEngine::find(files, makeCancelToken(), {}, reading, &unreadable);
             QCOMPARE(ids(groups), (Ids{{4, 3, 1}}));
@@ -477,6 +526,7 @@ private slots:
         addReadings();
         QTest::newRow("one at a time") << Reading::oneAtATime;
         QTest::newRow("pooled") << Reading::pooled;
+        QTest::newRow("in step") << Reading::inStep;
     }
 
     void cancelAtEachReport()
