@@ -21,8 +21,10 @@ namespace InStepComparison {
 // together, within `memoryBudget` bytes.
 inline constexpr size_t maxFiles = 64;
 inline constexpr qint64 memoryBudget = 32 * 1024 * 1024;
+// Small enough that a block is still in the processor's cache when it is
+// compared and hashed.
 inline constexpr qint64 minBlock = 64 * 1024;
-inline constexpr qint64 maxBlock = 4 * 1024 * 1024;
+inline constexpr qint64 maxBlock = 256 * 1024;
 
 struct Set {
     QByteArray digest;           // SHA-256 of the content, lower-case hex
