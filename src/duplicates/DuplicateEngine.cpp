@@ -74,58 +74,56 @@ struct Job {
     ContentHasher::Form form = ContentHasher::Form::bytes;
 };
 
-// Hashes a fixed list of files on a few threads of its own, ahead of a reader
-// that takes the outcomes strictly in list order. Once cancelled, the workers
-// read nothing more but still settle every slot, so no take() waits forever.
-class HashPool
+// Works through a fixed list of jobs on a few threads of its own, ahead of a
+// reader that takes the results strictly in list order. Each thread keeps one
+// `Context` for all its jobs. Once abandoned, the threads do no more work but
+// still settle every slot (with a default result), so no take() waits forever;
+// `work` itself gives up early once the search is cancelled.
+template <typename Context, typename Result>
+class OrderedPool
 {
 public:
-    HashPool(std::vector<Job> jobs, const CancelToken &token, int threads)
-        : m_jobs(std::move(jobs)), m_token(token), m_outcomes(m_jobs.size()), m_done(m_jobs.size(), false)
+    using Work = std::function<Result(Context &, size_t)>;
+
+    OrderedPool(size_t count, int threads, Work work) : m_work(std::move(work)), m_results(count), m_done(count, false)
     {
         for (int i = 0; i < threads; ++i) {
-            m_threads.emplace_back(QThread::create([this] { work(); }));
+            m_threads.emplace_back(QThread::create([this] { run(); }));
             m_threads.back()->start();
         }
     }
 
-    ~HashPool()
+    ~OrderedPool()
     {
         m_abandoned.store(true);
         for (const auto &thread : m_threads)
             thread->wait();
     }
 
-    Outcome take(size_t index)
+    Result take(size_t index)
     {
         std::unique_lock lock(m_mutex);
         m_settled.wait(lock, [&] { return bool(m_done[index]); });
-        return std::move(m_outcomes[index]);
+        return std::move(m_results[index]);
     }
 
 private:
-    void work()
+    void run()
     {
-        ContentHasher hasher;
-        for (size_t i = m_next.fetch_add(1); i < m_jobs.size(); i = m_next.fetch_add(1)) {
-            Outcome outcome;
-            if (!m_abandoned.load() && !m_token.isCancelled()) {
-                outcome.digest = hasher.fullHash(
-                    m_jobs[i].path, m_token, [&](qint64 n) { outcome.bytes += n; }, m_jobs[i].form);
-                outcome.error = hasher.error();
-            }
+        Context context;
+        for (size_t i = m_next.fetch_add(1); i < m_results.size(); i = m_next.fetch_add(1)) {
+            Result result = m_abandoned.load() ? Result{} : m_work(context, i);
             {
                 const std::lock_guard lock(m_mutex);
-                m_outcomes[i] = std::move(outcome);
+                m_results[i] = std::move(result);
                 m_done[i] = true;
             }
             m_settled.notify_all();
         }
     }
 
-    const std::vector<Job> m_jobs;
-    const CancelToken &m_token;
-    std::vector<Outcome> m_outcomes;
+    const Work m_work;
+    std::vector<Result> m_results;
     std::vector<char> m_done;
     std::mutex m_mutex;
     std::condition_variable m_settled;
@@ -133,6 +131,14 @@ private:
     std::atomic<bool> m_abandoned{false};
     std::vector<std::unique_ptr<QThread>> m_threads;
 };
+
+// What comparing one set in step gave, and the bytes it covered.
+struct InStepResult {
+    std::optional<InStepComparison::Outcome> outcome;
+    qint64 bytes = 0;
+};
+
+struct NoContext {};
 
 bool newerFirst(const FileItem &a, const FileItem &b) { return a.modified > b.modified; }
 
@@ -225,9 +231,23 @@ std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &fil
         return answer({});
 
     // Stage 3: whole contents. Files whose sample was all of them are not read again.
-    const auto comparedInStep = [reading](const std::vector<Suspect> &group, ContentHasher::Form form) {
-        return (reading == Reading::automatic || reading == Reading::inStep) && form == ContentHasher::Form::bytes &&
-               group.size() <= InStepComparison::maxFiles &&
+    // Where seeks cost something, reading side by side would seek between the
+    // files at every block: there every file is hashed, one after the other.
+    std::optional<bool> allSeekFree;
+    const auto seekFree = [&] {
+        if (!allSeekFree) {
+            std::vector<QByteArray> paths;
+            for (const auto &group : suspects)
+                for (const Suspect &suspect : group)
+                    if (!suspect.whole)
+                        paths.push_back(suspect.file->path);
+            allSeekFree = StorageProbe::allSeekFree(paths);
+        }
+        return *allSeekFree;
+    };
+    const auto comparedInStep = [&](const std::vector<Suspect> &group, ContentHasher::Form form) {
+        return (reading == Reading::inStep || (reading == Reading::automatic && seekFree())) &&
+               form == ContentHasher::Form::bytes && group.size() <= InStepComparison::maxFiles &&
                std::none_of(group.begin(), group.end(), [](const Suspect &s) { return bool(s.whole); });
     };
     qint64 totalBytes = 0;
@@ -243,20 +263,48 @@ std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &fil
                 toRead.push_back({suspect.file->path, forms.back()});
         }
     }
-    const auto seekFree = [&] {
-        std::vector<QByteArray> paths;
-        paths.reserve(toRead.size());
-        for (const Job &job : toRead)
-            paths.push_back(job.path);
-        return StorageProbe::allSeekFree(paths);
-    };
+    const int threads = std::clamp(QThread::idealThreadCount(), 2, 4);
     const bool pooled =
         toRead.size() >= 2 && (reading == Reading::pooled || (reading == Reading::automatic && seekFree()));
-    std::unique_ptr<HashPool> pool;
+    std::unique_ptr<OrderedPool<ContentHasher, Outcome>> pool;
     if (pooled) {
-        const int threads = std::clamp(QThread::idealThreadCount(), 2, 4);
-        pool = std::make_unique<HashPool>(toRead, *token, int(std::min<size_t>(size_t(threads), toRead.size())));
+        pool = std::make_unique<OrderedPool<ContentHasher, Outcome>>(
+            toRead.size(), int(std::min<size_t>(size_t(threads), toRead.size())),
+            [&toRead, &token](ContentHasher &worker, size_t i) {
+                Outcome outcome;
+                if (!token->isCancelled()) {
+                    outcome.digest = worker.fullHash(
+                        toRead[i].path, *token, [&](qint64 count) { outcome.bytes += count; }, toRead[i].form);
+                    outcome.error = worker.error();
+                }
+                return outcome;
+            });
     }
+    // Sets compared in step, each set on one thread, several sets at once where
+    // the search chose it; otherwise one after the other on this thread.
+    std::vector<size_t> inStepSets;
+    for (size_t g = 0; g < suspects.size(); ++g)
+        if (inStep[g])
+            inStepSets.push_back(g);
+    const auto pathsOf = [&suspects](size_t g) {
+        std::vector<QByteArray> paths;
+        paths.reserve(suspects[g].size());
+        for (const Suspect &suspect : suspects[g])
+            paths.push_back(suspect.file->path);
+        return paths;
+    };
+    std::unique_ptr<OrderedPool<NoContext, InStepResult>> inStepPool;
+    if (reading == Reading::automatic && inStepSets.size() >= 2) {
+        inStepPool = std::make_unique<OrderedPool<NoContext, InStepResult>>(
+            inStepSets.size(), int(std::min<size_t>(size_t(threads), inStepSets.size())), [&](NoContext &, size_t i) {
+                InStepResult result;
+                const size_t g = inStepSets[i];
+                result.outcome = InStepComparison::compare(pathsOf(g), suspects[g].front().file->logicalSize, *token,
+                                                           [&result](qint64 count) { result.bytes += count; });
+                return result;
+            });
+    }
+    size_t nextInStep = 0;
 
     qint64 bytes = 0;
     size_t next = 0;
@@ -269,13 +317,24 @@ std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &fil
         const auto &group = suspects[g];
         OrderedBuckets<const FileItem *> digests;
         if (inStep[g]) {
-            std::vector<QByteArray> paths;
-            paths.reserve(group.size());
-            for (const Suspect &suspect : group)
-                paths.push_back(suspect.file->path);
-            // A report for each block of the set, not for each file.
-            const auto outcome = InStepComparison::compare(paths, group.front().file->logicalSize, *token,
-                                                           [&](qint64 count) { bytes += count; });
+            const std::vector<QByteArray> paths = pathsOf(g);
+            std::optional<InStepComparison::Outcome> outcome;
+            if (inStepPool) {
+                // Reported when the set is done, as a pooled hash is.
+                InStepResult result = inStepPool->take(nextInStep++);
+                outcome = std::move(result.outcome);
+                bytes += result.bytes;
+            } else {
+                // Reported as every 4 MiB more is covered, and when the set is done.
+                qint64 reported = bytes;
+                outcome = InStepComparison::compare(paths, group.front().file->logicalSize, *token, [&](qint64 count) {
+                    bytes += count;
+                    if (bytes - reported >= ContentHasher::chunkSize && !token->isCancelled()) {
+                        reported = bytes;
+                        reportVerifying();
+                    }
+                });
+            }
             if (!outcome || token->isCancelled())
                 return std::nullopt;
             for (const auto &failure : outcome->unreadable)
@@ -335,6 +394,7 @@ std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &fil
         }
     }
     pool.reset();
+    inStepPool.reset();
 
     std::stable_sort(groups.begin(), groups.end(), [](const DuplicateGroup &a, const DuplicateGroup &b) {
         return a.reclaimable() > b.reclaimable();

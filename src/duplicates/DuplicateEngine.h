@@ -34,13 +34,15 @@ using ProgressCallback = std::function<void(double fraction, const QString &stat
 // How stage 3 reads. In step: the files of a set that agree so far are read side
 // by side and compared byte by byte, and only one of each set that stays equal
 // is hashed (InStepComparison); a set of more than 64 files, or one with a sparse
-// file, is hashed file by file instead. File by file, one at a time keeps a
-// spinning disk streaming, and a small pool hashing several files at once pays
-// off where seeks cost nothing. Every way finds the same groups in the same
-// order; one at a time and pooled give the same progress reports too.
+// file, is hashed file by file instead. In step suits storage where seeks cost
+// nothing; on a spinning disk every file is hashed, one at a time, so the disk
+// keeps streaming. A small pool works on several sets or files at once where
+// seeks cost nothing. Every way finds the same groups in the same order; one at
+// a time and pooled give the same progress reports too.
 enum class Reading {
-    automatic,  // in step, else a pool when every file to read is on non-rotating storage or cached
-    inStep,     // in step, else one at a time
+    automatic,  // where every file to read is on non-rotating storage or cached: in step, several
+                // sets at once, and the rest by a pool; elsewhere one at a time
+    inStep,     // in step, one set after the other; the rest one at a time
     oneAtATime, // every file hashed whole, one after the other
     pooled,     // every file hashed whole, by a pool
 };

@@ -20,7 +20,7 @@ namespace InStepComparison {
 // At most this many files are read side by side: their blocks stay in memory
 // together, within `memoryBudget` bytes.
 inline constexpr size_t maxFiles = 64;
-inline constexpr qint64 memoryBudget = 32 * 1024 * 1024;
+inline constexpr qint64 memoryBudget = 16 * 1024 * 1024;
 // Small enough that a block is still in the processor's cache when it is
 // compared and hashed.
 inline constexpr qint64 minBlock = 64 * 1024;
