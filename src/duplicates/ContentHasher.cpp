@@ -1,10 +1,9 @@
 #include "ContentHasher.h"
 
 #include "FileReads.h"
+#include "Sha256.h"
 
 #include <QtEndian>
-
-#include <openssl/evp.h>
 
 #include <algorithm>
 #include <cstring>
@@ -21,17 +20,6 @@ using FileReads::ReadResult;
 
 namespace {
 
-const EVP_MD *sha256()
-{
-#if OPENSSL_VERSION_NUMBER >= 0x30000000L
-    // Fetched once: an implicit fetch on every EVP_DigestInit_ex costs a lookup.
-    static EVP_MD *const md = EVP_MD_fetch(nullptr, "SHA256", nullptr);
-    if (md)
-        return md;
-#endif
-    return EVP_sha256();
-}
-
 bool allZero(const char *data, qint64 length)
 {
     return length == 0 || (data[0] == 0 && std::memcmp(data, data + 1, size_t(length - 1)) == 0);
@@ -40,12 +28,10 @@ bool allZero(const char *data, qint64 length)
 } // namespace
 
 struct ContentHasher::Private {
-    EVP_MD_CTX *ctx = EVP_MD_CTX_new();
+    Sha256 hash;
     std::unique_ptr<char[]> sample{new char[sampleSize]};
     std::unique_ptr<char[]> chunk; // allocated on the first whole-file hash
     int error = 0;
-
-    ~Private() { EVP_MD_CTX_free(ctx); }
 
     std::nullopt_t fail()
     {
@@ -55,15 +41,9 @@ struct ContentHasher::Private {
     std::optional<QByteArray> zeroRuns(int fd, qint64 length, const CancelToken &token,
                                        const std::function<void(qint64)> &onBytes);
 
-    void start() { EVP_DigestInit_ex(ctx, sha256(), nullptr); }
-    void add(const char *data, qint64 length) { EVP_DigestUpdate(ctx, data, size_t(length)); }
-    QByteArray finish()
-    {
-        unsigned char digest[EVP_MAX_MD_SIZE];
-        unsigned int length = 0;
-        EVP_DigestFinal_ex(ctx, digest, &length);
-        return QByteArray(reinterpret_cast<const char *>(digest), int(length)).toHex();
-    }
+    void start() { hash.reset(); }
+    void add(const char *data, qint64 length) { hash.add(data, length); }
+    QByteArray finish() { return hash.finish(); }
 };
 
 ContentHasher::ContentHasher() : d(std::make_unique<Private>()) {}

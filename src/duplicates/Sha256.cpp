@@ -17,13 +17,15 @@ const EVP_MD *algorithm()
 
 } // namespace
 
-Sha256::Sha256() : m_ctx(EVP_MD_CTX_new()) { EVP_DigestInit_ex(m_ctx, algorithm(), nullptr); }
+Sha256::Sha256() : m_ctx(EVP_MD_CTX_new()) { reset(); }
 
 Sha256::Sha256(const Sha256 &other) : m_ctx(EVP_MD_CTX_new()) { EVP_MD_CTX_copy_ex(m_ctx, other.m_ctx); }
 
 Sha256::Sha256(Sha256 &&other) noexcept : m_ctx(other.m_ctx) { other.m_ctx = nullptr; }
 
 Sha256::~Sha256() { EVP_MD_CTX_free(m_ctx); }
+
+void Sha256::reset() { EVP_DigestInit_ex(m_ctx, algorithm(), nullptr); }
 
 void Sha256::add(const char *data, qint64 length) { EVP_DigestUpdate(m_ctx, data, size_t(length)); }
 

@@ -17,6 +17,8 @@ public:
     Sha256 &operator=(const Sha256 &) = delete;
     ~Sha256();
 
+    // Starts over, as a new hash; the context is kept.
+    void reset();
     void add(const char *data, qint64 length);
     // The digest in lower-case hex. Ends this hash.
     QByteArray finish();
