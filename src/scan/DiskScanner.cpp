@@ -1,6 +1,8 @@
 #include "DiskScanner.h"
 
 #include "DevArtifactRule.h"
+#include "ParallelTreeWalk.h"
+#include "SkipSet.h"
 #include "TreeWalk.h"
 #include "core/AllocatedSize.h"
 #include "core/FileCategory.h"
@@ -16,6 +18,7 @@
 #include <cstdlib>
 #include <memory>
 #include <optional>
+#include <thread>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -60,41 +63,6 @@ QByteArrayList systemSkips()
         return {"/proc", "/sys", "/dev", "/run", "/media", "/mnt", "/net", "/snap"};
 }
 
-// The set of skipped folders. A handful of entries, so a linear test by length
-// first is cheaper than hashing each directory's path.
-class SkipSet
-{
-public:
-    explicit SkipSet(const QByteArrayList &paths)
-    {
-        for (const QByteArray &path : paths)
-            add(path);
-    }
-
-    bool contains(QByteArrayView path) const
-    {
-        for (const QByteArray &entry : m_exact)
-            if (entry.size() == path.size() && entry == path)
-                return true;
-        // Canonical equivalence only matters when both sides hold non-ASCII text.
-        if (m_comparable.empty() || Paths::isAscii(path))
-            return false;
-        const QByteArray form = Paths::comparable(path);
-        return std::find(m_comparable.begin(), m_comparable.end(), form) != m_comparable.end();
-    }
-
-private:
-    void add(const QByteArray &path)
-    {
-        m_exact.push_back(path);
-        if (!Paths::isAscii(path))
-            m_comparable.push_back(Paths::comparable(path));
-    }
-
-    std::vector<QByteArray> m_exact;
-    std::vector<QByteArray> m_comparable;
-};
-
 // The one bundle being summed up while the walk is inside it.
 struct PackageAccumulator {
     QByteArray path;
@@ -137,6 +105,14 @@ std::optional<FileCategory> packageCategory(QByteArrayView name)
 using WalkEntry = TreeWalk::Entry;
 using WalkKind = TreeWalk::Kind;
 
+// What a folder the walk enters is, as build output; asked of the walk that
+// found it, which knows where that folder lies.
+QString artifactKind(TreeWalk &walk, QByteArrayView name)
+{
+    return DevArtifactRule::match(name, walk.folderDescriptor());
+}
+QString artifactKind(ParallelTreeWalk &walk, QByteArrayView) { return walk.probed(); }
+
 // The state of one walk. Everything lives for one call and on one thread.
 class Walk
 {
@@ -148,7 +124,7 @@ public:
           m_packagesAsFiles(options.treatPackagesAsFiles), m_nextID(firstID), m_token(token), m_progress(progress)
     {}
 
-    ScanResultPtr run(const QByteArray &root);
+    ScanResultPtr run(const QByteArray &root, DiskScanner::Walking walking);
 
 private:
     static constexpr int sampleLimit = 200;
@@ -160,7 +136,10 @@ private:
     void publishNewChild();
     void noteUnreadable(const WalkEntry &entry);
     void markUnreadable(const WalkEntry &entry, bool nothingRead);
-    void enterDirectory(TreeWalk &walk, const WalkEntry &entry);
+    template <class Walker>
+    ScanResultPtr runWith(Walker &walk);
+    template <class Walker>
+    void enterDirectory(Walker &walk, const WalkEntry &entry);
     void leaveDirectory(const WalkEntry &entry);
     void finishPackage(int level);
     void addFile(const WalkEntry &entry);
@@ -256,7 +235,8 @@ void Walk::markUnreadable(const WalkEntry &entry, bool nothingRead)
     }
 }
 
-void Walk::enterDirectory(TreeWalk &walk, const WalkEntry &entry)
+template <class Walker>
+void Walk::enterDirectory(Walker &walk, const WalkEntry &entry)
 {
     if (m_package)
         return; // nothing below a package is skipped, classified or counted as a folder
@@ -301,7 +281,7 @@ void Walk::enterDirectory(TreeWalk &walk, const WalkEntry &entry)
     m_entered = node.get();
 
     if (!m_inArtifact && level > 0) {
-        node->artifactKind = DevArtifactRule::match(name, walk.folderDescriptor());
+        node->artifactKind = artifactKind(walk, name);
         if (!node->artifactKind.isNull()) {
             m_inArtifact = true;
             m_artifactLevel = level;
@@ -446,11 +426,27 @@ void Walk::addFile(const WalkEntry &entry)
     }
 }
 
-ScanResultPtr Walk::run(const QByteArray &root)
+ScanResultPtr Walk::run(const QByteArray &root, DiskScanner::Walking walking)
+{
+    const int cores = int(std::thread::hardware_concurrency());
+    if (walking == DiskScanner::Walking::oneThread || (walking == DiskScanner::Walking::automatic && cores < 2)) {
+        TreeWalk walk(root, true);
+        return runWith(walk);
+    }
+    ParallelTreeWalk::Options options;
+    options.threads = std::clamp(cores, 2, 4);
+    options.skipHidden = m_skipHidden;
+    options.skips = m_skips;
+    options.probe = [](QByteArrayView name, int parentFd) { return DevArtifactRule::match(name, parentFd); };
+    ParallelTreeWalk walk(root, true, std::move(options));
+    return runWith(walk);
+}
+
+template <class Walker>
+ScanResultPtr Walk::runWith(Walker &walk)
 {
     QElapsedTimer clock;
     clock.start();
-    TreeWalk walk(root, true);
     m_sincePublished.start();
 
     qint64 entries = 0;
@@ -524,11 +520,11 @@ ScanResultPtr Walk::run(const QByteArray &root)
 namespace DiskScanner {
 
 ScanResultPtr scan(const QByteArray &root, const ScanOptions &options, qint64 firstID, const CancelTokenPtr &token,
-                   const ProgressCallback &progress)
+                   const ProgressCallback &progress, Walking walking)
 {
     const QByteArray path = Paths::normalize(root);
     Walk walk(path, options, firstID, token, progress);
-    ScanResultPtr result = walk.run(path);
+    ScanResultPtr result = walk.run(path, walking);
     if (result)
         result->options = options;
     return result;

@@ -20,11 +20,17 @@ namespace DiskScanner {
 // the record to the main thread.
 using ProgressCallback = std::function<void(const ScanProgress &)>;
 
-// Walks `root` on the calling thread (a background worker). Returns null when
-// cancelled, when the walk could not start, or when the root is no directory.
-// FileItem ids start at `firstID`; the result's lastID is one past the last.
+// How a scan reads the disk. `automatic` lists folders on several threads
+// ahead of the walk where the machine has more than one core; the result is the
+// same either way.
+enum class Walking { automatic, oneThread, parallel };
+
+// Walks `root` on the calling thread (a background worker), which builds the
+// result. Returns null when cancelled, when the walk could not start, or when
+// the root is no directory. FileItem ids start at `firstID`; the result's lastID
+// is one past the last.
 ScanResultPtr scan(const QByteArray &root, const ScanOptions &options, qint64 firstID, const CancelTokenPtr &token,
-                   const ProgressCallback &progress);
+                   const ProgressCallback &progress, Walking walking = Walking::automatic);
 
 // One entry of a folder as a scan of that folder would record it, for putting
 // back into a result what came back to disk: a result whose root is a node for

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QSet>
 
+#include <random>
 #include <set>
 #include <unordered_set>
 
@@ -159,6 +160,89 @@ QString invariantFault(const ScanResult &result, qint64 firstID)
         if (result.artifacts[i - 1].size < result.artifacts[i].size)
             return QStringLiteral("artifacts not largest first");
     return {};
+}
+
+void randomTree(const QByteArray &root, unsigned seed, int entries)
+{
+    std::mt19937 random(seed);
+    auto pick = [&random](int n) { return int(random() % unsigned(n)); };
+    static const char *const names[] = {"a",           "src",       "Lib",      ".hidden",   "node_modules",
+                                        "target",      "build",     "Tool.app", "x\ny",      "\xff\xfe",
+                                        "caf\xc3\xa9", "e\xcc\x81", "data.bin", "notes.txt", ".venv"};
+    std::vector<QByteArray> folders{root};
+    std::vector<QByteArray> files;
+    folder(root);
+    for (int made = 0; made < entries; ++made) {
+        // Mostly below recent folders, so that some chains grow deep.
+        const QByteArray &at = folders[folders.size() - 1 - size_t(pick(int(std::min<size_t>(folders.size(), 12))))];
+        QByteArray name = pick(40) == 0 ? QByteArray(255, char('a' + pick(26))) : QByteArray(names[pick(15)]);
+        name += QByteArray::number(made);
+        if (name.size() > 255)
+            name = name.right(255);
+        const QByteArray path = at + '/' + name;
+        switch (pick(10)) {
+        case 0:
+        case 1:
+        case 2:
+            folder(path);
+            folders.push_back(path);
+            if (pick(4) == 0)
+                file(path + "/Cargo.toml", 10);
+            if (pick(4) == 0)
+                file(path + "/pyvenv.cfg", 10);
+            break;
+        case 3:
+            if (!files.empty()) {
+                hardLink(files[size_t(pick(int(files.size())))], path);
+                break;
+            }
+            [[fallthrough]];
+        case 4:
+            if (::symlink(pick(2) ? ".." : "nowhere", path.constData()) == 0)
+                break;
+            [[fallthrough]];
+        default:
+            file(path, pick(3) == 0 ? 0 : pick(30000));
+            files.push_back(path);
+        }
+    }
+    // Build output needs its exact name beside its project file.
+    for (size_t i = 0; i < folders.size(); i += 7) {
+        file(folders[i] + "/node_modules/m/index.js", 300);
+        file(folders[i] + "/Cargo.toml", 20);
+        file(folders[i] + "/target/debug/app", 5000);
+    }
+}
+
+QByteArray describe(const ScanResult &result)
+{
+    QByteArray out;
+    auto number = [](auto... n) { return QByteArray::number(n...); };
+    std::vector<std::pair<const DirNode *, int>> stack{{result.root.get(), 0}};
+    while (!stack.empty()) {
+        auto [node, depth] = stack.back();
+        stack.pop_back();
+        out += QByteArray(depth, ' ') + node->name + ' ' + number(node->size) + ' ' + number(node->fileCount) + ' ' +
+               number(node->smallFilesSize) + ' ' + number(node->unreadableBelow) + ' ' + number(node->readError) +
+               (node->partlyRead ? " partly" : "") + ' ' + node->artifactKind.toUtf8() + '\n';
+        for (const FileItem &f : node->files)
+            out += QByteArray(depth + 1, ' ') + number(f.id) + ' ' + f.name + ' ' + number(f.size) + '\n';
+        for (auto it = node->children.rbegin(); it != node->children.rend(); ++it)
+            stack.emplace_back(it->get(), depth + 1);
+    }
+    for (const FileItem &f : result.files)
+        out += "file " + number(f.id) + ' ' + f.path + ' ' + number(f.size) + ' ' + number(f.logicalSize) + ' ' +
+               number(f.modified, 'f', 9) + ' ' + number(f.accessed, 'f', 9) + ' ' + number(int(f.category)) +
+               (f.isPackage ? " package" : "") + ' ' + (f.parentNode() ? f.parentNode()->path() : "-") + '\n';
+    for (const auto &[category, total] : result.categoryTotals)
+        out += "category " + number(int(category)) + ' ' + number(total.size) + ' ' + number(total.count) + '\n';
+    for (const DevArtifact &a : result.artifacts)
+        out += "artefact " + a.path + ' ' + a.kind.toUtf8() + ' ' + number(a.size) + ' ' + number(a.fileCount) + '\n';
+    out += "totals " + number(result.totalFiles) + ' ' + number(result.totalDirs) + ' ' +
+           number(result.unreadableCount) + ' ' + number(result.lastID) + '\n';
+    for (const QByteArray &sample : result.unreadableSamples)
+        out += "unreadable " + sample + '\n';
+    return out;
 }
 
 QByteArray asNobody(const std::function<QByteArray()> &body)

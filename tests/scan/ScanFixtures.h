@@ -29,6 +29,16 @@ QByteArrayList filesInWalkOrder(const QByteArray &root);
 // returns a description of the first fault, or an empty text.
 QString invariantFault(const ScanResult &result, qint64 firstID);
 
+// A tree of about `entries` entries below `root`, the same for the same seed:
+// folders of varied widths and depths, files of varied sizes, hard links across
+// folders, symbolic links, hidden, odd and 255-byte names, packages and build
+// output beside their project files.
+void randomTree(const QByteArray &root, unsigned seed, int entries);
+
+// Every figure of a result, its tree in order, as text: equal texts, equal
+// results (the duration and date aside).
+QByteArray describe(const ScanResult &result);
+
 // Runs `body` as the unprivileged user "nobody" in a forked child when this
 // process is root (as in CI), else directly, and returns what it returned. The
 // child does no more than scan and format a few numbers before it exits.

@@ -61,6 +61,8 @@ const FileItem *findFile(const ScanResult &r, QByteArrayView path)
 
 } // namespace
 
+Q_DECLARE_METATYPE(ScanOptions)
+
 // Scans and checks the invariants of every node before the test looks further.
 #define SCAN(run, ...)                                                                                                 \
     const Run run = scanTree(__VA_ARGS__);                                                                             \
@@ -459,6 +461,56 @@ private slots:
         for (const QByteArray &path : {QByteArray("/dev"), slash + "/dev", QByteArray("/x/y"), slash + "/x/y"})
             QVERIFY2(skips.contains(path), path.constData());
         QVERIFY(!DiskScanner::skippedPaths(real, {}).contains(real + "/dev"));
+    }
+
+    // Listing folders ahead on other threads gives the very same result:
+    // hard links counted at the first path, artefacts, packages, exclusions.
+    void sameResultInParallel_data()
+    {
+        QTest::addColumn<unsigned>("seed");
+        QTest::addColumn<ScanOptions>("rules");
+        QTest::newRow("defaults") << 1u << options(1000);
+        QTest::newRow("every file listed") << 2u << options(1);
+        QTest::newRow("no packages") << 3u << options(1, false);
+        QTest::newRow("hidden and excluded left out") << 4u << options(1, true, true, {"EXCLUDED"});
+    }
+
+    void sameResultInParallel()
+    {
+        QFETCH(unsigned, seed);
+        QFETCH(ScanOptions, rules);
+        Fixtures::randomTree(root + "/t", seed, 2500);
+        for (QByteArray &path : rules.excludedPaths)
+            path = root + "/t/src" + QByteArray::number(seed * 7);
+        const auto scan = [&](DiskScanner::Walking walking) {
+            const ScanResultPtr r = DiskScanner::scan(root + "/t", rules, 5, makeCancelToken(), {}, walking);
+            return r ? Fixtures::describe(*r) : QByteArray("null");
+        };
+        const QByteArray one = scan(DiskScanner::Walking::oneThread);
+        QVERIFY(one.contains("artefact"));
+        QCOMPARE(scan(DiskScanner::Walking::parallel), one);
+    }
+
+    // The same when folders can't be read, seen by an unprivileged user.
+    void sameResultInParallelWhenUnreadable()
+    {
+        ::chmod(root.constData(), 0755);
+        Fixtures::randomTree(root + "/t", 9, 600);
+        file(root + "/t/closed/y", 10);
+        file(root + "/t/blind/sub/z", 10);
+        ::chmod((root + "/t/closed").constData(), 0);
+        ::chmod((root + "/t/blind").constData(), 0444);
+        const QByteArray outcome = Fixtures::asNobody([this] {
+            const auto scan = [&](DiskScanner::Walking walking) {
+                const ScanResultPtr r = DiskScanner::scan(root + "/t", options(1), 0, makeCancelToken(), {}, walking);
+                return r ? Fixtures::describe(*r) : QByteArray("null");
+            };
+            const QByteArray one = scan(DiskScanner::Walking::oneThread);
+            return one == scan(DiskScanner::Walking::parallel) ? QByteArray::number(one.count("unreadable ")) : one;
+        });
+        ::chmod((root + "/t/closed").constData(), 0755);
+        ::chmod((root + "/t/blind").constData(), 0755);
+        QCOMPARE(outcome, QByteArray("2"));
     }
 
     void usage()
