@@ -115,6 +115,7 @@ struct ParallelTreeWalk::Level {
     NodePtr node;
     std::unique_ptr<Listing> listing;
     std::size_t pos = 0;
+    std::size_t count = 0; // entries in the listing
     qsizetype pathLength = 0;
     qsizetype nameOffset = 0;
     int level = 0;
@@ -302,7 +303,7 @@ std::unique_ptr<ParallelTreeWalk::Listing> ParallelTreeWalk::list(const NodePtr 
     return listing;
 }
 
-void ParallelTreeWalk::publish(const NodePtr &node, std::unique_ptr<Listing> listing)
+void ParallelTreeWalk::publish(const NodePtr &node, std::unique_ptr<Listing> listing, bool byLister)
 {
     if (node->discarded || m_stop) {
         if (listing->fd >= 0)
@@ -310,6 +311,9 @@ void ParallelTreeWalk::publish(const NodePtr &node, std::unique_ptr<Listing> lis
         return;
     }
     node->fd = std::exchange(listing->fd, -1);
+    // Its name and path were for opening it and for its subfolders' paths.
+    node->name = QByteArray();
+    node->path = QByteArray();
     // A subfolder that is one of the folders it lies in closes a cycle: it is
     // reported and never entered, as by the reader.
     for (Listing::Examined &item : listing->examined) {
@@ -324,22 +328,26 @@ void ParallelTreeWalk::publish(const NodePtr &node, std::unique_ptr<Listing> lis
         m_live.emplace(child->key, child.get());
         child->live = true;
     }
-    bool queued = false;
+    int queued = 0;
     for (auto it = listing->children.rbegin(); it != listing->children.rend(); ++it)
         if (*it && (*it)->state == Node::State::queued) {
             m_stack.push_back(*it);
-            queued = true;
+            ++queued;
         }
     m_readyEntries += listing->weight();
     ++m_readyCount;
     node->listing = std::move(listing);
     node->state = Node::State::ready;
-    m_ready.notify_all();
-    if (queued)
-        m_work.notify_all();
+    // Wake-ups are dear: the reader only for the folder it waits for, and no
+    // more listers than there is new work for.
+    if (node.get() == m_awaited)
+        m_ready.notify_one();
+    // A lister goes on with the first of them itself.
+    for (int i = byLister ? 1 : 0; i < std::min(queued, m_idleListers + (byLister ? 1 : 0)); ++i)
+        m_work.notify_one();
 }
 
-void ParallelTreeWalk::listHere(std::unique_lock<std::mutex> &lock, const NodePtr &node)
+void ParallelTreeWalk::listHere(std::unique_lock<std::mutex> &lock, const NodePtr &node, bool byLister)
 {
     Node *parent = node->parent.get();
     node->state = Node::State::listing;
@@ -351,10 +359,10 @@ void ParallelTreeWalk::listHere(std::unique_lock<std::mutex> &lock, const NodePt
     lock.lock();
     if (parent && --parent->fdUsers == 0 && parent->closeWhenFree)
         releaseDescriptor(*parent);
-    publish(node, std::move(listing));
+    publish(node, std::move(listing), byLister);
 }
 
-bool ParallelTreeWalk::listNext(std::unique_lock<std::mutex> &lock)
+bool ParallelTreeWalk::listNext(std::unique_lock<std::mutex> &lock, bool byLister)
 {
     if (m_readyCount >= m_options.readyFolders || m_readyEntries >= m_options.readyEntries) {
         m_windowFull = true;
@@ -371,7 +379,7 @@ bool ParallelTreeWalk::listNext(std::unique_lock<std::mutex> &lock)
             node->parent->blocked.push_back(node);
             continue;
         }
-        listHere(lock, node);
+        listHere(lock, node, byLister);
         return true;
     }
     return false;
@@ -381,8 +389,11 @@ void ParallelTreeWalk::listerLoop()
 {
     std::unique_lock lock(m_mutex);
     while (!m_stop)
-        if (!listNext(lock))
+        if (!listNext(lock, true)) {
+            ++m_idleListers;
             m_work.wait(lock);
+            --m_idleListers;
+        }
 }
 
 std::unique_ptr<ParallelTreeWalk::Listing> ParallelTreeWalk::take(const NodePtr &node)
@@ -400,9 +411,11 @@ std::unique_ptr<ParallelTreeWalk::Listing> ParallelTreeWalk::take(const NodePtr 
         }
         case Node::State::listing:
             // A lister is at it: rather than sleep, list what comes next.
-            if (!listNext(lock)) {
-                m_ready.wait(lock);
-            }
+            if (listNext(lock, false))
+                break;
+            m_awaited = node.get();
+            m_ready.wait(lock);
+            m_awaited = nullptr;
             break;
         case Node::State::taken:
             return std::make_unique<Listing>(); // not reached: each folder is entered once
@@ -416,7 +429,7 @@ std::unique_ptr<ParallelTreeWalk::Listing> ParallelTreeWalk::take(const NodePtr 
                 listing->error = EBADF;
                 return listing;
             }
-            listHere(lock, node);
+            listHere(lock, node, false);
             break;
         }
         }
@@ -454,7 +467,15 @@ bool ParallelTreeWalk::enterPending(Entry &entry)
     level.level = node->level;
     level.lostError = 0;
     level.st = *st;
+    level.count = level.listing->entries.size();
     m_open.insert(node->key);
+    // A folder entered at its last entry has no more use for its listing: on a
+    // deep chain of folders that would be a listing kept for every level.
+    if (m_depth >= 2) {
+        Level &above = *m_levels[size_t(m_depth - 2)];
+        if (above.listing && above.pos == above.count)
+            above.listing.reset();
+    }
     // The reader's descriptors are held by the innermost levels only.
     if (m_depth - m_firstHeld > maxHeld) {
         Level &outer = *m_levels[size_t(m_firstHeld++)];
@@ -497,9 +518,10 @@ void ParallelTreeWalk::popLevel()
         }
     }
     m_open.erase(top.node->key);
-    for (const NodePtr &child : top.listing->children)
-        if (child)
-            discard(child);
+    if (top.listing)
+        for (const NodePtr &child : top.listing->children)
+            if (child)
+                discard(child);
     discard(top.node);
     lock.unlock();
     top.listing.reset();
@@ -554,8 +576,8 @@ bool ParallelTreeWalk::next(Entry &entry)
 
     while (m_depth > 0) {
         Level &top = *m_levels[size_t(m_depth - 1)];
-        Listing &listing = *top.listing;
-        if (top.pos < listing.entries.size() && !top.lostError) {
+        if (top.pos < top.count && !top.lostError) {
+            Listing &listing = *top.listing;
             const std::size_t index = top.pos++;
             const Listing::Name &name = listing.entries[index];
             m_path.truncate(top.pathLength);
@@ -605,7 +627,7 @@ bool ParallelTreeWalk::next(Entry &entry)
                         if (m_options.probe && top.node->fd >= 0)
                             child->probe = m_options.probe(child->name, top.node->fd);
                     }
-                    m_probed = child->probe;
+                    m_probed = std::move(child->probe);
                     m_pendingNode = std::move(child);
                     m_pendingSt = st;
                 } else if (child) {
@@ -620,7 +642,7 @@ bool ParallelTreeWalk::next(Entry &entry)
 
         // The folder is done, or the rest of it can't be reached.
         m_path.truncate(top.pathLength);
-        const bool lost = top.pos < listing.entries.size();
+        const bool lost = top.pos < top.count;
         entry = Entry{lost ? Kind::unreadable : Kind::directoryDone, top.level, m_path,
                       QByteArrayView(m_path).sliced(top.nameOffset), &top.st,   lost ? top.lostError : 0};
         popLevel();

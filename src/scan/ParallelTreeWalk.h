@@ -83,14 +83,15 @@ private:
     void listerLoop();
     // With the lock held: lists the newest folder waiting, if the window has
     // room; false when there was nothing to list.
-    bool listNext(std::unique_lock<std::mutex> &lock);
-    void listHere(std::unique_lock<std::mutex> &lock, const NodePtr &node);
+    // `byLister`: called by a lister, which goes on listing afterwards.
+    bool listNext(std::unique_lock<std::mutex> &lock, bool byLister);
+    void listHere(std::unique_lock<std::mutex> &lock, const NodePtr &node, bool byLister);
     // Lists `node` (opened relative to `parentFd`, or by path for the root) and
     // examines every entry; no lock held.
     std::unique_ptr<Listing> list(const NodePtr &node, int parentFd);
     // With the lock held: hands a finished listing to its node and queues its
     // subfolders, or drops it when the node was given up meanwhile.
-    void publish(const NodePtr &node, std::unique_ptr<Listing> listing);
+    void publish(const NodePtr &node, std::unique_ptr<Listing> listing, bool byLister);
     bool wanted(const Node &node) const;
     // The listing of `node` for the reader: taken when ready, waited for when a
     // lister is at it, made here otherwise.
@@ -118,6 +119,8 @@ private:
     qsizetype m_readyEntries = 0;
     bool m_stop = false;
     bool m_windowFull = false; // listers wait for room
+    int m_idleListers = 0;
+    const Node *m_awaited = nullptr; // what the reader waits for
     std::vector<std::thread> m_listers;
 
     // The reader's own.
