@@ -153,6 +153,7 @@ ParallelTreeWalk::~ParallelTreeWalk()
     if (m_pendingNode)
         discard(m_pendingNode);
     m_stack.clear();
+    m_setAside.clear();
 }
 
 void ParallelTreeWalk::startListers()
@@ -171,6 +172,21 @@ void ParallelTreeWalk::stopListers()
     for (std::thread &lister : m_listers)
         lister.join();
     m_listers.clear();
+}
+
+void ParallelTreeWalk::readerIn(const Node *folder)
+{
+    m_readerFolder = folder;
+    // Back to the listers, but for the folder the reader is going into.
+    bool pushed = false;
+    for (auto it = m_setAside.rbegin(); it != m_setAside.rend(); ++it)
+        if (it->get() != folder) {
+            m_stack.push_back(std::move(*it));
+            pushed = true;
+        }
+    m_setAside.clear();
+    if (pushed && m_idleListers > 0)
+        m_work.notify_all();
 }
 
 void ParallelTreeWalk::wakeListers()
@@ -342,7 +358,10 @@ void ParallelTreeWalk::publish(const NodePtr &node, std::unique_ptr<Listing> lis
     // more listers than there is new work for.
     if (node.get() == m_awaited)
         m_ready.notify_one();
-    // A lister goes on with the first of them itself.
+    // A lister goes on with the first of them itself; the reader lists those
+    // of the folder it is in.
+    if (node.get() == m_readerFolder)
+        queued = 0;
     for (int i = byLister ? 1 : 0; i < std::min(queued, m_idleListers + (byLister ? 1 : 0)); ++i)
         m_work.notify_one();
 }
@@ -379,6 +398,12 @@ bool ParallelTreeWalk::listNext(std::unique_lock<std::mutex> &lock, bool byListe
             node->parent->blocked.push_back(node);
             continue;
         }
+        if (byLister && node->parent.get() == m_readerFolder) {
+            // The reader needs it next or soon: handing it over would cost more
+            // than listing it, above all on a chain of folders one inside the other.
+            m_setAside.push_back(node);
+            continue;
+        }
         listHere(lock, node, byLister);
         return true;
     }
@@ -399,6 +424,7 @@ void ParallelTreeWalk::listerLoop()
 std::unique_ptr<ParallelTreeWalk::Listing> ParallelTreeWalk::take(const NodePtr &node)
 {
     std::unique_lock lock(m_mutex);
+    readerIn(node.get());
     for (;;) {
         switch (node->state) {
         case Node::State::ready: {
@@ -423,6 +449,9 @@ std::unique_ptr<ParallelTreeWalk::Listing> ParallelTreeWalk::take(const NodePtr 
         case Node::State::unwanted:
         case Node::State::blocked: {
             // No lister got to it: list it here, through the folder the reader is in.
+            // Mostly it was the last one queued; it need not wait there for nothing.
+            if (!m_stack.empty() && m_stack.back() == node)
+                m_stack.pop_back();
             Node *parent = node->parent.get();
             if (parent && parent->fd < 0) {
                 auto listing = std::make_unique<Listing>();
@@ -452,6 +481,7 @@ bool ParallelTreeWalk::enterPending(Entry &entry)
         const qsizetype nameOffset = node->level > 0 ? m_path.lastIndexOf('/') + 1 : 0;
         entry = Entry{Kind::unreadable, node->level, m_path, QByteArrayView(m_path).sliced(nameOffset), st, error};
         std::lock_guard lock(m_mutex);
+        readerIn(m_depth > 0 ? m_levels[size_t(m_depth - 1)]->node.get() : nullptr);
         discard(node);
         return true;
     }
@@ -506,8 +536,9 @@ void ParallelTreeWalk::popLevel()
                     (*it)->state = Node::State::queued;
                     m_stack.push_back(*it);
                 }
+                if (!folder.blocked.empty() && m_idleListers > 0)
+                    m_work.notify_all();
                 folder.blocked.clear();
-                m_work.notify_all();
             } else {
                 parent.lostError = top.node->fd < 0 ? (top.lostError ? top.lostError : ENOENT)
                                    : fd < 0         ? errno
@@ -523,6 +554,7 @@ void ParallelTreeWalk::popLevel()
             if (child)
                 discard(child);
     discard(top.node);
+    readerIn(m_depth >= 2 ? m_levels[size_t(m_depth - 2)]->node.get() : nullptr);
     lock.unlock();
     top.listing.reset();
     top.node.reset();

@@ -100,6 +100,9 @@ private:
     void discard(const NodePtr &node);
     void releaseDescriptor(Node &node);
     void wakeListers();
+    // With the lock held: the reader's innermost folder is now `folder`, whose
+    // subfolders not yet listed are left to the reader.
+    void readerIn(const Node *folder);
     bool isOpenAbove(const Node &parent, Key key) const;
     bool enterPending(Entry &entry);
     void popLevel();
@@ -120,7 +123,9 @@ private:
     bool m_stop = false;
     bool m_windowFull = false; // listers wait for room
     int m_idleListers = 0;
-    const Node *m_awaited = nullptr; // what the reader waits for
+    const Node *m_awaited = nullptr;      // what the reader waits for
+    const Node *m_readerFolder = nullptr; // the reader's innermost folder
+    std::vector<NodePtr> m_setAside;      // its subfolders, out of the listers' way
     std::vector<std::thread> m_listers;
 
     // The reader's own.

@@ -67,7 +67,10 @@ std::optional<std::vector<DuplicateGroup>> demoTwins(const std::vector<FileItem>
 Environment Environment::system()
 {
     Environment env;
-    env.scan = &DiskScanner::scan;
+    env.scan = [](const QByteArray &root, const ScanOptions &options, qint64 firstID, const CancelTokenPtr &token,
+                  const DiskScanner::ProgressCallback &progress) {
+        return DiskScanner::scan(root, options, firstID, token, progress);
+    };
     env.scanEntry = &DiskScanner::scanEntry;
     env.volumes = &VolumeInfo::mounted;
     // Only macOS guards the user's files behind Full Disk Access.
