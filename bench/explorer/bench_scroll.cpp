@@ -4,7 +4,7 @@
 // took. Meant for a display of its own (Xvfb) or the
 // offscreen platform, with HOME and the XDG folders pointing somewhere
 // temporary (bench/explorer-tiles sets them).
-//   bench_scroll [FILES]
+//   bench_scroll [FILES]     (BENCH_SCROLL_TRACE=1: memory and time at each jump)
 #include "Trees.h"
 
 #include "core/Prefs.h"

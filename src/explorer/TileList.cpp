@@ -25,6 +25,7 @@ TileList TileList::ofFolder(const DirNodePtr &folder, const QList<ExplorerEntry>
     list.m_small = small;
     const std::vector<DirNodePtr> &children = folder->children;
     const std::vector<FileItem> &files = folder->files;
+    list.m_smallBase = quint32(children.size() + files.size());
     std::vector<Row> &rows = list.m_rows;
     rows.reserve(children.size() + files.size() + size_t(small.size()));
     // An empty folder isn't shown, unless something in it couldn't be read:
@@ -55,7 +56,6 @@ TileList TileList::ofFolder(const DirNodePtr &folder, const QList<ExplorerEntry>
         ++heavy;
     }
 
-    list.m_smallBase = quint32(children.size() + files.size());
     for (qsizetype i = 0; i < small.size(); ++i)
         rows.push_back({small[i].size, list.m_smallBase + quint32(i)});
 
