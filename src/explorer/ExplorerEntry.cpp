@@ -49,7 +49,7 @@ const QSet<QString> &ExplorerEntry::cacheNames()
     return names;
 }
 
-ExplorerEntry ExplorerEntry::fromNode(const DirNodePtr &node)
+ExplorerEntry ExplorerEntry::fromNode(const DirNodePtr &node, const std::optional<Risk> &risk)
 {
     ExplorerEntry e;
     e.id = node->path();
@@ -70,7 +70,7 @@ ExplorerEntry ExplorerEntry::fromNode(const DirNodePtr &node)
     e.unreadableBelow = node->unreadableBelow;
     e.readError = node->readError;
     e.partlyRead = node->partlyRead;
-    e.risk = RiskCatalog::assess(e.id, true, e.hasArtifactKind());
+    e.risk = risk ? *risk : RiskCatalog::assess(e.id, true, e.hasArtifactKind());
     return e;
 }
 
@@ -89,7 +89,7 @@ ExplorerEntry ExplorerEntry::fromDiscovered(const DiscoveredEntry &d, const std:
     return e;
 }
 
-ExplorerEntry ExplorerEntry::fromFile(const FileItem &file)
+ExplorerEntry ExplorerEntry::fromFile(const FileItem &file, const std::optional<Risk> &risk)
 {
     ExplorerEntry e;
     e.id = file.path;
@@ -97,8 +97,18 @@ ExplorerEntry ExplorerEntry::fromFile(const FileItem &file)
     e.size = file.size;
     e.category = file.category;
     e.file = file;
-    e.risk = RiskCatalog::assess(file.path, file.isPackage, false, file.size);
+    e.risk = risk ? *risk : assess(file);
     return e;
+}
+
+Risk ExplorerEntry::assess(const DirNode &node)
+{
+    return RiskCatalog::assess(node.path(), true, !node.artifactKind.isNull());
+}
+
+Risk ExplorerEntry::assess(const FileItem &file)
+{
+    return RiskCatalog::assess(file.path, file.isPackage, false, file.size);
 }
 
 ExplorerEntry ExplorerEntry::smallFile(const QByteArray &path, qint64 size)

@@ -48,12 +48,16 @@ struct ExplorerEntry {
 
     // The entry of a scanned folder. A child of the home folder is named as the
     // desktop names it (the localised title of Documents, Downloads, ...).
-    static ExplorerEntry fromNode(const DirNodePtr &node);
+    // `risk` when its verdict is already known (see assess).
+    static ExplorerEntry fromNode(const DirNodePtr &node, const std::optional<Risk> &risk = {});
     // A direct child of the root seen live during a scan; `risk` when its
     // verdict is already known.
     static ExplorerEntry fromDiscovered(const DiscoveredEntry &discovered, const std::optional<Risk> &risk = {});
-    // A listed file of the scan.
-    static ExplorerEntry fromFile(const FileItem &file);
+    // A listed file of the scan; `risk` as for fromNode.
+    static ExplorerEntry fromFile(const FileItem &file, const std::optional<Risk> &risk = {});
+    // The verdicts fromNode and fromFile give.
+    static Risk assess(const DirNode &node);
+    static Risk assess(const FileItem &file);
     // A loose small file read from disk on demand.
     static ExplorerEntry smallFile(const QByteArray &path, qint64 size);
 

@@ -21,7 +21,7 @@ SpaceModel::SpaceModel(QObject *parent)
       m_smallFiles([this] { return m_state ? std::optional<int>(m_state->revision()) : std::nullopt; })
 {
     m_layout = ExplorerLayout::fromRawValue(Prefs::text(Prefs::spaceLayout)).value_or(ExplorerLayout::icons);
-    m_otherTiles = SpaceView::welcomeTiles();
+    m_otherTiles = TileList(SpaceView::welcomeTiles());
     for (const ExplorerTile &tile : m_otherTiles) {
         m_rowIds.append(tile.id());
         m_rowSigs.append(RowDiff::signature(tile));
@@ -101,7 +101,7 @@ void SpaceModel::setState(AppState *state)
 
 DirNodePtr SpaceModel::currentNode() const { return m_navigator.current(m_state ? m_state->result() : nullptr); }
 
-const QList<ExplorerTile> &SpaceModel::allTiles() const
+const TileList &SpaceModel::allTiles() const
 {
     if (m_mode != SpaceView::Mode::results)
         return m_otherTiles;
@@ -117,12 +117,12 @@ void SpaceModel::refresh()
     switch (mode) {
     case SpaceView::Mode::welcome:
         if (modeChanged)
-            m_otherTiles = SpaceView::welcomeTiles();
+            m_otherTiles = TileList(SpaceView::welcomeTiles());
         break;
     case SpaceView::Mode::discovering:
         if (modeChanged)
             m_discoveredRisks.clear();
-        m_otherTiles = SpaceView::discoveringTiles(m_state->progress(), &m_discoveredRisks);
+        m_otherTiles = TileList(SpaceView::discoveringTiles(m_state->progress(), &m_discoveredRisks));
         break;
     case SpaceView::Mode::results: {
         const DirNodePtr node = currentNode();
@@ -130,7 +130,7 @@ void SpaceModel::refresh()
             SpaceView::resultTiles(node, m_state->revision(), m_smallFiles.of(node), m_query, *m_state->queue(),
                                    m_memo);
         else
-            m_memo.tiles.clear(), m_memo.key.reset();
+            m_memo.tiles = {}, m_memo.key.reset();
         break;
     }
     }
@@ -151,7 +151,7 @@ void SpaceModel::refresh()
 
 void SpaceModel::syncRows(bool resetAll)
 {
-    const QList<ExplorerTile> &all = allTiles();
+    const TileList &all = allTiles();
     const qsizetype count = std::min<qsizetype>(all.size(), m_shown);
     QList<QByteArray> ids;
     QList<size_t> sigs;
@@ -159,9 +159,9 @@ void SpaceModel::syncRows(bool resetAll)
     sigs.reserve(count);
     qint64 heaviest = 1;
     for (qsizetype i = 0; i < count; ++i) {
-        ids.append(all[i].id());
+        ids.append(all.id(i));
         sigs.append(RowDiff::signature(all[i]));
-        heaviest = std::max(heaviest, all[i].size());
+        heaviest = std::max(heaviest, all.bytes(i));
     }
     const bool weightsMoved = heaviest != m_heaviest;
     m_heaviest = heaviest;
@@ -201,18 +201,53 @@ void SpaceModel::setShown(int shown)
 {
     if (shown == m_shown)
         return;
+    const bool more = shown > m_shown;
     m_shown = shown;
-    syncRows(false);
+    if (more)
+        appendRows();
+    else
+        syncRows(false);
     followFocus();
     emit tilesChanged();
 }
 
-const ExplorerTile *SpaceModel::tileAt(int row) const
+// The rows already held are the first of the list, unchanged since the last
+// sync: only the next page is new.
+void SpaceModel::appendRows()
 {
-    const QList<ExplorerTile> &all = allTiles();
+    const TileList &all = allTiles();
+    const qsizetype from = m_rowIds.size();
+    const qsizetype count = std::min<qsizetype>(all.size(), m_shown);
+    if (count <= from)
+        return;
+    qint64 heaviest = m_heaviest;
+    QList<QByteArray> ids;
+    QList<size_t> sigs;
+    ids.reserve(count - from);
+    sigs.reserve(count - from);
+    for (qsizetype i = from; i < count; ++i) {
+        ids.append(all.id(i));
+        sigs.append(RowDiff::signature(all[i]));
+        heaviest = std::max(heaviest, all.bytes(i));
+    }
+    beginInsertRows({}, int(from), int(count - 1));
+    m_rowIds.append(ids);
+    m_rowSigs.append(sigs);
+    endInsertRows();
+    // A heavier row weighs the others anew.
+    if (heaviest != m_heaviest) {
+        m_heaviest = heaviest;
+        if (from > 0)
+            emit dataChanged(index(0), index(int(from - 1)));
+    }
+}
+
+std::optional<ExplorerTile> SpaceModel::tileAt(int row) const
+{
+    const TileList &all = allTiles();
     if (row < 0 || row >= m_rowIds.size() || row >= all.size())
-        return nullptr;
-    return &all[row];
+        return std::nullopt;
+    return all[row];
 }
 
 int SpaceModel::rowOf(const QByteArray &id) const { return int(m_rowIds.indexOf(id)); }
@@ -255,7 +290,7 @@ QHash<int, QByteArray> SpaceModel::roleNames() const
 
 QVariant SpaceModel::data(const QModelIndex &index, int role) const
 {
-    const ExplorerTile *tile = tileAt(index.row());
+    const std::optional<ExplorerTile> tile = tileAt(index.row());
     if (!tile)
         return {};
     TileRoles::Around around;
@@ -637,7 +672,7 @@ void SpaceModel::tap(int row, int modifiers, int clickCount, bool isMouse)
 {
     if (NavigationGuard::isRepeat(isMouse, clickCount))
         return;
-    const ExplorerTile *tile = tileAt(row);
+    const std::optional<ExplorerTile> tile = tileAt(row);
     if (!tile || !tile->entry())
         return;
     setGridFocused(true);
@@ -654,7 +689,7 @@ void SpaceModel::tap(int row, int modifiers, int clickCount, bool isMouse)
 
 void SpaceModel::toggle(int row, int clickCount, bool isMouse)
 {
-    const ExplorerTile *tile = tileAt(row);
+    const std::optional<ExplorerTile> tile = tileAt(row);
     if (!tile || !tile->entry() || !m_state)
         return;
     const ExplorerEntry entry = *tile->entry();
@@ -678,7 +713,7 @@ bool SpaceModel::spaceKey()
 {
     if (m_focusedId.isEmpty() || !m_state)
         return false;
-    const ExplorerTile *tile = tileAt(rowOf(m_focusedId));
+    const std::optional<ExplorerTile> tile = tileAt(rowOf(m_focusedId));
     if (!tile || !tile->entry())
         return false;
     const CleanItem item = tile->entry()->cleanItem();
@@ -717,7 +752,7 @@ bool SpaceModel::keyPress(int row, int key, int modifiers, int columns)
 
 void SpaceModel::focusTile(int row)
 {
-    const ExplorerTile *tile = tileAt(row);
+    const std::optional<ExplorerTile> tile = tileAt(row);
     if (!tile || !tile->entry())
         return;
     m_focusedId = tile->id();
@@ -742,7 +777,7 @@ void SpaceModel::followFocus()
     if (row < 0) {
         // Gone (removed, filtered out, or paged away): the tile now in its place.
         row = std::min(m_focusRow, int(m_rowIds.size()) - 1);
-        const ExplorerTile *tile = tileAt(row);
+        const std::optional<ExplorerTile> tile = tileAt(row);
         if (!tile || !tile->entry()) {
             m_focusedId.clear();
             setFocusRow(-1);
@@ -755,7 +790,7 @@ void SpaceModel::followFocus()
 
 void SpaceModel::hover(int row, bool inside)
 {
-    const ExplorerTile *tile = tileAt(row);
+    const std::optional<ExplorerTile> tile = tileAt(row);
     if (!tile)
         return;
     const QByteArray id = tile->id();
@@ -802,7 +837,7 @@ void SpaceModel::loadSmallFiles()
 
 void SpaceModel::reveal(int row)
 {
-    const ExplorerTile *tile = tileAt(row);
+    const std::optional<ExplorerTile> tile = tileAt(row);
     if (!tile || !tile->entry())
         return;
     if (m_state && m_state->desktop())
@@ -813,14 +848,14 @@ void SpaceModel::reveal(int row)
 
 void SpaceModel::copyPath(int row)
 {
-    const ExplorerTile *tile = tileAt(row);
+    const std::optional<ExplorerTile> tile = tileAt(row);
     if (tile && tile->entry() && m_state)
         m_state->copyPaths({tile->entry()->id});
 }
 
 void SpaceModel::preview(int row)
 {
-    const ExplorerTile *tile = tileAt(row);
+    const std::optional<ExplorerTile> tile = tileAt(row);
     if (!tile || !tile->entry() || tile->entry()->isDirectory)
         return;
     emit previewRequested(FilePreview::details(tile->entry()->id));

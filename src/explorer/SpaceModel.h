@@ -18,6 +18,7 @@
 #include "SpaceNavigator.h"
 #include "SpaceView.h"
 #include "SteamClean.h"
+#include "TileList.h"
 #include "TileMemo.h"
 #include "TileText.h"
 
@@ -33,6 +34,7 @@
 #include <QVariantMap>
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 class AppState;
@@ -207,7 +209,7 @@ public:
     QVariantList recents() const { return m_header.recents(); }
 
     // The whole current list (welcome, discovering or results).
-    const QList<ExplorerTile> &allTiles() const;
+    const TileList &allTiles() const;
     const TileMemo &memo() const { return m_memo; }
     const QHash<QByteArray, QList<ExplorerEntry>> &smallFiles() const { return m_smallFiles.all(); }
 
@@ -283,7 +285,8 @@ signals:
     void previewRequested(const QVariantMap &details);
 
 private:
-    const ExplorerTile *tileAt(int row) const;
+    // The tile of a row the view holds; none past them.
+    std::optional<ExplorerTile> tileAt(int row) const;
     // Whether the loose small files of `node` can be read from disk.
     bool smallFilesListable(const DirNodePtr &node) const;
     // Bytes of `node`'s small files that no listing stands for.
@@ -291,6 +294,7 @@ private:
     // Rebuilds (or reuses) the list and brings the rows in line with it.
     void refresh();
     void syncRows(bool resetAll);
+    void appendRows();
     void setShown(int shown);
     void resetShown() { m_shown = pageSize; }
     void openNode(const DirNodePtr &node, int clickCount, bool isMouse);
@@ -316,10 +320,10 @@ private:
     SpaceNavigator m_navigator;
     SpaceHeader m_header{m_navigator};
     TileMemo m_memo;
-    QList<ExplorerTile> m_otherTiles; // welcome or discovering
-    QList<QByteArray> m_rowIds;       // ids of the rows as the view has them
-    QList<size_t> m_rowSigs;          // and what they showed
-    qint64 m_heaviest = 1;            // largest size among the rows, at least 1
+    TileList m_otherTiles;      // welcome or discovering
+    QList<QByteArray> m_rowIds; // ids of the rows as the view has them
+    QList<size_t> m_rowSigs;    // and what they showed
+    qint64 m_heaviest = 1;      // largest size among the rows, at least 1
     QTimer m_progressTimer;
     QHash<QByteArray, Risk> m_discoveredRisks; // verdicts of the running scan's entries
     int m_shown = pageSize;

@@ -7,7 +7,6 @@
 #include <QHash>
 
 #include <algorithm>
-#include <limits>
 
 namespace SpaceView {
 
@@ -170,41 +169,18 @@ TileKey key(const DirNode *node, int revision, const ExplorerQuery &query, const
     return k;
 }
 
-const QList<ExplorerTile> &resultTiles(const DirNodePtr &current, int revision, const QList<ExplorerEntry> &small,
-                                       const ExplorerQuery &query, const CleanQueue &queue, TileMemo &memo)
+const TileList &resultTiles(const DirNodePtr &current, int revision, const QList<ExplorerEntry> &small,
+                            const ExplorerQuery &query, const CleanQueue &queue, TileMemo &memo)
 {
     if (!current) {
-        static const QList<ExplorerTile> none;
+        static const TileList none;
         return none;
     }
     const TileKey k = key(current.get(), revision, query, queue, int(small.size()));
     if (memo.key && *memo.key == k)
         return memo.tiles;
-
-    QList<ExplorerEntry> joined;
-    joined.reserve(qsizetype(current->children.size() + current->files.size()));
-    // An empty folder isn't shown, unless something in it couldn't be read:
-    // then its size isn't known to be zero.
-    for (const DirNodePtr &child : current->children)
-        if (child->size > 0 || child->unreadableBelow > 0)
-            joined.append(ExplorerEntry::fromNode(child));
-    for (const FileItem &file : current->files)
-        joined.append(ExplorerEntry::fromFile(file));
-    std::stable_sort(joined.begin(), joined.end(),
-                     [](const ExplorerEntry &a, const ExplorerEntry &b) { return a.size > b.size; });
-
-    QList<ExplorerTile> candidates = mark(std::move(joined), current->size);
-    candidates.append(mark(small, std::numeric_limits<qint64>::max()));
-
-    QList<ExplorerTile> kept;
-    kept.reserve(candidates.size());
-    for (ExplorerTile &tile : candidates)
-        if (matches(tile, query, queue))
-            kept.append(std::move(tile));
-    query.sort.sortTiles(kept);
-
+    memo.tiles = TileList::ofFolder(current, small, query, queue);
     memo.key = k;
-    memo.tiles = std::move(kept);
     ++memo.builds;
     return memo.tiles;
 }

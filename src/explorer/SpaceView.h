@@ -7,6 +7,7 @@
 #include "ExplorerEntry.h"
 #include "ExplorerQuery.h"
 #include "ExplorerTile.h"
+#include "TileList.h"
 #include "TileMemo.h"
 
 #include "core/ScanProgress.h"
@@ -53,12 +54,10 @@ size_t selectionHash(const CleanQueue &queue);
 
 TileKey key(const DirNode *node, int revision, const ExplorerQuery &query, const CleanQueue &queue, int small);
 
-// The tiles of a folder: its non-empty folders (and those that couldn't be read,
-// wholly or in part) and its files, largest first,
-// then `small` (never bloated), filtered and sorted. Answered from `memo` when
-// the key is the same.
-const QList<ExplorerTile> &resultTiles(const DirNodePtr &current, int revision, const QList<ExplorerEntry> &small,
-                                       const ExplorerQuery &query, const CleanQueue &queue, TileMemo &memo);
+// The tiles of a folder (see TileList::ofFolder). Answered from `memo` when the
+// key is the same.
+const TileList &resultTiles(const DirNodePtr &current, int revision, const QList<ExplorerEntry> &small,
+                            const ExplorerQuery &query, const CleanQueue &queue, TileMemo &memo);
 
 // Seed of an id: 0...996, stable within one run.
 int seed(const QByteArray &id);

@@ -6,11 +6,10 @@
 
 #include "ExplorerFilter.h"
 #include "ExplorerSort.h"
-#include "ExplorerTile.h"
+#include "TileList.h"
 
 #include "core/DirNode.h"
 
-#include <QList>
 #include <QString>
 
 #include <optional>
@@ -38,6 +37,6 @@ class TileMemo
 {
 public:
     std::optional<TileKey> key;
-    QList<ExplorerTile> tiles;
+    TileList tiles;
     int builds = 0; // how many times a list was built; for tests and benchmarks
 };

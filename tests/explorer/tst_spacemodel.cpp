@@ -539,6 +539,41 @@ private slots:
         }
     }
 
+    // A page more adds its rows after the ones held, which stay as they are
+    // unless a heavier row changes what they weigh.
+    void pagingAppendsTheNextRows()
+    {
+        auto root = std::make_shared<DirNode>("/paged");
+        for (int i = 0; i < 300; ++i)
+            Trees::file(root, "f" + QByteArray::number(i) + ".txt", 1000 + (i * 37) % 300);
+        Trees::settle(root);
+        Fixture f(Trees::result(root));
+        f.model.setSortText(u"name"_qs);
+        const TileList &all = f.model.allTiles();
+        qint64 heaviestHeld = 0;
+        qint64 heaviestNext = 0;
+        for (int i = 0; i < 120; ++i)
+            heaviestHeld = std::max(heaviestHeld, all.bytes(i));
+        for (int i = 120; i < 240; ++i)
+            heaviestNext = std::max(heaviestNext, all.bytes(i));
+        QSignalSpy inserted(&f.model, &QAbstractItemModel::rowsInserted);
+        QSignalSpy changed(&f.model, &QAbstractItemModel::dataChanged);
+        const int builds = f.model.memo().builds;
+        f.model.loadMore();
+        QCOMPARE(inserted.size(), 1);
+        QCOMPARE(inserted[0][1].toInt(), 120);
+        QCOMPARE(inserted[0][2].toInt(), 239);
+        QCOMPARE(changed.isEmpty(), heaviestNext <= heaviestHeld);
+        QCOMPARE(f.model.memo().builds, builds);
+        QCOMPARE(f.model.rowCount(), 240);
+        for (int i = 0; i < 240; ++i) {
+            QCOMPARE(f.name(i), all[i].entry()->name);
+            QCOMPARE(f.model.rowOf(all.id(i)), i);
+        }
+        QCOMPARE(f.name(0), u"f0.txt"_qs);
+        QCOMPARE(f.name(2), u"f2.txt"_qs);
+    }
+
     // In the demo every folder's figure is its tiles plus its small files,
     // which stand as a row of their own: they are not on disk to be listed.
     void demoFolderFiguresAddUp()

@@ -1,12 +1,16 @@
 #include "TestMain.h"
 #include "Trees.h"
 
+#include "core/NameOrder.h"
 #include "core/Platform.h"
+#include "explorer/NameKey.h"
 #include "explorer/SpaceView.h"
 #include "removal/CleanQueue.h"
 
 #include <QFile>
 #include <QStandardPaths>
+
+#include <algorithm>
 
 namespace {
 
@@ -27,7 +31,8 @@ ExplorerEntry entry(const QString &name, qint64 size, Risk::Level level = Risk::
     return e;
 }
 
-QList<Condition> conditions(const QList<ExplorerTile> &tiles)
+template <class Tiles>
+QList<Condition> conditions(const Tiles &tiles)
 {
     QList<Condition> out;
     for (const ExplorerTile &t : tiles)
@@ -35,7 +40,8 @@ QList<Condition> conditions(const QList<ExplorerTile> &tiles)
     return out;
 }
 
-QStringList names(const QList<ExplorerTile> &tiles)
+template <class Tiles>
+QStringList names(const Tiles &tiles)
 {
     QStringList out;
     for (const ExplorerTile &t : tiles)
@@ -44,6 +50,73 @@ QStringList names(const QList<ExplorerTile> &tiles)
 }
 
 constexpr qint64 GB = 1'000'000'000;
+
+// Names where the name order is easy to get wrong: case, runs of digits with
+// and without leading zeros, longer than any integer, beside characters that
+// sort below and above the digits, letters beyond ASCII and outside the BMP.
+QStringList awkwardNames()
+{
+    return {u""_qs,
+            u"a"_qs,
+            u"A"_qs,
+            u"a1"_qs,
+            u"a01"_qs,
+            u"A001b"_qs,
+            u"a10"_qs,
+            u"a9"_qs,
+            u"a-1"_qs,
+            u"a 1"_qs,
+            u"a.1"_qs,
+            u"a_1"_qs,
+            u"ab"_qs,
+            u"aB1"_qs,
+            u"file2"_qs,
+            u"File10"_qs,
+            u"x0"_qs,
+            u"x00"_qs,
+            u"x000a"_qs,
+            u"0"_qs,
+            u"00"_qs,
+            u"007"_qs,
+            u"7"_qs,
+            u"12a"_qs,
+            u"12"_qs,
+            u"1.5"_qs,
+            u"1.10"_qs,
+            u"a1b2"_qs,
+            u"a1b10"_qs,
+            u"a01b2"_qs,
+            u"0x"_qs,
+            u"0a"_qs,
+            u"~"_qs,
+            u"!"_qs,
+            u"["_qs,
+            u"{"_qs,
+            u"/"_qs,
+            u":"_qs,
+            u"Ä"_qs,
+            u"ä"_qs,
+            u"é"_qs,
+            u"e"_qs,
+            u"z"_qs,
+            u"ß"_qs,
+            u"ẞ"_qs,
+            u"Ω"_qs,
+            u"ω"_qs,
+            u"İ"_qs,
+            u"ǅ"_qs,
+            u"😀"_qs,
+            u"a😀"_qs,
+            u"a😀1"_qs,
+            u"a\uFFFF"_qs,
+            u"99999999999999999999999"_qs,
+            u"100000000000000000000000"_qs,
+            u"photo (2)"_qs,
+            u"photo (10)"_qs,
+            u"Photo(3)"_qs};
+}
+
+int sign(int v) { return (v > 0) - (v < 0); }
 
 } // namespace
 
@@ -181,7 +254,7 @@ private slots:
         Trees::settle(root);
         CleanQueue queue;
         TileMemo memo;
-        const QList<ExplorerTile> &tiles = SpaceView::resultTiles(root, 0, {}, {}, queue, memo);
+        const TileList &tiles = SpaceView::resultTiles(root, 0, {}, {}, queue, memo);
         // Size descending, folders before files at equal size; empty folder left out.
         QCOMPARE(names(tiles), (QStringList{"huge.mov", "big", "same", "same.txt"}));
         QVERIFY(tiles[1].entry()->node);
@@ -293,7 +366,7 @@ private slots:
         SpaceView::resultTiles(root, 2, {}, query, queue, memo);
         QCOMPARE(memo.builds, 5);
         const QList<ExplorerEntry> small{ExplorerEntry::smallFile("/m/tiny.iso", 4096)};
-        const QList<ExplorerTile> &withSmall = SpaceView::resultTiles(root, 2, small, query, queue, memo);
+        const TileList &withSmall = SpaceView::resultTiles(root, 2, small, query, queue, memo);
         QCOMPARE(memo.builds, 6);
         QCOMPARE(names(withSmall), (QStringList{"tiny.iso", "a", "b.txt"})); // sorted with the rest
         QCOMPARE(withSmall[0].condition, Condition::stained);                // a disk image: grime, never heavy
@@ -321,6 +394,59 @@ private slots:
                             0);
         ExplorerSort(ExplorerSort::kind).sortTiles(tiles);
         QCOMPARE(names(tiles), (QStringList{"dir", "doc.pdf", "loose"}));
+    }
+
+    void nameKeysOrderAsTheNamesDo()
+    {
+        const QStringList names = awkwardNames();
+        QList<QByteArray> keys;
+        for (const QString &name : names) {
+            QByteArray key;
+            QVERIFY2(NameKey::append(key, name), qPrintable(name));
+            keys << key;
+        }
+        for (qsizetype i = 0; i < names.size(); ++i)
+            for (qsizetype j = 0; j < names.size(); ++j)
+                QVERIFY2(sign(keys[i].compare(keys[j])) == sign(NameOrder::compare(names[i], names[j])),
+                         qPrintable(names[i] + u" | "_qs + names[j]));
+        // Digits of other scripts sort by their own codes beside letters.
+        QByteArray key;
+        QVERIFY(!NameKey::append(key, u"track ٣"_qs));
+    }
+
+    // The name order of a folder equals sorting its size order by the names
+    // themselves, stably: with keys, and with a name that has none.
+    void nameOrderOfAFolder_data()
+    {
+        QTest::addColumn<QString>("extra");
+        QTest::newRow("keys") << QString();
+        QTest::newRow("a name without a key") << u"٣ sketches"_qs;
+    }
+
+    void nameOrderOfAFolder()
+    {
+        QFETCH(QString, extra);
+        QStringList names = awkwardNames();
+        names.removeAll(QString());
+        names.removeAll(u"/"_qs);
+        if (!extra.isEmpty())
+            names << extra;
+        auto root = std::make_shared<DirNode>("/n");
+        for (qsizetype i = 0; i < names.size(); ++i) {
+            const qint64 size = 100 + (i * 7) % 5; // ties on name and on size
+            if (i % 4 == 0)
+                Trees::folder(root, names[i].toUtf8(), size);
+            else
+                Trees::file(root, names[i].toUtf8(), size);
+        }
+        Trees::settle(root);
+        CleanQueue queue;
+        TileMemo memo;
+        QStringList expected = ::names(SpaceView::resultTiles(root, 0, {}, {}, queue, memo));
+        std::stable_sort(expected.begin(), expected.end(),
+                         [](const QString &a, const QString &b) { return NameOrder::compare(a, b) < 0; });
+        const ExplorerQuery byName{{}, ExplorerFilter::all, ExplorerSort::name};
+        QCOMPARE(::names(SpaceView::resultTiles(root, 0, {}, byName, queue, memo)), expected);
     }
 
     // macOS names its user folders for the reader; on Linux a user folder is
