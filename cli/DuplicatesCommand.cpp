@@ -1,5 +1,6 @@
 #include "Command.h"
 #include "InterruptWatch.h"
+#include "JsonOut.h"
 #include "ProgressLine.h"
 
 #include "core/Fmt.h"
@@ -14,9 +15,6 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 #include <algorithm>
 #include <climits>
@@ -120,36 +118,65 @@ void printText(const std::vector<DuplicateGroup> &groups, qint64 compared, qint6
     }
 }
 
+// Written as it goes: a group can hold hundreds of thousands of files, and a
+// document built in memory first would take several times the search itself.
 void printJson(const QByteArray &root, qint64 minSize, const std::vector<DuplicateGroup> &groups, qint64 compared,
                qint64 reclaimable, const DuplicateEngine::Unreadable &unreadable)
 {
-    QJsonArray samples;
-    for (const auto &sample : unreadable.samples)
-        samples.append(QJsonObject{{QStringLiteral("path"), Paths::toText(sample.path)},
-                                   {QStringLiteral("error"), errorText(sample.error)}});
-    QJsonArray list;
-    for (const DuplicateGroup &group : groups) {
-        QJsonArray files;
-        for (const FileItem &file : group.files) {
-            files.append(QJsonObject{{QStringLiteral("path"), Paths::toText(file.path)},
-                                     {QStringLiteral("size"), file.size},
-                                     {QStringLiteral("logicalSize"), file.logicalSize},
-                                     {QStringLiteral("modified"), file.modified}});
-        }
-        list.append(QJsonObject{{QStringLiteral("id"), group.id},
-                                {QStringLiteral("size"), group.size},
-                                {QStringLiteral("copies"), qint64(group.files.size())},
-                                {QStringLiteral("reclaimable"), group.reclaimable()},
-                                {QStringLiteral("files"), files}});
+    JsonOut out;
+    out.raw("{");
+    out.key("root", true);
+    out.bytes(root);
+    out.key("minSize");
+    out.number(minSize);
+    out.key("filesCompared");
+    out.number(compared);
+    out.key("unreadable");
+    out.number(unreadable.count);
+    out.key("unreadableSamples");
+    out.raw("[");
+    for (size_t i = 0; i < unreadable.samples.size(); ++i) {
+        out.raw(i ? ",{" : "{");
+        out.key("path", true);
+        out.bytes(unreadable.samples[i].path);
+        out.key("error");
+        out.text(errorText(unreadable.samples[i].error));
+        out.raw("}");
     }
-    const QJsonObject document{{QStringLiteral("root"), Paths::toText(root)},
-                               {QStringLiteral("minSize"), minSize},
-                               {QStringLiteral("filesCompared"), compared},
-                               {QStringLiteral("unreadable"), unreadable.count},
-                               {QStringLiteral("unreadableSamples"), samples},
-                               {QStringLiteral("reclaimable"), reclaimable},
-                               {QStringLiteral("groups"), list}};
-    Commands::out() << QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Indented));
+    out.raw("]");
+    out.key("reclaimable");
+    out.number(reclaimable);
+    out.key("groups");
+    out.raw("[");
+    for (size_t g = 0; g < groups.size(); ++g) {
+        const DuplicateGroup &group = groups[g];
+        out.raw(g ? ",{" : "{");
+        out.key("id", true);
+        out.text(group.id);
+        out.key("size");
+        out.number(group.size);
+        out.key("copies");
+        out.number(qint64(group.files.size()));
+        out.key("reclaimable");
+        out.number(group.reclaimable());
+        out.key("files");
+        out.raw("[");
+        for (size_t f = 0; f < group.files.size(); ++f) {
+            const FileItem &file = group.files[f];
+            out.raw(f ? ",{" : "{");
+            out.key("path", true);
+            out.bytes(file.path);
+            out.key("size");
+            out.number(file.size);
+            out.key("logicalSize");
+            out.number(file.logicalSize);
+            out.key("modified");
+            out.number(file.modified);
+            out.raw("}");
+        }
+        out.raw("]}");
+    }
+    out.raw("]}\n");
 }
 
 int duplicates(const CliParser &args)
@@ -187,7 +214,7 @@ int duplicates(const CliParser &args)
     ScanOptions options;
     options.minTrackedSize = std::max<qint64>(minSize, 1);
     options.treatPackagesAsFiles = false;
-    const ScanResultPtr result = DiskScanner::scan(root, options, 1, token, [&](const ScanProgress &progress) {
+    ScanResultPtr result = DiskScanner::scan(root, options, 1, token, [&](const ScanProgress &progress) {
         line.show(tr("Scanning… %n files, %1", progress.filesScanned).arg(Fmt::bytes(progress.bytesScanned)));
     });
     if (token->isCancelled())
@@ -203,6 +230,9 @@ int duplicates(const CliParser &args)
             : DuplicatesModel::candidates(result->files, minSize,
                                           TrashFolders::ofUser(Platform::homeDirectory(), TrashFolders::mountPoints()),
                                           true);
+    // The tree is not needed any more; the files compared keep copies of what they need.
+    const auto scanUnreadable = result->unreadableCount;
+    result.reset();
     DuplicateEngine::Unreadable unreadable;
     const auto groups = DuplicateEngine::find(
         files, token,
@@ -234,8 +264,8 @@ int duplicates(const CliParser &args)
         if (unreadable.count > qint64(unreadable.samples.size()))
             Commands::err() << "  " << QChar(0x2026) << '\n';
     }
-    if (result->unreadableCount > 0) {
-        Commands::err() << tr("%n folders or files could not be read.", result->unreadableCount) << '\n';
+    if (scanUnreadable > 0) {
+        Commands::err() << tr("%n folders or files could not be read.", scanUnreadable) << '\n';
     }
     return 0;
 }

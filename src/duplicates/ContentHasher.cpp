@@ -58,7 +58,7 @@ std::optional<ContentHasher::Fingerprint> ContentHasher::fingerprint(const QByte
         return std::nullopt;
     Fingerprint result;
     d->start();
-    const ReadResult head = readAt(file.fd, d->sample.get(), sampleSize, 0);
+    const ReadResult head = readAt(file.fd, d->sample.get(), sampleSize, 0, length);
     if (head.failed)
         return d->fail();
     d->add(d->sample.get(), head.bytes);

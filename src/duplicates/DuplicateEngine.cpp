@@ -47,18 +47,31 @@ public:
         m_lists.push_back({key, {std::move(value)}});
     }
     const std::vector<std::pair<QByteArray, std::vector<T>>> &lists() const { return m_lists; }
+    std::vector<std::pair<QByteArray, std::vector<T>>> take() { return std::move(m_lists); }
 
 private:
     QHash<QByteArray, size_t> m_index;
     std::vector<std::pair<QByteArray, std::vector<T>>> m_lists;
 };
 
-// A file whose sample matched another's. `whole` holds its whole-file digest
-// when the sample already covered all of it.
+// A file whose sample matched another's. `whole` when the sample already
+// covered all of it: its whole-file digest is then its set's sample digest.
 struct Suspect {
     const FileItem *file = nullptr;
-    std::optional<QByteArray> whole;
     qint64 wholeBytes = 0;
+    bool whole = false;
+};
+
+// Files whose samples agree, and the digest of that sample.
+struct SuspectSet {
+    QByteArray print;
+    std::vector<Suspect> members;
+};
+
+// What sampling one file gave; absent when it could not be read (`error` says why).
+struct Sampled {
+    std::optional<ContentHasher::Fingerprint> print;
+    int error = 0;
 };
 
 // What hashing one whole file gave: its digest, absent when it could not be
@@ -76,16 +89,22 @@ struct Job {
 
 // Works through a fixed list of jobs on a few threads of its own, ahead of a
 // reader that takes the results strictly in list order. Each thread keeps one
-// `Context` for all its jobs. Once abandoned, the threads do no more work but
-// still settle every slot (with a default result), so no take() waits forever;
-// `work` itself gives up early once the search is cancelled.
+// `Context` for all its jobs. The threads run at most `window` jobs ahead of the
+// reader, so results waiting to be taken stay few however long the list; a
+// reader that catches up sleeps until a batch more is ready, not for each job.
+// Once abandoned, the threads do no more work but still settle every job (with
+// a default result), so no take() waits forever; `work` itself gives up early
+// once the search is cancelled.
 template <typename Context, typename Result>
 class OrderedPool
 {
 public:
     using Work = std::function<Result(Context &, size_t)>;
+    static constexpr size_t defaultWindow = 1024;
 
-    OrderedPool(size_t count, int threads, Work work) : m_work(std::move(work)), m_results(count), m_done(count, false)
+    OrderedPool(size_t count, int threads, Work work, size_t window = defaultWindow)
+        : m_work(std::move(work)), m_count(count), m_window(std::clamp<size_t>(window, 2, std::max<size_t>(count, 2))),
+          m_batch(std::max<size_t>(1, m_window / 8)), m_results(m_window), m_slotOf(m_window, none)
     {
         for (int i = 0; i < threads; ++i) {
             m_threads.emplace_back(QThread::create([this] { run(); }));
@@ -95,7 +114,11 @@ public:
 
     ~OrderedPool()
     {
-        m_abandoned.store(true);
+        {
+            const std::lock_guard lock(m_mutex);
+            m_abandoned = true;
+        }
+        m_room.notify_all();
         for (const auto &thread : m_threads)
             thread->wait();
     }
@@ -103,32 +126,71 @@ public:
     Result take(size_t index)
     {
         std::unique_lock lock(m_mutex);
-        m_settled.wait(lock, [&] { return bool(m_done[index]); });
-        return std::move(m_results[index]);
+        if (m_settled <= index) {
+            m_wanted = std::min(m_count, index + m_batch);
+            if (m_idle > 0)
+                m_room.notify_all();
+            m_readerWaits = true;
+            m_ready.wait(lock, [&] { return m_settled >= m_wanted; });
+            m_readerWaits = false;
+        }
+        Result result = std::move(m_results[index % m_window]);
+        m_taken = index + 1;
+        if (m_idle > 0 && (m_taken % m_batch == 0 || m_taken == m_count))
+            m_room.notify_all();
+        return result;
     }
 
 private:
+    static constexpr size_t none = size_t(-1);
+
     void run()
     {
         Context context;
-        for (size_t i = m_next.fetch_add(1); i < m_results.size(); i = m_next.fetch_add(1)) {
-            Result result = m_abandoned.load() ? Result{} : m_work(context, i);
+        for (size_t i = m_next.fetch_add(1); i < m_count; i = m_next.fetch_add(1)) {
+            bool abandoned = false;
+            {
+                std::unique_lock lock(m_mutex);
+                if (i >= m_taken + m_window && !m_abandoned) {
+                    ++m_idle;
+                    m_room.wait(lock, [&] { return m_abandoned || i < m_taken + m_window; });
+                    --m_idle;
+                }
+                abandoned = m_abandoned;
+            }
+            Result result = abandoned ? Result{} : m_work(context, i);
+            bool wake = false;
             {
                 const std::lock_guard lock(m_mutex);
-                m_results[i] = std::move(result);
-                m_done[i] = true;
+                m_results[i % m_window] = std::move(result);
+                m_slotOf[i % m_window] = i;
+                while (m_settled < m_count && m_slotOf[m_settled % m_window] == m_settled)
+                    ++m_settled;
+                wake = m_readerWaits && m_settled >= m_wanted;
+                if (wake)
+                    m_readerWaits = false;
             }
-            m_settled.notify_all();
+            if (wake)
+                m_ready.notify_one();
         }
     }
 
     const Work m_work;
-    std::vector<Result> m_results;
-    std::vector<char> m_done;
+    const size_t m_count;
+    const size_t m_window;
+    const size_t m_batch;
+    std::vector<Result> m_results; // job i in slot i % m_window
+    std::vector<size_t> m_slotOf;  // which job's result each slot holds
     std::mutex m_mutex;
-    std::condition_variable m_settled;
+    std::condition_variable m_ready; // for the reader
+    std::condition_variable m_room;  // for threads a window ahead
+    size_t m_settled = 0;            // jobs 0...m_settled - 1 have results
+    size_t m_wanted = 0;             // what the reader waits for
+    size_t m_taken = 0;
+    size_t m_idle = 0; // threads waiting for room
+    bool m_readerWaits = false;
+    bool m_abandoned = false;
     std::atomic<size_t> m_next{0};
-    std::atomic<bool> m_abandoned{false};
     std::vector<std::unique_ptr<QThread>> m_threads;
 };
 
@@ -141,6 +203,7 @@ struct InStepResult {
 struct NoContext {};
 
 bool newerFirst(const FileItem &a, const FileItem &b) { return a.modified > b.modified; }
+bool newerFirstOf(const FileItem *a, const FileItem *b) { return a->modified > b->modified; }
 
 void addUnreadable(Unreadable &unreadable, const QByteArray &path, int error)
 {
@@ -197,10 +260,40 @@ std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &fil
     if (total == 0)
         return answer({});
 
-    // Stage 2: fingerprints of samples.
+    // Stage 2: fingerprints of samples. Where seeks cost nothing a pool samples
+    // the files ahead of this thread, which takes the prints in the same order.
+    std::vector<const FileItem *> toSample;
+    toSample.reserve(size_t(total));
+    for (const auto &group : bySize)
+        if (group.size() >= 2)
+            toSample.insert(toSample.end(), group.begin(), group.end());
+    const int threads = std::clamp(QThread::idealThreadCount(), 2, 4);
+    const auto sampleSeekFree = [&toSample] {
+        // Some files spread over the list stand for all: stating every one of a
+        // million candidates would cost more than the samples themselves.
+        constexpr size_t probes = 64;
+        std::vector<QByteArray> paths;
+        const size_t step = std::max<size_t>(1, toSample.size() / probes);
+        for (size_t i = 0; i < toSample.size(); i += step)
+            paths.push_back(toSample[i]->path);
+        return StorageProbe::allSeekFree(paths);
+    };
+    std::unique_ptr<OrderedPool<ContentHasher, Sampled>> samplePool;
+    if (toSample.size() >= 2 * reportEvery &&
+        (reading == Reading::pooled || (reading == Reading::automatic && sampleSeekFree()))) {
+        samplePool = std::make_unique<OrderedPool<ContentHasher, Sampled>>(
+            toSample.size(), threads, [&toSample, &token](ContentHasher &worker, size_t i) {
+                Sampled sampled;
+                if (!token->isCancelled()) {
+                    sampled.print = worker.fingerprint(toSample[i]->path, toSample[i]->logicalSize);
+                    sampled.error = worker.error();
+                }
+                return sampled;
+            });
+    }
     ContentHasher hasher;
     qint64 n = 0;
-    std::vector<std::vector<Suspect>> suspects;
+    std::vector<SuspectSet> suspects;
     for (const auto &group : bySize) {
         if (group.size() < 2)
             continue;
@@ -208,25 +301,31 @@ std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &fil
         for (const FileItem *file : group) {
             if (token->isCancelled())
                 return std::nullopt;
-            if (const auto print = hasher.fingerprint(file->path, file->logicalSize)) {
-                Suspect suspect{file, std::nullopt, 0};
-                if (print->whole) {
-                    suspect.whole = print->digest;
-                    suspect.wholeBytes = print->bytes;
-                }
-                prints.add(print->digest, std::move(suspect));
+            Sampled sampled;
+            if (samplePool) {
+                sampled = samplePool->take(size_t(n));
             } else {
-                addUnreadable(unreadable, file->path, hasher.error());
+                sampled.print = hasher.fingerprint(file->path, file->logicalSize);
+                sampled.error = hasher.error();
+            }
+            if (sampled.print) {
+                const bool whole = sampled.print->whole;
+                prints.add(sampled.print->digest, Suspect{file, whole ? sampled.print->bytes : 0, whole});
+            } else {
+                addUnreadable(unreadable, file->path, sampled.error);
             }
             ++n;
             if (n % reportEvery == 0)
                 report(0.2 * double(n) / double(std::max<qint64>(total, 1)), fingerprintStatus(n, total));
         }
-        for (const auto &[print, list] : prints.lists()) {
+        for (auto &[print, list] : prints.take()) {
             if (list.size() >= 2)
-                suspects.push_back(list);
+                suspects.push_back({print, std::move(list)});
         }
     }
+    samplePool.reset();
+    if (token->isCancelled())
+        return std::nullopt;
     if (suspects.empty())
         return answer({});
 
@@ -237,8 +336,8 @@ std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &fil
     const auto seekFree = [&] {
         if (!allSeekFree) {
             std::vector<QByteArray> paths;
-            for (const auto &group : suspects)
-                for (const Suspect &suspect : group)
+            for (const auto &set : suspects)
+                for (const Suspect &suspect : set.members)
                     if (!suspect.whole)
                         paths.push_back(suspect.file->path);
             allSeekFree = StorageProbe::allSeekFree(paths);
@@ -248,22 +347,21 @@ std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &fil
     const auto comparedInStep = [&](const std::vector<Suspect> &group, ContentHasher::Form form) {
         return (reading == Reading::inStep || (reading == Reading::automatic && seekFree())) &&
                form == ContentHasher::Form::bytes && group.size() <= InStepComparison::maxFiles &&
-               std::none_of(group.begin(), group.end(), [](const Suspect &s) { return bool(s.whole); });
+               std::none_of(group.begin(), group.end(), [](const Suspect &s) { return s.whole; });
     };
     qint64 totalBytes = 0;
     std::vector<Job> toRead;
     std::vector<ContentHasher::Form> forms;
     std::vector<bool> inStep;
-    for (const auto &group : suspects) {
-        forms.push_back(formOf(group));
-        inStep.push_back(comparedInStep(group, forms.back()));
-        for (const Suspect &suspect : group) {
+    for (const auto &set : suspects) {
+        forms.push_back(formOf(set.members));
+        inStep.push_back(comparedInStep(set.members, forms.back()));
+        for (const Suspect &suspect : set.members) {
             totalBytes = saturatingAdd(totalBytes, suspect.file->logicalSize);
             if (!suspect.whole && !inStep.back())
                 toRead.push_back({suspect.file->path, forms.back()});
         }
     }
-    const int threads = std::clamp(QThread::idealThreadCount(), 2, 4);
     const bool pooled =
         toRead.size() >= 2 && (reading == Reading::pooled || (reading == Reading::automatic && seekFree()));
     std::unique_ptr<OrderedPool<ContentHasher, Outcome>> pool;
@@ -288,8 +386,8 @@ std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &fil
             inStepSets.push_back(g);
     const auto pathsOf = [&suspects](size_t g) {
         std::vector<QByteArray> paths;
-        paths.reserve(suspects[g].size());
-        for (const Suspect &suspect : suspects[g])
+        paths.reserve(suspects[g].members.size());
+        for (const Suspect &suspect : suspects[g].members)
             paths.push_back(suspect.file->path);
         return paths;
     };
@@ -299,8 +397,8 @@ std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &fil
             inStepSets.size(), int(std::min<size_t>(size_t(threads), inStepSets.size())), [&](NoContext &, size_t i) {
                 InStepResult result;
                 const size_t g = inStepSets[i];
-                result.outcome = InStepComparison::compare(pathsOf(g), suspects[g].front().file->logicalSize, *token,
-                                                           [&result](qint64 count) { result.bytes += count; });
+                result.outcome = InStepComparison::compare(pathsOf(g), suspects[g].members.front().file->logicalSize,
+                                                           *token, [&result](qint64 count) { result.bytes += count; });
                 return result;
             });
     }
@@ -314,7 +412,7 @@ std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &fil
         report(0.2 + 0.8 * double(bytes) / double(std::max<qint64>(totalBytes, 1)), verifyStatus(bytes, totalBytes));
     };
     for (size_t g = 0; g < suspects.size(); ++g) {
-        const auto &group = suspects[g];
+        const auto &group = suspects[g].members;
         OrderedBuckets<const FileItem *> digests;
         if (inStep[g]) {
             const std::vector<QByteArray> paths = pathsOf(g);
@@ -344,15 +442,28 @@ std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &fil
                     digests.add(set.digest, group[member].file);
             reportVerifying();
         }
-        // Otherwise every file is hashed whole.
+        // Otherwise files whose sample was all of them are known already, at one
+        // report for all of them, and every other file is hashed whole.
         static const std::vector<Suspect> none;
+        bool anyWhole = false;
         for (const Suspect &suspect : inStep[g] ? none : group) {
+            if (suspect.whole) {
+                digests.add(suspects[g].print, suspect.file);
+                bytes += suspect.wholeBytes;
+                anyWhole = true;
+            }
+        }
+        if (anyWhole) {
+            if (token->isCancelled())
+                return std::nullopt;
+            reportVerifying();
+        }
+        for (const Suspect &suspect : inStep[g] ? none : group) {
+            if (suspect.whole)
+                continue;
             std::optional<QByteArray> digest;
             int error = 0;
-            if (suspect.whole) {
-                digest = suspect.whole;
-                bytes += suspect.wholeBytes;
-            } else if (pool) {
+            if (pool) {
                 Outcome outcome = pool->take(next++);
                 digest = std::move(outcome.digest);
                 bytes += outcome.bytes;
@@ -388,9 +499,18 @@ std::optional<std::vector<DuplicateGroup>> find(const std::vector<FileItem> &fil
                 target->id = id;
                 target->size = list.front()->size;
             }
-            for (const FileItem *file : list)
-                target->files.push_back(*file);
-            std::stable_sort(target->files.begin(), target->files.end(), newerFirst);
+            if (target->files.empty()) {
+                // Sorted as pointers, then copied once in place.
+                std::vector<const FileItem *> sorted = list;
+                std::stable_sort(sorted.begin(), sorted.end(), newerFirstOf);
+                target->files.reserve(sorted.size());
+                for (const FileItem *file : sorted)
+                    target->files.push_back(*file);
+            } else {
+                for (const FileItem *file : list)
+                    target->files.push_back(*file);
+                std::stable_sort(target->files.begin(), target->files.end(), newerFirst);
+            }
         }
     }
     pool.reset();

@@ -33,7 +33,9 @@ qint64 DuplicatesModel::reclaimable() const
 std::vector<FileItem> DuplicatesModel::candidates(const std::vector<FileItem> &files, qint64 minSize,
                                                   const QByteArrayList &leftOut, bool leaveOutGitInsides)
 {
-    std::vector<FileItem> chosen;
+    // Picked first, then copied into a list of the right length: a scan can
+    // list millions of files, and a growing list would hold them twice at once.
+    std::vector<const FileItem *> picked;
     for (const FileItem &file : files) {
         if (file.isPackage || file.size < minSize || file.logicalSize <= 0)
             continue;
@@ -42,8 +44,12 @@ std::vector<FileItem> DuplicatesModel::candidates(const std::vector<FileItem> &f
         if (std::any_of(leftOut.begin(), leftOut.end(),
                         [&](const QByteArray &folder) { return Paths::isWithin(file.path, folder); }))
             continue;
-        chosen.push_back(file);
+        picked.push_back(&file);
     }
+    std::vector<FileItem> chosen;
+    chosen.reserve(picked.size());
+    for (const FileItem *file : picked)
+        chosen.push_back(*file);
     return chosen;
 }
 

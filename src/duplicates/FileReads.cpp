@@ -27,7 +27,7 @@ int openRegular(const QByteArray &path, qint64 &length, int &error)
     return fd;
 }
 
-ReadResult readAt(int fd, char *buffer, qint64 count, qint64 offset)
+ReadResult readAt(int fd, char *buffer, qint64 count, qint64 offset, qint64 length)
 {
     ReadResult r;
     while (r.bytes < count) {
@@ -41,6 +41,9 @@ ReadResult readAt(int fd, char *buffer, qint64 count, qint64 offset)
         if (n == 0)
             break;
         r.bytes += n;
+        // A short read of a regular file stops at its end.
+        if (offset + r.bytes == length && r.bytes < count)
+            break;
     }
     return r;
 }

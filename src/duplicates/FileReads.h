@@ -18,8 +18,9 @@ struct ReadResult {
 };
 
 // Reads up to `count` bytes at `offset`, stopping early only at the end of the
-// file or on an error.
-ReadResult readAt(int fd, char *buffer, qint64 count, qint64 offset);
+// file or on an error. Given the file's `length` (from fstat), a read that ends
+// exactly there is taken as the end without asking once more for nothing.
+ReadResult readAt(int fd, char *buffer, qint64 count, qint64 offset, qint64 length = -1);
 
 // Closes its descriptor when it goes.
 struct Fd {

@@ -105,7 +105,8 @@ private slots:
             {"131073, last byte", 131073, 131072, 0, ""},
             // A sample that is the whole file decides alone.
             {"65536, last byte", 65536, 65535, 0, ""},
-            {"1 byte, identical", 1, -1, 2, "Verifying contents… 2 bytes of 2 bytes"},
+            // Files whose sample was all of them are counted together, in one report.
+            {"1 byte, identical", 1, -1, 1, "Verifying contents… 2 bytes of 2 bytes"},
             // Only a whole read finds a difference in the middle.
             {"large, middle byte", large, large / 2, 2, "Verifying contents… 25.2 MB of 25.2 MB"},
             {"large, identical", large, -1, 2, "Verifying contents… 25.2 MB of 25.2 MB"},
@@ -138,7 +139,7 @@ private slots:
         if (verified > 0) {
             QCOMPARE(reports.all.back().status, lastStatus);
             QCOMPARE(reports.all.back().fraction, 1.0);
-            QCOMPARE(reports.all.front().fraction, 0.2 + 0.8 * 0.5);
+            QCOMPARE(reports.all.front().fraction, verified == 1 ? 1.0 : 0.2 + 0.8 * 0.5);
         }
         if (difference < 0)
             QCOMPARE(groups->front().id, DuplicateFiles::sha256(content));
@@ -435,6 +436,40 @@ private slots:
         QVERIFY(inStep.count(verifying) > 0 && inStep.count(verifying) < one.count(verifying));
         QCOMPARE(inStep.all.back().status, one.all.back().status);
         QCOMPARE(inStep.all.back().fraction, 1.0);
+    }
+
+    // Thousands of tiny files in few sets, more than the pool holds at once:
+    // sampled by a pool, they give the groups and reports of one at a time, and
+    // each set is reported once in stage 3 however many files it has.
+    void manyTinyFiles()
+    {
+        DuplicateFiles dir;
+        std::vector<FileItem> files;
+        for (int i = 0; i < 3000; ++i)
+            files.push_back(dir.write("t" + QByteArray::number(i), QByteArray(1, char('a' + i % 3)), 1.7e9 + i % 7));
+        files.push_back(dir.write("alone", "d"));
+
+        Reports one;
+        Reports pooled;
+        const auto a = DuplicateEngine::find(files, makeCancelToken(), one.callback(), Reading::oneAtATime);
+        const auto b = DuplicateEngine::find(files, makeCancelToken(), pooled.callback(), Reading::pooled);
+        QVERIFY(a && b);
+        QCOMPARE(*b, *a);
+        QVERIFY(pooled.all == one.all);
+        QCOMPARE(a->size(), size_t(3));
+        for (const DuplicateGroup &group : *a) {
+            QCOMPARE(group.files.size(), size_t(1000));
+            const char byte = char('a' + (group.files.front().id - 1) % 3);
+            QCOMPARE(group.id, DuplicateFiles::sha256(QByteArray(1, byte)));
+            for (size_t i = 0; i < group.files.size(); ++i) {
+                QCOMPARE((group.files[i].id - 1) % 3, (group.files.front().id - 1) % 3);
+                if (i > 0)
+                    QVERIFY(group.files[i - 1].modified >= group.files[i].modified);
+            }
+        }
+        QCOMPARE(one.count(fingerprinting), 3001 / 50);
+        QCOMPARE(one.count(verifying), 3);
+        QCOMPARE(one.all.back().fraction, 1.0);
     }
 
     // Files far below PATH_MAX deep are compared like any other.
