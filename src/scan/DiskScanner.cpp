@@ -1,6 +1,7 @@
 #include "DiskScanner.h"
 
 #include "DevArtifactRule.h"
+#include "InodeKey.h"
 #include "ParallelTreeWalk.h"
 #include "SkipSet.h"
 #include "TreeWalk.h"
@@ -36,20 +37,6 @@ double accessedOf(const struct stat &st) { return st.st_atimespec.tv_sec + st.st
 double modifiedOf(const struct stat &st) { return double(st.st_mtim.tv_sec) + double(st.st_mtim.tv_nsec) / 1e9; }
 double accessedOf(const struct stat &st) { return double(st.st_atim.tv_sec) + double(st.st_atim.tv_nsec) / 1e9; }
 #endif
-
-// One inode of a file with several links.
-struct InodeKey {
-    dev_t dev;
-    ino_t ino;
-    friend bool operator==(const InodeKey &, const InodeKey &) = default;
-};
-
-struct InodeKeyHash {
-    std::size_t operator()(const InodeKey &k) const noexcept
-    {
-        return std::hash<quint64>()(quint64(k.ino) * 0x9E3779B97F4A7C15ull ^ quint64(k.dev));
-    }
-};
 
 using InodeSet = std::unordered_set<InodeKey, InodeKeyHash>;
 

@@ -123,11 +123,6 @@ struct ParallelTreeWalk::Level {
     struct stat st {};
 };
 
-std::size_t ParallelTreeWalk::KeyHash::operator()(const Key &k) const noexcept
-{
-    return std::hash<quint64>()(quint64(k.ino) * 0x9E3779B97F4A7C15ull ^ quint64(k.dev));
-}
-
 ParallelTreeWalk::ParallelTreeWalk(QByteArray root, bool followRoot, Options options)
     : m_root(std::move(root)), m_followRoot(followRoot), m_options(std::move(options)),
       m_longestSkip(m_options.skips.longestMatch())

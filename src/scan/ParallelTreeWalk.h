@@ -68,14 +68,8 @@ private:
     struct Node;
     struct Listing;
     using NodePtr = std::shared_ptr<Node>;
-    struct Key {
-        dev_t dev;
-        ino_t ino;
-        friend bool operator==(const Key &, const Key &) = default;
-    };
-    struct KeyHash {
-        std::size_t operator()(const Key &k) const noexcept;
-    };
+    using Key = InodeKey;
+    using KeyHash = InodeKeyHash;
     struct Level;
 
     void startListers();

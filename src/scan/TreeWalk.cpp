@@ -36,11 +36,6 @@ struct TreeWalk::Level {
     struct stat st {}; // the folder's own stat, for cycles and the closing event
 };
 
-std::size_t TreeWalk::KeyHash::operator()(const Key &k) const noexcept
-{
-    return std::hash<quint64>()(quint64(k.ino) * 0x9E3779B97F4A7C15ull ^ quint64(k.dev));
-}
-
 TreeWalk::TreeWalk(QByteArray root, bool followRoot) : m_root(std::move(root)), m_followRoot(followRoot) {}
 
 TreeWalk::~TreeWalk()

@@ -4,6 +4,8 @@
 
 #pragma once
 
+#include "InodeKey.h"
+
 #include <QByteArray>
 #include <QByteArrayView>
 
@@ -69,14 +71,8 @@ public:
 
 private:
     struct Level;
-    struct Key {
-        dev_t dev;
-        ino_t ino;
-        friend bool operator==(const Key &, const Key &) = default;
-    };
-    struct KeyHash {
-        std::size_t operator()(const Key &k) const noexcept;
-    };
+    using Key = InodeKey;
+    using KeyHash = InodeKeyHash;
 
     // Opens and lists the folder of the last `directory` event as the innermost
     // level; false with errno set when it can't.
