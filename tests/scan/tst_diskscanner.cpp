@@ -498,8 +498,10 @@ private slots:
         Fixtures::randomTree(root + "/t", 9, 600);
         file(root + "/t/closed/y", 10);
         file(root + "/t/blind/sub/z", 10);
+        file(root + "/t/listless/w", 10);
         ::chmod((root + "/t/closed").constData(), 0);
         ::chmod((root + "/t/blind").constData(), 0444);
+        ::chmod((root + "/t/listless").constData(), 0311);
         const QByteArray outcome = Fixtures::asNobody([this] {
             const auto scan = [&](DiskScanner::Walking walking) {
                 const ScanResultPtr r = DiskScanner::scan(root + "/t", options(1), 0, makeCancelToken(), {}, walking);
@@ -510,7 +512,8 @@ private slots:
         });
         ::chmod((root + "/t/closed").constData(), 0755);
         ::chmod((root + "/t/blind").constData(), 0755);
-        QCOMPARE(outcome, QByteArray("2"));
+        ::chmod((root + "/t/listless").constData(), 0755);
+        QCOMPARE(outcome, QByteArray("3"));
     }
 
     void usage()

@@ -143,28 +143,6 @@ private slots:
         QCOMPARE(openDescriptors(), before);
     }
 
-    // Folders that can't be listed or searched, seen by an unprivileged user.
-    void sameEventsWhenUnreadable()
-    {
-        QTemporaryDir tmp;
-        const QByteArray root = QFile::encodeName(tmp.path());
-        ::chmod(root.constData(), 0755);
-        Fixtures::randomTree(root + "/mixed", 3, 400);
-        file(root + "/closed/y", 10);
-        file(root + "/blind/sub/z", 10);
-        file(root + "/listless/w", 10);
-        ::chmod((root + "/closed").constData(), 0);
-        ::chmod((root + "/blind").constData(), 0444);
-        ::chmod((root + "/listless").constData(), 0311);
-        const QByteArray outcome = Fixtures::asNobody([root] {
-            return difference(viaTreeWalk(root), viaParallel(root, parallel(2, 4))) +
-                   difference(viaTreeWalk(root + "/closed"), viaParallel(root + "/closed", parallel(2, 4)));
-        });
-        for (const char *dir : {"/closed", "/blind", "/listless"})
-            ::chmod((root + dir).constData(), 0755);
-        QCOMPARE(outcome, QByteArray());
-    }
-
     // A folder mounted inside itself: both walks report it below itself once,
     // as something not to enter.
     void cycleThroughABindMount()
