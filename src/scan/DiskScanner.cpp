@@ -421,7 +421,9 @@ ScanResultPtr Walk::run(const QByteArray &root, DiskScanner::Walking walking)
         return runWith(walk);
     }
     ParallelTreeWalk::Options options;
-    options.threads = std::clamp(cores, 2, 4);
+    // The reader is busy all the way through: one lister per other core. More
+    // would only take turns with it and with each other.
+    options.threads = std::clamp(cores - 1, 1, 4);
     options.skipHidden = m_skipHidden;
     options.skips = m_skips;
     options.probe = [](QByteArrayView name, int parentFd) { return DevArtifactRule::match(name, parentFd); };

@@ -180,8 +180,26 @@ void ParallelTreeWalk::readerIn(const Node *folder)
             pushed = true;
         }
     m_setAside.clear();
-    if (pushed && m_idleListers > 0)
+    if (m_idleListers == 0 || m_windowFull)
+        return;
+    if (pushed) {
         m_work.notify_all();
+        return;
+    }
+    // Idle listers sleep until work comes. Work they can take may have been
+    // there all along: the other subfolders of a folder the reader listed
+    // itself and has just left for one of them. Those near the top of the
+    // stack that are the reader's own (the folder it goes into, its
+    // subfolders) don't count; one lister is woken for anything past them.
+    constexpr int looked = 8;
+    int seen = 0;
+    for (auto it = m_stack.rbegin(); it != m_stack.rend() && seen < looked; ++it, ++seen) {
+        const Node *node = it->get();
+        if (node == folder || node->parent.get() == folder || node->discarded || node->state != Node::State::queued)
+            continue;
+        m_work.notify_one();
+        return;
+    }
 }
 
 void ParallelTreeWalk::wakeListers()
