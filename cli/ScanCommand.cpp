@@ -9,17 +9,20 @@
 #include "core/Fmt.h"
 #include "core/Paths.h"
 #include "scan/DiskScanner.h"
+#include "scan/NcduWriter.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QLocale>
+#include <QSaveFile>
 
 #include <algorithm>
 #include <climits>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <optional>
 #include <span>
 #include <unordered_map>
@@ -44,6 +47,8 @@ struct Arguments {
     bool json = false;
     int top = 10;
     DiskScanner::Walking walking = DiskScanner::Walking::automatic;
+    QByteArray exportTo;   // ncdu's format; "-" for standard output
+    QByteArray importFrom; // the same, read instead of walking the disk
 };
 
 // Digits with an optional decimal unit: 5000, 10k, 2.5M, 1G.
@@ -84,7 +89,7 @@ CliCommand describe()
         .name = "scan",
         .summary = QT_TRANSLATE_NOOP(
             "CommandLine", "Walk a folder once and show its size, categories, biggest files and developer artefacts."),
-        .arguments = {{.name = "PATH", .kind = CliArgument::Kind::folder}},
+        .arguments = {{.name = "PATH", .kind = CliArgument::Kind::folder, .optional = true}},
         .options =
             {
                 {.name = "--min-size",
@@ -108,6 +113,18 @@ CliCommand describe()
                  .help = QT_TRANSLATE_NOOP("CommandLine",
                                            "Read the disk on one thread only, as on a machine with one core. The "
                                            "result is the same; only the time differs.")},
+                {.name = "--export-ncdu",
+                 .value = {.name = "FILE", .kind = CliArgument::Kind::path},
+                 .help = QT_TRANSLATE_NOOP("CommandLine",
+                                           "Also save the whole tree, every file included, in ncdu's JSON export "
+                                           "format to FILE (- for standard output, which then holds nothing else); "
+                                           "ncdu -f FILE opens it.")},
+                {.name = "--import-ncdu",
+                 .value = {.name = "FILE", .kind = CliArgument::Kind::path},
+                 .help = QT_TRANSLATE_NOOP("CommandLine",
+                                           "Read a saved scan in ncdu's JSON export format (from ncdu -o or from "
+                                           "--export-ncdu; - for standard input) instead of walking a folder, and "
+                                           "show it as a scan by the same rules.")},
                 {.name = "--top",
                  .value = {.name = "N"},
                  .help = QT_TRANSLATE_NOOP("CommandLine",
@@ -159,6 +176,23 @@ std::optional<Arguments> parse(const CliParser &args)
         if (!ok || top < 0)
             return fail(tr("--top takes a number of files, such as 10"));
         parsed.top = top;
+    }
+    if (args.isSet("--export-ncdu")) {
+        parsed.exportTo = args.value("--export-ncdu");
+        if (parsed.exportTo.isEmpty())
+            return fail(tr("--export-ncdu needs a file, or - for standard output"));
+        if (parsed.exportTo == "-" && parsed.json)
+            return fail(tr("--export-ncdu - and --json both want standard output; save the export to a file"));
+    }
+    if (args.isSet("--import-ncdu")) {
+        parsed.importFrom = args.value("--import-ncdu");
+        if (parsed.importFrom.isEmpty())
+            return fail(tr("--import-ncdu needs a file, or - for standard input"));
+        if (!parsed.exportTo.isEmpty())
+            return fail(tr("--import-ncdu reads a saved scan and --export-ncdu saves a walk of the disk; use one"));
+        if (!args.positional().isEmpty())
+            return fail(tr("give a folder to scan or --import-ncdu, not both"));
+        return parsed;
     }
     if (args.positional().isEmpty() || args.positional().first().isEmpty())
         return fail(tr("which folder? Give a path"));
@@ -433,11 +467,59 @@ void writeSummary(const QByteArray &root, const Arguments &args, const ScanResul
     out.flush();
 }
 
+// Prints a saved scan read from a file as a scan of the disk is printed.
+int runImport(const Arguments &args)
+{
+    const CancelTokenPtr token = makeCancelToken();
+    const InterruptWatch interrupt(token);
+    const bool live = ::isatty(STDERR_FILENO) == 1;
+    const DiskScanner::ProgressCallback progress = live ? DiskScanner::ProgressCallback(showProgress) : nullptr;
+    QString error;
+    const ScanResultPtr result = DiskScanner::importNcdu(args.importFrom, args.options, 0, token, progress, &error);
+    if (live)
+        clearProgress();
+    if (token->isCancelled()) {
+        Commands::err() << "sorvel scan: " << tr("cancelled") << Qt::endl;
+        return 130;
+    }
+    if (!result) {
+        Commands::err() << "sorvel scan: " << Paths::toDisplay(args.importFrom) << ": " << error << Qt::endl;
+        return 1;
+    }
+    if (args.json)
+        writeJson(result->root->name, args, *result);
+    else
+        writeSummary(result->root->name, args, *result);
+    std::fflush(stdout);
+    return 0;
+}
+
+// Where --export-ncdu writes: a file that appears whole or not at all, or
+// standard output.
+std::unique_ptr<QFileDevice> openExport(const QByteArray &to)
+{
+    if (to == "-") {
+        auto out = std::make_unique<QFile>();
+        if (out->open(stdout, QIODevice::WriteOnly))
+            return out;
+        Commands::err() << "sorvel scan: " << tr("cannot write to standard output") << Qt::endl;
+        return {};
+    }
+    auto out = std::make_unique<QSaveFile>(QFile::decodeName(to));
+    if (out->open(QIODevice::WriteOnly))
+        return out;
+    Commands::err() << "sorvel scan: " << tr("cannot write %1: %2").arg(Paths::toDisplay(to), out->errorString())
+                    << Qt::endl;
+    return {};
+}
+
 int runScan(const CliParser &argv)
 {
     const auto args = parse(argv);
     if (!args)
         return 2;
+    if (!args->importFrom.isEmpty())
+        return runImport(*args);
     const QByteArray root = Paths::normalize(args->path.startsWith('/') || args->path.startsWith('~')
                                                  ? args->path
                                                  : Paths::join(QFile::encodeName(QDir::currentPath()), args->path));
@@ -451,9 +533,31 @@ int runScan(const CliParser &argv)
     const DiskScanner::ProgressCallback progress = live ? DiskScanner::ProgressCallback(showProgress) : nullptr;
     // The tool has no window to keep alive: the walk runs on this thread and
     // reports straight to the terminal.
-    const ScanResultPtr result = DiskScanner::scan(root, args->options, 0, token, progress, args->walking);
+    std::unique_ptr<QFileDevice> exportFile;
+    std::optional<NcduWriter> writer;
+    if (!args->exportTo.isEmpty()) {
+        exportFile = openExport(args->exportTo);
+        if (!exportFile)
+            return 1;
+        writer.emplace(*exportFile, QStringLiteral(SORVEL_VERSION), token);
+    }
+    const ScanResultPtr result =
+        DiskScanner::scan(root, args->options, 0, token, progress, args->walking, writer ? &*writer : nullptr);
     if (live)
         clearProgress();
+    if (writer && (!result || !writer->finish())) {
+        // A failed write cancelled the walk; say why rather than "cancelled".
+        if (!writer->errorText().isEmpty()) {
+            Commands::err() << "sorvel scan: " << writer->errorText() << Qt::endl;
+            return 1;
+        }
+    }
+    if (auto *saved = dynamic_cast<QSaveFile *>(exportFile.get()); saved && result && !saved->commit()) {
+        Commands::err() << "sorvel scan: "
+                        << tr("cannot write %1: %2").arg(Paths::toDisplay(args->exportTo), saved->errorString())
+                        << Qt::endl;
+        return 1;
+    }
 
     if (token->isCancelled()) {
         Commands::err() << "sorvel scan: " << tr("cancelled") << Qt::endl;
@@ -463,7 +567,9 @@ int runScan(const CliParser &argv)
         Commands::err() << "sorvel scan: " << tr("could not walk %1").arg(Paths::toDisplay(root)) << Qt::endl;
         return 1;
     }
-    if (args->json)
+    if (args->exportTo == "-")
+        exportFile->flush();
+    else if (args->json)
         writeJson(root, *args, *result);
     else
         writeSummary(root, *args, *result);

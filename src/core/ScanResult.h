@@ -40,6 +40,7 @@ public:
     double date = 0;                  // seconds since the epoch, when it ended
     qint64 lastID = 0;                // next free FileItem id
     ScanOptions options;              // the rules the scan followed
+    QByteArray importedFrom;          // the saved scan it was read from; empty for a walk of the disk
 
     // Zero size and count for a category that was never met.
     CategoryTotal total(FileCategory category) const;

@@ -12,16 +12,45 @@ bool exists(int dirFd, const QByteArray &path) { return ::faccessat(dirFd, path.
 
 QString label(const char *text) { return QCoreApplication::translate("DevArtifactRule", text); }
 
+struct OnDisk {
+    int parentFd;
+    QByteArrayView name;
+};
+
+bool existsOnDisk(const void *context, const char *file, bool inside)
+{
+    const auto &disk = *static_cast<const OnDisk *>(context);
+    return exists(disk.parentFd, inside ? disk.name.toByteArray() + '/' + file : QByteArray(file));
+}
+
+// Every file the table below looks for.
+constexpr const char *projectFiles[] = {"Cargo.toml",       "Package.swift", "Podfile",   "build.gradle",
+                                        "build.gradle.kts", "pom.xml",       "pyvenv.cfg"};
+
 } // namespace
 
+bool DevArtifactRule::isProjectFile(QByteArrayView name)
+{
+    for (const char *file : projectFiles)
+        if (name == file)
+            return true;
+    return false;
+}
+
 QString DevArtifactRule::match(QByteArrayView name, int parentFd)
+{
+    const OnDisk disk{parentFd, name};
+    return match(name, existsOnDisk, &disk);
+}
+
+QString DevArtifactRule::match(QByteArrayView name, Lookup exists, const void *context)
 {
     // Cheap early out: every name of the table is 4 to 13 bytes long.
     if (name.size() < 4 || name.size() > 13)
         return {};
 
-    auto beside = [parentFd](const char *file) { return exists(parentFd, QByteArray(file)); };
-    auto inside = [parentFd, name](const char *file) { return exists(parentFd, name.toByteArray() + '/' + file); };
+    auto beside = [exists, context](const char *file) { return exists(context, file, false); };
+    auto inside = [exists, context](const char *file) { return exists(context, file, true); };
 
     if (name == "node_modules")
         return label(QT_TRANSLATE_NOOP("DevArtifactRule", "Node.js dependencies"));

@@ -17,4 +17,12 @@ namespace DevArtifactRule {
 // A name outside the table costs a few comparisons and no system call.
 QString match(QByteArrayView name, int parentFd);
 
+// The same rule over a tree that is not on this disk: `exists(file, inside)`
+// says whether `file` lies beside the folder (or, with `inside`, in it).
+using Lookup = bool (*)(const void *context, const char *file, bool inside);
+QString match(QByteArrayView name, Lookup exists, const void *context);
+
+// Whether `name` is one of the project files the rule looks for.
+bool isProjectFile(QByteArrayView name);
+
 } // namespace DevArtifactRule

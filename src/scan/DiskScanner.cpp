@@ -2,16 +2,21 @@
 
 #include "DevArtifactRule.h"
 #include "InodeKey.h"
+#include "NcduReader.h"
 #include "ParallelTreeWalk.h"
 #include "SkipSet.h"
 #include "TreeWalk.h"
+#include "WalkListener.h"
 #include "core/AllocatedSize.h"
 #include "core/FileCategory.h"
 #include "core/Paths.h"
 #include "core/Platform.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryFile>
 
 #include <algorithm>
 #include <array>
@@ -99,19 +104,23 @@ QString artifactKind(TreeWalk &walk, QByteArrayView name)
     return DevArtifactRule::match(name, walk.folderDescriptor());
 }
 QString artifactKind(ParallelTreeWalk &walk, QByteArrayView) { return walk.probed(); }
+QString artifactKind(NcduReader &walk, QByteArrayView) { return walk.probed(); }
 
 // The state of one walk. Everything lives for one call and on one thread.
 class Walk
 {
 public:
     Walk(const QByteArray &root, const ScanOptions &options, qint64 firstID, const CancelTokenPtr &token,
-         const DiskScanner::ProgressCallback &progress)
+         const DiskScanner::ProgressCallback &progress, WalkListener *listener = nullptr)
         : m_skips(DiskScanner::skippedPaths(root, options.excludedPaths)),
           m_threshold(std::max<qint64>(options.minTrackedSize, 1)), m_skipHidden(options.skipHiddenFiles),
-          m_packagesAsFiles(options.treatPackagesAsFiles), m_nextID(firstID), m_token(token), m_progress(progress)
+          m_packagesAsFiles(options.treatPackagesAsFiles), m_nextID(firstID), m_token(token), m_progress(progress),
+          m_listener(listener)
     {}
 
     ScanResultPtr run(const QByteArray &root, DiskScanner::Walking walking);
+    template <class Walker>
+    ScanResultPtr runWith(Walker &walk);
 
 private:
     static constexpr int sampleLimit = 200;
@@ -123,13 +132,12 @@ private:
     void publishNewChild();
     void noteUnreadable(const WalkEntry &entry);
     void markUnreadable(const WalkEntry &entry, bool nothingRead);
+    // Both false for what the options leave out.
     template <class Walker>
-    ScanResultPtr runWith(Walker &walk);
-    template <class Walker>
-    void enterDirectory(Walker &walk, const WalkEntry &entry);
+    bool enterDirectory(Walker &walk, const WalkEntry &entry);
     void leaveDirectory(const WalkEntry &entry);
     void finishPackage(int level);
-    void addFile(const WalkEntry &entry);
+    bool addFile(const WalkEntry &entry);
 
     const SkipSet m_skips;
     const qint64 m_threshold;
@@ -165,6 +173,7 @@ private:
 
     const CancelTokenPtr &m_token;
     const DiskScanner::ProgressCallback &m_progress;
+    WalkListener *const m_listener;
     QElapsedTimer m_sincePublished;
     QByteArray m_currentPath;
 };
@@ -223,17 +232,17 @@ void Walk::markUnreadable(const WalkEntry &entry, bool nothingRead)
 }
 
 template <class Walker>
-void Walk::enterDirectory(Walker &walk, const WalkEntry &entry)
+bool Walk::enterDirectory(Walker &walk, const WalkEntry &entry)
 {
     if (m_package)
-        return; // nothing below a package is skipped, classified or counted as a folder
+        return true; // nothing below a package is skipped, classified or counted as a folder
 
     const int level = entry.level;
     const QByteArrayView name = entry.name;
     if (level > 0) {
         if ((m_skipHidden && name.startsWith('.')) || m_skips.contains(entry.path)) {
             walk.skip();
-            return;
+            return false;
         }
     }
     ++m_totalDirs;
@@ -254,7 +263,7 @@ void Walk::enterDirectory(Walker &walk, const WalkEntry &entry)
             publishNewChild();
         }
         m_package = std::move(package);
-        return;
+        return true;
     }
 
     const DirNodePtr parent = m_nodes.empty() ? DirNodePtr() : m_nodes.back();
@@ -280,6 +289,7 @@ void Walk::enterDirectory(Walker &walk, const WalkEntry &entry)
         m_open = m_discovered.size() - 1;
         publishNewChild();
     }
+    return true;
 }
 
 void Walk::finishPackage(int level)
@@ -358,12 +368,17 @@ void Walk::leaveDirectory(const WalkEntry &entry)
     }
 }
 
-void Walk::addFile(const WalkEntry &entry)
+bool Walk::addFile(const WalkEntry &entry)
 {
     const struct stat &st = *entry.st;
+    const QByteArrayView name = entry.name;
+    // A hidden name left out is not met at all: another link of the same file
+    // still counts where it is.
+    if (m_skipHidden && !m_package && !m_nodes.empty() && name.startsWith('.'))
+        return false;
     // Every link of a file after the first one met is left out altogether.
     if (st.st_nlink > 1 && !m_seen.insert(InodeKey{st.st_dev, st.st_ino}).second)
-        return;
+        return true;
     const qint64 size = allocatedSize(st);
 
     if (m_package) {
@@ -372,13 +387,10 @@ void Walk::addFile(const WalkEntry &entry)
         m_package->count += 1;
         ++m_filesScanned;
         m_bytesScanned += size;
-        return;
+        return true;
     }
     if (m_nodes.empty())
-        return; // a root that is itself a file yields no tree
-    const QByteArrayView name = entry.name;
-    if (m_skipHidden && name.startsWith('.'))
-        return;
+        return true; // a root that is itself a file yields no tree
 
     ++m_filesScanned;
     m_bytesScanned += size;
@@ -392,7 +404,7 @@ void Walk::addFile(const WalkEntry &entry)
     dir.fileCount += 1;
     if (size < m_threshold) {
         dir.smallFilesSize += size;
-        return;
+        return true;
     }
     FileItem item;
     item.id = m_nextID++;
@@ -411,6 +423,7 @@ void Walk::addFile(const WalkEntry &entry)
         m_discovered.append(DiscoveredEntry{item.path, item.name, size, false, QString(), false});
         publishNewChild();
     }
+    return true;
 }
 
 ScanResultPtr Walk::run(const QByteArray &root, DiskScanner::Walking walking)
@@ -452,9 +465,10 @@ ScanResultPtr Walk::runWith(Walker &walk)
             }
         }
         const DirNode *entered = std::exchange(m_entered, nullptr);
+        bool leftOut = false;
         switch (entry.kind) {
         case WalkKind::directory:
-            enterDirectory(walk, entry);
+            leftOut = !enterDirectory(walk, entry);
             break;
         case WalkKind::unreadable:
             noteUnreadable(entry);
@@ -469,13 +483,15 @@ ScanResultPtr Walk::runWith(Walker &walk)
             markUnreadable(entry, false);
             break;
         case WalkKind::file:
-            addFile(entry);
+            leftOut = !addFile(entry);
             break;
         case WalkKind::symlink:
         case WalkKind::other:
             // Links are never followed; sockets, devices and cycles have no size.
             break;
         }
+        if (m_listener)
+            m_listener->seen(entry, leftOut);
     }
 
     // The last entries since the previous look at the token still count.
@@ -509,13 +525,79 @@ ScanResultPtr Walk::runWith(Walker &walk)
 namespace DiskScanner {
 
 ScanResultPtr scan(const QByteArray &root, const ScanOptions &options, qint64 firstID, const CancelTokenPtr &token,
-                   const ProgressCallback &progress, Walking walking)
+                   const ProgressCallback &progress, Walking walking, WalkListener *listener)
 {
     const QByteArray path = Paths::normalize(root);
-    Walk walk(path, options, firstID, token, progress);
+    Walk walk(path, options, firstID, token, progress, listener);
     ScanResultPtr result = walk.run(path, walking);
     if (result)
         result->options = options;
+    return result;
+}
+
+ScanResultPtr importNcdu(const QByteArray &saved, const ScanOptions &options, qint64 firstID,
+                         const CancelTokenPtr &token, const ProgressCallback &progress, QString *error)
+{
+    const auto tr = [](const char *text) { return QCoreApplication::translate("DiskScanner", text); };
+    const auto failWith = [error](const QString &text) {
+        if (error)
+            *error = text;
+        return ScanResultPtr();
+    };
+    const auto cancelled = [&token] { return token && token->isCancelled(); };
+
+    // The document is read twice, so standard input goes to a file first.
+    QFile file;
+    QTemporaryFile spooled;
+    QIODevice *device = &file;
+    if (saved == "-") {
+        QFile input;
+        if (!input.open(stdin, QIODevice::ReadOnly) || !spooled.open())
+            return failWith(tr("cannot read the saved scan from standard input"));
+        QByteArray chunk(1 << 16, Qt::Uninitialized);
+        for (qint64 got; (got = input.read(chunk.data(), chunk.size())) > 0;) {
+            if (spooled.write(chunk.constData(), got) != got)
+                return failWith(tr("cannot keep the saved scan from standard input: %1").arg(spooled.errorString()));
+            if (cancelled())
+                return {};
+        }
+        spooled.seek(0);
+        device = &spooled;
+    } else {
+        file.setFileName(QFile::decodeName(saved));
+        if (!file.open(QIODevice::ReadOnly))
+            return failWith(tr("cannot open %1: %2").arg(Paths::toDisplay(saved), file.errorString()));
+    }
+
+    // First reading: whether a folder is an artefact may depend on files beside
+    // it that come after it.
+    NcduReader::ProjectFiles projectFiles;
+    QByteArray root;
+    {
+        NcduReader first(*device, nullptr);
+        first.gatherInto(&projectFiles);
+        TreeWalk::Entry entry{};
+        for (qint64 read = 0; first.next(entry);)
+            if (++read % 4096 == 0 && cancelled())
+                return {};
+        if (!first.errorText().isEmpty())
+            return failWith(first.errorText());
+        root = first.root();
+    }
+    if (!device->seek(0))
+        return failWith(tr("cannot read %1 again: %2").arg(Paths::toDisplay(saved), device->errorString()));
+
+    NcduReader reader(*device, &projectFiles);
+    Walk walk(root, options, firstID, token, progress);
+    ScanResultPtr result = walk.runWith(reader);
+    if (!reader.errorText().isEmpty())
+        return failWith(reader.errorText());
+    if (!result)
+        return {};
+    result->options = options;
+    result->importedFrom = saved;
+    if (reader.timestamp() > 0)
+        result->date = double(reader.timestamp());
     return result;
 }
 

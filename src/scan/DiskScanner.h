@@ -11,8 +11,11 @@
 #include "core/ScanResult.h"
 
 #include <QByteArray>
+#include <QString>
 
 #include <functional>
+
+class WalkListener;
 
 namespace DiskScanner {
 
@@ -28,9 +31,19 @@ enum class Walking { automatic, oneThread, parallel };
 // Walks `root` on the calling thread (a background worker), which builds the
 // result. Returns null when cancelled, when the walk could not start, or when
 // the root is no directory. FileItem ids start at `firstID`; the result's lastID
-// is one past the last.
+// is one past the last. `listener`, when given, sees every event of the walk.
 ScanResultPtr scan(const QByteArray &root, const ScanOptions &options, qint64 firstID, const CancelTokenPtr &token,
-                   const ProgressCallback &progress, Walking walking = Walking::automatic);
+                   const ProgressCallback &progress, Walking walking = Walking::automatic,
+                   WalkListener *listener = nullptr);
+
+// Reads a saved scan in ncdu's JSON export format from the file `saved` ("-"
+// for standard input) into a result, by the same rules as a scan of the disk
+// (allocated sizes, hard links once, categories, artefacts, the options'
+// threshold and exclusions). Its root is the folder that was scanned, its date
+// when that was, and its `importedFrom` the file. Null when cancelled, or with
+// `error` set when the file can't be read or is not such a saved scan.
+ScanResultPtr importNcdu(const QByteArray &saved, const ScanOptions &options, qint64 firstID,
+                         const CancelTokenPtr &token, const ProgressCallback &progress, QString *error);
 
 // One entry of a folder as a scan of that folder would record it, for putting
 // back into a result what came back to disk: a result whose root is a node for

@@ -194,8 +194,10 @@ private slots:
                 args << (!d.choices.isEmpty() ? d.choices.first() : d.value == u"PATH"_qs ? tmp.path() : u"1"_qs);
             if (d.command == u"remove"_qs)
                 args << QStringLiteral("--dry-run");
-            if (d.command == u"scan"_qs || d.command == u"twins"_qs || d.command == u"remove"_qs ||
-                d.command == u"risk"_qs)
+            if (d.option == u"--import-ncdu"_qs)
+                args.last() = missing; // read in place of a folder
+            else if (d.command == u"scan"_qs || d.command == u"twins"_qs || d.command == u"remove"_qs ||
+                     d.command == u"risk"_qs)
                 args << missing;
             const CliOutcome o = sorvel(args);
             QVERIFY2(o.status == 0 || o.status == 1, qPrintable(args.join(u' ') + u": "_qs + text(o.err)));

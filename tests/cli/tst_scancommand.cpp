@@ -189,6 +189,45 @@ private slots:
         QCOMPARE(totals[QStringLiteral("folders")].toInteger(), 6); // root movies docs Tool.app Contents MacOS
     }
 
+    // A scan saved in ncdu's format, to a file or through a pipe, reads back
+    // as the same scan.
+    void savedScans()
+    {
+        const QString root = QFile::decodeName(m_root);
+        const QString saved = m_tmp.path() + u"/../saved-scan.json"_qs;
+        const auto withoutTimes = [](const QByteArray &json) {
+            QJsonObject o = QJsonDocument::fromJson(json).object();
+            o.remove(u"date"_qs);
+            o.remove(u"duration"_qs);
+            QJsonArray files;
+            for (const QJsonValue &f : o.value(u"files"_qs).toArray()) {
+                QJsonObject file = f.toObject();
+                file.remove(u"modified"_qs);
+                file.remove(u"accessed"_qs);
+                files.append(file);
+            }
+            o.insert(u"files"_qs, files);
+            return o;
+        };
+        const CliOutcome scanned = sorvel({u"scan"_qs, root, u"--json"_qs, u"--export-ncdu"_qs, saved});
+        QCOMPARE(scanned.status, 0);
+        const CliOutcome read = sorvel({u"scan"_qs, u"--import-ncdu"_qs, saved, u"--json"_qs});
+        QVERIFY2(read.status == 0, read.err.constData());
+        QCOMPARE(withoutTimes(read.out), withoutTimes(scanned.out));
+        QFile::remove(saved);
+
+        const CliOutcome piped = sorvel({u"scan"_qs, root, u"--export-ncdu"_qs, u"-"_qs});
+        QCOMPARE(piped.status, 0);
+        QVERIFY(piped.out.startsWith("[1,2,{\"progname\":\"sorvel\""));
+        QProcess in;
+        in.start(QStringLiteral(SORVEL_CLI), {u"scan"_qs, u"--import-ncdu"_qs, u"-"_qs, u"--json"_qs});
+        in.write(piped.out);
+        in.closeWriteChannel();
+        QVERIFY(in.waitForFinished(60000));
+        QCOMPARE(in.exitCode(), 0);
+        QCOMPARE(withoutTimes(in.readAllStandardOutput()), withoutTimes(scanned.out));
+    }
+
     // Bad input for each command: a clear message, a usage status, nothing on stdout.
     void badInput_data()
     {
@@ -207,6 +246,12 @@ private slots:
         for (const char *number : {"nan", "-0", "1e999"})
             row(number, {u"scan"_qs, root, u"--min-size"_qs, QString::fromLatin1(number)}, 2, "--min-size takes");
         row("scan two paths", {u"scan"_qs, root, root}, 2, "one PATH at a time");
+        row("import and a folder", {u"scan"_qs, root, u"--import-ncdu"_qs, root + u"/docs/report.pdf"_qs}, 2,
+            "not both");
+        row("import a document that is no saved scan", {u"scan"_qs, u"--import-ncdu"_qs, root + u"/docs/report.pdf"_qs},
+            1, "line 1, column 1");
+        row("export and json on one output", {u"scan"_qs, root, u"--export-ncdu"_qs, u"-"_qs, u"--json"_qs}, 2,
+            "standard output");
         row("twins no path", {u"twins"_qs}, 2);
         row("twins not a number", {u"twins"_qs, root, u"--min-size"_qs, u"ten"_qs}, 2);
         row("volumes with an argument", {u"volumes"_qs, u"/"_qs}, 2);
