@@ -30,7 +30,9 @@ class FolderRequest : public QObject
     Q_OBJECT
 
 public:
-    FolderRequest(QObject *dialog, Desktop::FolderChosen done) : m_dialog(dialog), m_done(std::move(done))
+    // `chosen`: the dialog's property that holds the answer.
+    FolderRequest(QObject *dialog, const char *chosen, Desktop::FolderChosen done)
+        : m_dialog(dialog), m_chosen(chosen), m_done(std::move(done))
     {
         dialog->setParent(this);
     }
@@ -39,7 +41,7 @@ public:
 public slots:
     void accepted()
     {
-        const QUrl url = m_dialog->property("selectedFolder").toUrl();
+        const QUrl url = m_dialog->property(m_chosen).toUrl();
         // The encoded form keeps bytes that are not valid UTF-8.
         answer(url.isLocalFile() ? QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1())
                                  : QByteArray());
@@ -58,6 +60,7 @@ private:
     }
 
     QObject *m_dialog;
+    const char *m_chosen;
     Desktop::FolderChosen m_done;
 };
 
@@ -113,7 +116,34 @@ void GuiDesktop::chooseFolder(const QString &prompt, const QString &message, con
     if (m_window)
         dialog->setProperty("parentWindow", QVariant::fromValue(m_window.data()));
 
-    auto *request = new FolderRequest(dialog, std::move(done));
+    auto *request = new FolderRequest(dialog, "selectedFolder", std::move(done));
+    request->setParent(this);
+    connect(dialog, SIGNAL(accepted()), request, SLOT(accepted()));
+    connect(dialog, SIGNAL(rejected()), request, SLOT(rejected()));
+    QMetaObject::invokeMethod(dialog, "open");
+}
+
+void GuiDesktop::chooseFile(const QString &prompt, const QString &message, const QByteArray &startIn,
+                            const QStringList &nameFilters, FolderChosen done)
+{
+    QQmlComponent component(m_engine);
+    component.setData("import QtQuick\nimport QtQuick.Dialogs\n"
+                      "FileDialog { modality: Qt.ApplicationModal; fileMode: FileDialog.OpenFile }\n",
+                      QUrl());
+    QObject *dialog = component.create();
+    if (!dialog) {
+        qWarning().noquote() << "No file dialog:" << component.errorString();
+        done({});
+        return;
+    }
+    dialog->setProperty("title", message);
+    dialog->setProperty("acceptLabel", prompt);
+    dialog->setProperty("nameFilters", nameFilters);
+    dialog->setProperty("currentFolder", QUrl::fromLocalFile(QFile::decodeName(startIn)));
+    if (m_window)
+        dialog->setProperty("parentWindow", QVariant::fromValue(m_window.data()));
+
+    auto *request = new FolderRequest(dialog, "selectedFile", std::move(done));
     request->setParent(this);
     connect(dialog, SIGNAL(accepted()), request, SLOT(accepted()));
     connect(dialog, SIGNAL(rejected()), request, SLOT(rejected()));

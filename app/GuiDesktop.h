@@ -23,6 +23,8 @@ public:
 
     void chooseFolder(const QString &prompt, const QString &message, const QByteArray &startIn,
                       FolderChosen done) override;
+    void chooseFile(const QString &prompt, const QString &message, const QByteArray &startIn,
+                    const QStringList &nameFilters, FolderChosen done) override;
     void copyText(const QString &text) override;
     void reveal(const QByteArrayList &paths) override;
 

@@ -26,6 +26,11 @@ CliProgram program()
         {.name = "-scan",
          .value = {.name = "PATH", .kind = CliArgument::Kind::folder},
          .help = QT_TRANSLATE_NOOP("CommandLine", "Scan this folder as soon as the window opens.")},
+        {.name = "-open",
+         .value = {.name = "FILE", .kind = CliArgument::Kind::path},
+         .help = QT_TRANSLATE_NOOP("CommandLine",
+                                   "Show a saved scan (ncdu's JSON export, as sorvel scan --export-ncdu writes it); "
+                                   "nothing can be removed from it.")},
         {.name = "-section",
          .value = {.name = "NAME", .kind = CliArgument::Kind::choice, .choices = sections},
          .help = QT_TRANSLATE_NOOP("CommandLine", "Open this section of the window.")},

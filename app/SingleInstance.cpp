@@ -101,10 +101,13 @@ SingleInstance::Role SingleInstance::handOver(const QByteArrayList &arguments)
         message.setArguments(values);
         return message;
     };
-    if (const auto scan = valueAfter(arguments, "-scan")) {
+    // A folder is scanned, a file opened as a saved scan.
+    const auto target =
+        valueAfter(arguments, "-open") ? valueAfter(arguments, "-open") : valueAfter(arguments, "-scan");
+    if (target) {
         // The running instance has its own working folder and may have another
         // home: the path goes over as an absolute file URL, byte for byte.
-        QByteArray path = Paths::expandTilde(*scan);
+        QByteArray path = Paths::expandTilde(*target);
         if (!path.startsWith('/'))
             path = QFile::encodeName(QDir::currentPath()) + '/' + path;
         const QString uri = QStringLiteral("file://") + QString::fromLatin1(path.toPercentEncoding("/"));

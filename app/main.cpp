@@ -104,7 +104,7 @@ int main(int argc, char *argv[])
         if (tray)
             tray->bringBackWindow();
     });
-    QObject::connect(&instance, &SingleInstance::scanRequested, &state, &AppState::scanUrl);
+    QObject::connect(&instance, &SingleInstance::scanRequested, &state, &AppState::openUrl);
     QObject::connect(&instance, &SingleInstance::sectionRequested, &state,
                      [&state](const QString &raw) { state.setSectionText(raw); });
 

@@ -7,6 +7,7 @@
 #include <QByteArray>
 #include <QByteArrayList>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 
@@ -23,6 +24,11 @@ public:
     // confirming button and `message` above the list. May answer later.
     virtual void chooseFolder(const QString &prompt, const QString &message, const QByteArray &startIn,
                               FolderChosen done) = 0;
+
+    // Asks for one existing file matching `nameFilters` ("Saved scans (*.json)");
+    // answers like chooseFolder. Answers "cancelled" unless overridden.
+    virtual void chooseFile(const QString &prompt, const QString &message, const QByteArray &startIn,
+                            const QStringList &nameFilters, FolderChosen done);
 
     // Puts plain text on the clipboard.
     virtual void copyText(const QString &text) = 0;

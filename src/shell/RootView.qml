@@ -42,10 +42,19 @@ Item {
             width: parent.width - 64
         }
 
+        SavedScanBanner {
+            id: savedScan
+
+            anchors.top: header.bottom
+            anchors.topMargin: shown ? 12 : 0
+            x: 32
+            width: parent.width - 64
+        }
+
         Loader {
             id: sectionView
 
-            anchors.top: header.bottom
+            anchors.top: savedScan.bottom
             anchors.topMargin: 12
             anchors.bottom: parent.bottom
             width: parent.width

@@ -132,6 +132,12 @@ T.Popup {
             text: qsTr("Choose Folder…")
             onActivated: AppState.chooseFolderAndScan()
         }
+        MenuRow {
+            symbol: "doc"
+            text: qsTr("Open Saved Scan…")
+            help: qsTr("A scan saved by sorvel scan --export-ncdu or ncdu -o")
+            onActivated: AppState.chooseSavedScan()
+        }
 
         Heading {
             visible: Shell.recentRows.length > 0

@@ -190,11 +190,17 @@ void Shell::goToArea(const QString &areaRaw)
 
 bool Shell::dropUrls(const QList<QUrl> &urls)
 {
-    const auto folder = ShellRules::folderToScan(urls);
-    if (!folder || !m_state)
+    if (!m_state)
         return false;
-    m_state->scan(*folder);
-    return true;
+    if (const auto folder = ShellRules::folderToScan(urls)) {
+        m_state->scan(*folder);
+        return true;
+    }
+    if (const auto saved = ShellRules::savedScanToOpen(urls)) {
+        m_state->openSavedScan(*saved);
+        return true;
+    }
+    return false;
 }
 
 QString Shell::displayName(const QString &pathText) const { return Fmt::displayName(Paths::fromText(pathText)); }

@@ -17,6 +17,8 @@ SidebarItem sectionForArea(Area area, std::optional<SidebarItem> lastInArea);
 // A drop on the window scans the first dropped URL if it is a local folder.
 // An empty list, a file or anything else gives nothing.
 std::optional<QByteArray> folderToScan(const QList<QUrl> &urls);
+// The same for a regular file, to be opened as a saved scan.
+std::optional<QByteArray> savedScanToOpen(const QList<QUrl> &urls);
 // The folder the scan menu's "Applications" row scans.
 QByteArray applicationsFolder();
 } // namespace ShellRules

@@ -236,7 +236,10 @@ void AppState::onLaunch()
         m_cleanup.measure();
         m_removal.refreshCanUndo();
         const qsizetype scanAt = m_arguments.indexOf("-scan");
-        if (scanAt >= 0 && scanAt + 1 < m_arguments.size())
+        const qsizetype openAt = m_arguments.indexOf("-open");
+        if (openAt >= 0 && openAt + 1 < m_arguments.size())
+            openSavedScan(m_arguments.at(openAt + 1));
+        else if (scanAt >= 0 && scanAt + 1 < m_arguments.size())
             scan(Paths::expandTilde(m_arguments.at(scanAt + 1)));
     }
     handleSectionArgument();
@@ -284,14 +287,7 @@ void AppState::scan(const QByteArray &path)
     const QByteArray target = Paths::normalize(absolute);
     const ScanOptions options = ScanOptions::current();
     const CancelTokenPtr token = makeCancelToken();
-    m_scanToken = token;
-
-    assign(m_scanTarget, target, &AppState::scanTargetChanged);
-    assign(m_isScanning, true, &AppState::isScanningChanged);
-    assign(m_scanStarted, now(), &AppState::scanStartedChanged);
-    assign(m_progress, ScanProgress{}, &AppState::progressChanged);
-    // Twins found in the old result mean nothing for the new one.
-    m_duplicates.reset();
+    beginScan(target, token);
     addRecent(target);
     const qint64 firstID = m_nextFileID;
 
@@ -299,16 +295,7 @@ void AppState::scan(const QByteArray &path)
     // call and is looked at only while its token is still the current one.
     const ScanFunction walk = m_environment.scan;
     m_workers.start(
-        [this, walk, target, options, firstID, token] {
-            auto publish = [this, token](const ScanProgress &record) {
-                QMetaObject::invokeMethod(
-                    this,
-                    [this, token, record] {
-                        if (token == m_scanToken && !token->isCancelled())
-                            assign(m_progress, record, &AppState::progressChanged);
-                    },
-                    Qt::QueuedConnection);
-            };
+        [this, walk, target, options, firstID, token, publish = progressFor(token)] {
             ScanResultPtr result = walk ? walk(target, options, firstID, token, publish) : ScanResultPtr();
             const QString reason = result || token->isCancelled() ? QString() : whyUnscannable(target);
             QMetaObject::invokeMethod(
@@ -318,8 +305,106 @@ void AppState::scan(const QByteArray &path)
         QThread::HighPriority);
 }
 
+void AppState::beginScan(const QByteArray &target, const CancelTokenPtr &token)
+{
+    m_scanToken = token;
+    assign(m_scanTarget, target, &AppState::scanTargetChanged);
+    assign(m_isScanning, true, &AppState::isScanningChanged);
+    assign(m_scanStarted, now(), &AppState::scanStartedChanged);
+    assign(m_progress, ScanProgress{}, &AppState::progressChanged);
+    // Twins found in the old result mean nothing for the new one.
+    m_duplicates.reset();
+}
+
+std::function<void(const ScanProgress &)> AppState::progressFor(const CancelTokenPtr &token)
+{
+    return [this, token](const ScanProgress &record) {
+        QMetaObject::invokeMethod(
+            this,
+            [this, token, record] {
+                if (token == m_scanToken && !token->isCancelled())
+                    assign(m_progress, record, &AppState::progressChanged);
+            },
+            Qt::QueuedConnection);
+    };
+}
+
+void AppState::openSavedScan(const QByteArray &file)
+{
+    if (file.isEmpty())
+        return;
+    if (m_isScanning)
+        cancelScan();
+    QByteArray absolute = Paths::expandTilde(file);
+    if (!absolute.startsWith('/'))
+        absolute = QFile::encodeName(QDir::currentPath()) + '/' + absolute;
+    const QByteArray saved = Paths::normalize(absolute);
+    const ScanOptions options = ScanOptions::current();
+    const CancelTokenPtr token = makeCancelToken();
+    beginScan(saved, token);
+    const qint64 firstID = m_nextFileID;
+    const Environment::ImportFunction read = m_environment.importScan;
+    m_workers.start(
+        [this, read, saved, options, firstID, token, publish = progressFor(token)] {
+            QString error;
+            ScanResultPtr result = read ? read(saved, options, firstID, token, publish, &error) : ScanResultPtr();
+            const QByteArray target = result ? result->root->name : saved;
+            QMetaObject::invokeMethod(
+                this, [this, token, result, target, error] { finishScan(token, result, target, error, true); },
+                Qt::QueuedConnection);
+        },
+        QThread::HighPriority);
+}
+
+void AppState::openUrl(const QUrl &url)
+{
+    if (!url.isLocalFile())
+        return;
+    const QByteArray path = QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());
+    struct stat st {};
+    if (::stat(path.constData(), &st) == 0 && S_ISREG(st.st_mode))
+        openSavedScan(path);
+    else
+        scan(path);
+}
+
+void AppState::chooseSavedScan()
+{
+    if (!m_desktop)
+        return;
+    QPointer<AppState> self(this);
+    m_desktop->chooseFile(tr("Open"), tr("Choose a saved scan"), Platform::homeDirectory(),
+                          {tr("Saved scans (*.json)"), tr("All files (*)")}, [self](const QByteArray &path) {
+                              if (self && !path.isEmpty())
+                                  self->openSavedScan(path);
+                          });
+}
+
+void AppState::rescanSavedScan()
+{
+    if (canRescanSavedScan())
+        scan(m_result->root->name);
+}
+
+QString AppState::savedScanText() const
+{
+    if (!isSavedScan())
+        return {};
+    const QString when =
+        QLocale().toString(QDateTime::fromSecsSinceEpoch(qint64(m_result->date)), QLocale::ShortFormat);
+    return tr("Saved scan of %1, made %2, read from %3. Nothing can be removed from it.")
+        .arg(Paths::abbreviateHome(m_result->root->name), when,
+             Paths::toDisplay(Paths::lastComponent(m_result->importedFrom)));
+}
+
+bool AppState::canRescanSavedScan() const
+{
+    struct stat st {};
+    return isSavedScan() && ::stat(m_result->root->name.constData(), &st) == 0 && S_ISDIR(st.st_mode);
+}
+
 void AppState::finishScan(const CancelTokenPtr &token, const ScanResultPtr &result, const QByteArray &target,
-                          const QString &reason)
+                          const QString &reason, bool saved)
 {
     // A cancelled or replaced scan leaves no trace.
     if (!m_scanToken || m_scanToken != token)
@@ -332,7 +417,9 @@ void AppState::finishScan(const CancelTokenPtr &token, const ScanResultPtr &resu
         // one that failed is no recent target.
         assign(m_scanTarget, m_result && m_result->root ? m_result->root->name : QByteArray(),
                &AppState::scanTargetChanged);
-        if (!token->isCancelled()) {
+        if (!token->isCancelled() && saved) {
+            setErrorMessage(tr("Couldn't open the saved scan %1: %2").arg(Paths::abbreviateHome(target), reason));
+        } else if (!token->isCancelled()) {
             removeRecent(target);
             setErrorMessage(reason.isEmpty() ? tr("Couldn't scan %1.").arg(Paths::abbreviateHome(target))
                                              : tr("Couldn't scan %1: %2").arg(Paths::abbreviateHome(target), reason));

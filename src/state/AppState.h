@@ -53,6 +53,11 @@ class AppState : public QObject
     Q_OBJECT
     Q_PROPERTY(QString section READ sectionText WRITE setSectionText NOTIFY sectionChanged)
     Q_PROPERTY(QString scanTarget READ scanTargetText NOTIFY scanTargetChanged)
+    // The result shown was read from a saved scan: nothing of it can be removed.
+    Q_PROPERTY(bool isSavedScan READ isSavedScan NOTIFY resultChanged)
+    Q_PROPERTY(QString savedScanText READ savedScanText NOTIFY resultChanged)
+    // The saved scan's folder is a folder on this machine, which can be scanned.
+    Q_PROPERTY(bool canRescanSavedScan READ canRescanSavedScan NOTIFY resultChanged)
     Q_PROPERTY(bool isScanning READ isScanning NOTIFY isScanningChanged)
     Q_PROPERTY(double scanStarted READ scanStarted NOTIFY scanStartedChanged)
     Q_PROPERTY(ScanProgress progress READ progress NOTIFY progressChanged)
@@ -117,6 +122,10 @@ public:
 
     const QByteArray &scanTarget() const { return m_scanTarget; } // empty when none
     QString scanTargetText() const;
+    bool isSavedScan() const { return m_result && !m_result->importedFrom.isEmpty(); }
+    // "Saved scan of … from …"; empty for a scan of the disk.
+    QString savedScanText() const;
+    bool canRescanSavedScan() const;
     bool isScanning() const { return m_isScanning; }
     double scanStarted() const { return m_scanStarted; } // seconds since the epoch
     const ScanProgress &progress() const { return m_progress; }
@@ -206,6 +215,16 @@ public:
     void scan(const QByteArray &path);
     Q_INVOKABLE void scanText(const QString &path);
     Q_INVOKABLE void scanUrl(const QUrl &url);
+    // Reads the saved scan in `file` (ncdu's JSON format) on a worker and shows
+    // it read-only, as a scan in progress is shown meanwhile; the shown result
+    // stays when it can't be read, and the error says why.
+    void openSavedScan(const QByteArray &file);
+    // A folder is scanned, a file opened as a saved scan.
+    Q_INVOKABLE void openUrl(const QUrl &url);
+    // Asks the desktop for a saved scan and opens it.
+    Q_INVOKABLE void chooseSavedScan();
+    // Scans the folder of the saved scan shown, on this machine.
+    Q_INVOKABLE void rescanSavedScan();
     Q_INVOKABLE void cancelScan();
     // Asks the desktop for a folder and scans it; a cancelled choice does nothing.
     Q_INVOKABLE void chooseFolderAndScan();
@@ -262,7 +281,11 @@ private:
     }
 
     void finishScan(const CancelTokenPtr &token, const ScanResultPtr &result, const QByteArray &target,
-                    const QString &reason);
+                    const QString &reason, bool saved = false);
+    // Marks a scan or a reading begun for `target` with `token`.
+    void beginScan(const QByteArray &target, const CancelTokenPtr &token);
+    // What a worker calls with each snapshot of a scan begun with `token`.
+    std::function<void(const ScanProgress &)> progressFor(const CancelTokenPtr &token);
     void handleSectionArgument();
     void finishEmptyTrash(qint64 freed, qint64 failed, const QString &problem);
 

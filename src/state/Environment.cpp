@@ -71,6 +71,7 @@ Environment Environment::system()
                   const DiskScanner::ProgressCallback &progress) {
         return DiskScanner::scan(root, options, firstID, token, progress);
     };
+    env.importScan = &DiskScanner::importNcdu;
     env.scanEntry = &DiskScanner::scanEntry;
     env.volumes = &VolumeInfo::mounted;
     // Only macOS guards the user's files behind Full Disk Access.

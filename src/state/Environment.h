@@ -34,6 +34,11 @@ struct Environment {
     using ScanFunction = std::function<ScanResultPtr(const QByteArray &root, const ScanOptions &options, qint64 firstID,
                                                      const CancelTokenPtr &token,
                                                      const std::function<void(const ScanProgress &)> &progress)>;
+    // Reads a saved scan from a file, on a worker; null with `error` set when
+    // it can't (DiskScanner::importNcdu).
+    using ImportFunction = std::function<ScanResultPtr(
+        const QByteArray &file, const ScanOptions &options, qint64 firstID, const CancelTokenPtr &token,
+        const std::function<void(const ScanProgress &)> &progress, QString *error)>;
     // Measures one entry of a folder anew, on a worker (DiskScanner::scanEntry).
     using ScanEntryFunction = std::function<ScanResultPtr(const QByteArray &path, const ScanOptions &options,
                                                           qint64 firstID, const CancelTokenPtr &token)>;
@@ -60,6 +65,7 @@ struct Environment {
     using Preload = std::function<void(AppState &state)>;
 
     ScanFunction scan;
+    ImportFunction importScan;
     ScanEntryFunction scanEntry;
     VolumesFunction volumes;
     AccessProbe fullDiskAccess;

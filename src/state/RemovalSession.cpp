@@ -103,9 +103,24 @@ QVariantList RemovalSession::deletionFailuresValue() const
     return out;
 }
 
+bool RemovalSession::refusedAsSaved(const QSet<QByteArray> &ids)
+{
+    // What a saved scan shows may no longer be on this disk, or be something
+    // else by now; only Deep Clean's locations, measured here, can go.
+    if (!m_state.isSavedScan())
+        return false;
+    for (const CleanItem &item : m_state.queue()->items())
+        if (!item.isJunk() && (ids.isEmpty() || ids.contains(item.id))) {
+            m_state.showToast(tr("This is a saved scan: scan the folder again to remove what it shows"),
+                              QStringLiteral("lock.fill"));
+            return true;
+        }
+    return false;
+}
+
 void RemovalSession::sorvelise()
 {
-    if (m_state.queue()->isEmpty() || m_isDeleting)
+    if (m_state.queue()->isEmpty() || m_isDeleting || refusedAsSaved({}))
         return;
     setReviewing(true);
 }
@@ -121,6 +136,8 @@ void RemovalSession::sorveliseText(const QStringList &ids, bool permanently)
 void RemovalSession::sorvelise(const QSet<QByteArray> &ids, bool permanently)
 {
     setReviewing(false);
+    if (refusedAsSaved(ids))
+        return;
     const std::optional<DeletionRequest> request = deletionRequest(ids);
     if (!request)
         return;

@@ -142,6 +142,9 @@ private:
         return true;
     }
 
+    // True, with a toast, when a saved scan is shown and `ids` (all queued
+    // items when empty) hold anything taken from it.
+    bool refusedAsSaved(const QSet<QByteArray> &ids);
     // The closing steps once the worker is back and the show time is over.
     void close(const DeletionRequest &request, bool permanently, const QList<DeletionFailure> &guardFailures,
                const Removal::Outcome &outcome);

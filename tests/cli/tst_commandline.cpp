@@ -172,7 +172,7 @@ private slots:
             run(app, {QStringLiteral("-section"), QStringLiteral("old"), QStringLiteral("-h")}, bare);
         QCOMPARE(help.status, 0);
         QCOMPARE(listed(text(help.out), u"Options:"_qs),
-                 QStringList({"-scan", "-section", "-demo", "--version", "-h", "--help"}));
+                 QStringList({"-scan", "-open", "-section", "-demo", "--version", "-h", "--help"}));
         QVERIFY2(text(help.out).simplified().contains(u"overview, largest, old, duplicates, cleanup"_qs),
                  help.out.constData());
     }
