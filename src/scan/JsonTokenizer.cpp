@@ -61,27 +61,7 @@ bool JsonTokenizer::fill()
     return true;
 }
 
-int JsonTokenizer::peek()
-{
-    if (m_pos >= m_buffer.size() && !fill())
-        return -1;
-    return uchar(m_buffer[m_pos]);
-}
-
-int JsonTokenizer::get()
-{
-    const int c = peek();
-    if (c < 0)
-        return c;
-    ++m_pos;
-    if (c == '\n') {
-        ++m_line;
-        m_column = 1;
-    } else {
-        ++m_column;
-    }
-    return c;
-}
+int JsonTokenizer::peekFilled() { return fill() ? uchar(m_buffer.constData()[m_pos]) : -1; }
 
 void JsonTokenizer::skipSpace()
 {
@@ -206,8 +186,8 @@ JsonTokenizer::Token JsonTokenizer::next()
 
 JsonTokenizer::Token JsonTokenizer::readString(Token kind)
 {
-    get(); // the opening quote
-    m_text.clear();
+    get();            // the opening quote
+    m_text.resize(0); // keeps its room for the next one
     for (;;) {
         // Plain runs are copied whole from the buffer.
         const qsizetype start = m_pos;

@@ -64,8 +64,23 @@ public:
 private:
     enum class Expect : char { value, firstValue, firstKey, key, colon, commaOrEnd, nothing };
 
-    int peek();
-    int get();
+    // The next byte, or -1 at the end; inline, as most of the time goes here.
+    int peek() { return m_pos < m_buffer.size() ? uchar(m_buffer.constData()[m_pos]) : peekFilled(); }
+    int get()
+    {
+        const int c = peek();
+        if (c >= 0) {
+            ++m_pos;
+            if (c == '\n') {
+                ++m_line;
+                m_column = 1;
+            } else {
+                ++m_column;
+            }
+        }
+        return c;
+    }
+    int peekFilled();
     bool fill();
     void skipSpace();
     Token failAt(qint64 line, qint64 column, const QString &what);

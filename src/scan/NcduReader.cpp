@@ -108,7 +108,7 @@ bool NcduReader::readInfo(Info &info, bool isRoot)
             break;
         if (token != Token::key)
             return fail(m_json.errorText());
-        const QByteArray key = m_json.text();
+        const QByteArrayView key = m_json.text();
         if (key == "name") {
             if (m_json.next() != Token::string)
                 return fail(tr("a name that is not a string"));
@@ -116,27 +116,25 @@ bool NcduReader::readInfo(Info &info, bool isRoot)
             info.hasName = true;
             continue;
         }
-        qint64 *number = key == "asize"   ? &info.asize
-                         : key == "dsize" ? &info.dsize
-                         : key == "dev"   ? &info.dev
-                         : key == "ino"   ? &info.ino
-                         : key == "nlink" ? &info.nlink
-                         : key == "mtime" ? &info.mtime
-                                          : nullptr;
-        bool *flag = key == "hlnkc"        ? &info.hlnkc
-                     : key == "read_error" ? &info.readError
-                     : key == "notreg"     ? &info.notreg
-                                           : nullptr;
-        if (number) {
+        const std::pair<const char *, qint64 *> numbers[] = {{"asize", &info.asize}, {"dsize", &info.dsize},
+                                                             {"dev", &info.dev},     {"ino", &info.ino},
+                                                             {"nlink", &info.nlink}, {"mtime", &info.mtime}};
+        const std::pair<const char *, bool *> flags[] = {
+            {"hlnkc", &info.hlnkc}, {"read_error", &info.readError}, {"notreg", &info.notreg}};
+        const auto number = std::find_if(std::begin(numbers), std::end(numbers),
+                                         [&key](const auto &field) { return key == field.first; });
+        const auto flag =
+            std::find_if(std::begin(flags), std::end(flags), [&key](const auto &field) { return key == field.first; });
+        if (number != std::end(numbers)) {
             token = m_json.next();
             if (token != Token::number || !m_json.isWhole() || m_json.number() < 0)
-                return fail(tr("\"%1\" must be a whole number of 0 or more").arg(QString::fromUtf8(key)));
-            *number = m_json.number();
-        } else if (flag) {
+                return fail(tr("\"%1\" must be a whole number of 0 or more").arg(QLatin1String(number->first)));
+            *number->second = m_json.number();
+        } else if (flag != std::end(flags)) {
             token = m_json.next();
             if (token != Token::boolean && token != Token::null)
-                return fail(tr("\"%1\" must be true or false").arg(QString::fromUtf8(key)));
-            *flag = token == Token::boolean && m_json.boolean();
+                return fail(tr("\"%1\" must be true or false").arg(QLatin1String(flag->first)));
+            *flag->second = token == Token::boolean && m_json.boolean();
         } else {
             if (key == "excluded")
                 info.excluded = true;
