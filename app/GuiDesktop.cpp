@@ -98,56 +98,47 @@ void GuiDesktop::reveal(const QByteArrayList &paths)
     FileActions::reveal(paths);
 }
 
-void GuiDesktop::chooseFolder(const QString &prompt, const QString &message, const QByteArray &startIn,
-                              FolderChosen done)
+void GuiDesktop::openDialog(const QByteArray &qml, const char *chosen, const QVariantMap &properties, FolderChosen done)
 {
     QQmlComponent component(m_engine);
-    component.setData("import QtQuick\nimport QtQuick.Dialogs\nFolderDialog { modality: Qt.ApplicationModal }\n",
-                      QUrl());
+    component.setData("import QtQuick\nimport QtQuick.Dialogs\n" + qml, QUrl());
     QObject *dialog = component.create();
     if (!dialog) {
-        qWarning().noquote() << "No folder dialog:" << component.errorString();
+        qWarning().noquote() << "No dialog:" << component.errorString();
         done({});
         return;
     }
-    dialog->setProperty("title", message);
-    dialog->setProperty("acceptLabel", prompt);
-    dialog->setProperty("currentFolder", QUrl::fromLocalFile(QFile::decodeName(startIn)));
+    for (auto it = properties.begin(); it != properties.end(); ++it)
+        dialog->setProperty(it.key().toUtf8().constData(), it.value());
     if (m_window)
         dialog->setProperty("parentWindow", QVariant::fromValue(m_window.data()));
 
-    auto *request = new FolderRequest(dialog, "selectedFolder", std::move(done));
+    auto *request = new FolderRequest(dialog, chosen, std::move(done));
     request->setParent(this);
     connect(dialog, SIGNAL(accepted()), request, SLOT(accepted()));
     connect(dialog, SIGNAL(rejected()), request, SLOT(rejected()));
     QMetaObject::invokeMethod(dialog, "open");
 }
 
+void GuiDesktop::chooseFolder(const QString &prompt, const QString &message, const QByteArray &startIn,
+                              FolderChosen done)
+{
+    openDialog("FolderDialog { modality: Qt.ApplicationModal }\n", "selectedFolder",
+               {{QStringLiteral("title"), message},
+                {QStringLiteral("acceptLabel"), prompt},
+                {QStringLiteral("currentFolder"), QUrl::fromLocalFile(QFile::decodeName(startIn))}},
+               std::move(done));
+}
+
 void GuiDesktop::chooseFile(const QString &prompt, const QString &message, const QByteArray &startIn,
                             const QStringList &nameFilters, FolderChosen done)
 {
-    QQmlComponent component(m_engine);
-    component.setData("import QtQuick\nimport QtQuick.Dialogs\n"
-                      "FileDialog { modality: Qt.ApplicationModal; fileMode: FileDialog.OpenFile }\n",
-                      QUrl());
-    QObject *dialog = component.create();
-    if (!dialog) {
-        qWarning().noquote() << "No file dialog:" << component.errorString();
-        done({});
-        return;
-    }
-    dialog->setProperty("title", message);
-    dialog->setProperty("acceptLabel", prompt);
-    dialog->setProperty("nameFilters", nameFilters);
-    dialog->setProperty("currentFolder", QUrl::fromLocalFile(QFile::decodeName(startIn)));
-    if (m_window)
-        dialog->setProperty("parentWindow", QVariant::fromValue(m_window.data()));
-
-    auto *request = new FolderRequest(dialog, "selectedFile", std::move(done));
-    request->setParent(this);
-    connect(dialog, SIGNAL(accepted()), request, SLOT(accepted()));
-    connect(dialog, SIGNAL(rejected()), request, SLOT(rejected()));
-    QMetaObject::invokeMethod(dialog, "open");
+    openDialog("FileDialog { modality: Qt.ApplicationModal; fileMode: FileDialog.OpenFile }\n", "selectedFile",
+               {{QStringLiteral("title"), message},
+                {QStringLiteral("acceptLabel"), prompt},
+                {QStringLiteral("nameFilters"), nameFilters},
+                {QStringLiteral("currentFolder"), QUrl::fromLocalFile(QFile::decodeName(startIn))}},
+               std::move(done));
 }
 
 #include "GuiDesktop.moc"

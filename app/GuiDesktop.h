@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QVariantMap>
 #include <QWindow>
 
 class QQmlEngine;
@@ -29,6 +30,10 @@ public:
     void reveal(const QByteArrayList &paths) override;
 
 private:
+    // Opens a dialog of Qt Quick Dialogs made from `qml`, with `properties`
+    // set, and answers with its property `chosen` once it closes.
+    void openDialog(const QByteArray &qml, const char *chosen, const QVariantMap &properties, FolderChosen done);
+
     QQmlEngine *m_engine;
     QPointer<QWindow> m_window;
 };

@@ -9,24 +9,7 @@ QString tr(const char *text) { return QCoreApplication::translate("JsonTokenizer
 
 constexpr qsizetype chunk = 64 * 1024;
 
-void appendUtf8(QByteArray &out, char32_t code)
-{
-    if (code < 0x80) {
-        out.append(char(code));
-    } else if (code < 0x800) {
-        out.append(char(0xC0 | (code >> 6)));
-        out.append(char(0x80 | (code & 0x3F)));
-    } else if (code < 0x10000) {
-        out.append(char(0xE0 | (code >> 12)));
-        out.append(char(0x80 | ((code >> 6) & 0x3F)));
-        out.append(char(0x80 | (code & 0x3F)));
-    } else {
-        out.append(char(0xF0 | (code >> 18)));
-        out.append(char(0x80 | ((code >> 12) & 0x3F)));
-        out.append(char(0x80 | ((code >> 6) & 0x3F)));
-        out.append(char(0x80 | (code & 0x3F)));
-    }
-}
+void appendUtf8(QByteArray &out, char32_t code) { out.append(QStringView(QChar::fromUcs4(code)).toUtf8()); }
 
 int hexValue(int c)
 {
