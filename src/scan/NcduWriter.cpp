@@ -6,6 +6,9 @@
 #include <QDateTime>
 #include <QIODevice>
 
+#include <algorithm>
+#include <charconv>
+
 #include <sys/stat.h>
 
 namespace {
@@ -18,6 +21,12 @@ void appendName(QByteArray &out, QByteArrayView name)
 {
     static constexpr char hex[] = "0123456789abcdef";
     out.append("{\"name\":\"");
+    // Most names need no escape at all.
+    if (std::none_of(name.begin(), name.end(), [](char ch) { return uchar(ch) < 0x20 || ch == '"' || ch == '\\'; })) {
+        out.append(name.data(), name.size());
+        out.append('"');
+        return;
+    }
     for (const char ch : name) {
         const auto c = uchar(ch);
         switch (c) {
@@ -48,10 +57,12 @@ void appendName(QByteArray &out, QByteArrayView name)
 
 void appendNumber(QByteArray &out, const char *key, qint64 value)
 {
+    char digits[24];
+    const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
     out.append(",\"");
     out.append(key);
     out.append("\":");
-    out.append(QByteArray::number(value));
+    out.append(digits, end - digits);
 }
 
 void appendSizes(QByteArray &out, const struct stat &st)
