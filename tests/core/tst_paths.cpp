@@ -188,6 +188,7 @@ private slots:
     {
         QCOMPARE(Paths::lastComponent("/"), QByteArray("/"));
         QCOMPARE(Paths::lastComponent("/usr/lib/"), QByteArray("lib"));
+        QCOMPARE(Paths::lastComponent("name"), QByteArray("name"));
         QCOMPARE(Paths::parentOf("/usr"), QByteArray("/"));
         QCOMPARE(Paths::parentOf("/usr/lib/"), QByteArray("/usr"));
         QCOMPARE(Paths::parentOf("/"), QByteArray());
