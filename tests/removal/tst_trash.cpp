@@ -94,10 +94,8 @@ private slots:
     void oddNamesRoundTripThroughPath_data()
     {
         QTest::addColumn<QByteArray>("name");
-        QTest::newRow("percent sequence") << QByteArray("report %41 final");
-        QTest::newRow("non-ASCII") << QByteArray("R\xc3\xa9sum\xc3\xa9 \xe2\x80\x94 2024.pdf");
         QTest::newRow("invalid UTF-8 and newline") << QByteArray("bad\xff\nname");
-        QTest::newRow("reserved characters") << QByteArray("a&b=c?d#e+f;g");
+        QTest::newRow("percent and reserved characters") << QByteArray("report %41 a&b=c?d#e+f;g");
         QTest::newRow("255 bytes") << QByteArray(255, 'n');
     }
 

@@ -225,8 +225,6 @@ private slots:
         QTest::addColumn<int>("files");
         QTest::addColumn<QString>("words");
         QTest::newRow("one to the Trash") << false << 1 << "1 item in the Trash";
-        QTest::newRow("two to the Trash") << false << 2 << "2 items in the Trash";
-        QTest::newRow("one for good") << true << 1 << "1 item gone for good";
         QTest::newRow("three for good") << true << 3 << "3 items gone for good";
     }
 
