@@ -182,14 +182,10 @@ private Q_SLOTS:
             import QtQuick
             import Sorvel.Ui
             ShrinkingScroll {
-                property alias rows: repeater.model
+                property int rows: 2
                 width: 200
                 maxHeight: 120
-                contentHeight: column.implicitHeight
-                Column {
-                    id: column
-                    Repeater { id: repeater; model: 2; Rectangle { width: 200; height: 20 } }
-                }
+                contentHeight: rows * 20
             }
         )",
                           QUrl(QStringLiteral("qrc:/tst/Shrinking.qml")));
