@@ -62,9 +62,12 @@ Item {
                         HoverHandler {
                             id: tabHover
                         }
-                        TapHandler {
+                        MouseArea {
+                            objectName: "areaTab"
+                            anchors.fill: parent
                             enabled: Shell.areaItems.length > 1
-                            onTapped: AppState.section = tab.modelData.raw
+                            onClicked: Shell.goToSection(tab.modelData.raw, 1, true)
+                            onDoubleClicked: Shell.goToSection(tab.modelData.raw, 2, true)
                         }
                     }
                 }

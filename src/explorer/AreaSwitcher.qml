@@ -13,5 +13,5 @@ PillPicker {
     toolTips: Shell.areaToolTips
     currentIndex: Shell.areaIndex
     height: 32
-    onActivated: index => Shell.goToAreaAt(index)
+    onActivated: (index, clickCount) => Shell.goToAreaAt(index, clickCount, true)
 }

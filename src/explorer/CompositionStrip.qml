@@ -47,8 +47,12 @@ Column {
                             strip.hovered = "";
                     }
                 }
-                TapHandler {
-                    onTapped: strip.space.chooseCategory(segment.modelData.category)
+                MouseArea {
+                    objectName: "stripSegment"
+                    anchors.fill: parent
+                    cursorShape: Qt.PointingHandCursor
+                    onClicked: strip.space.chooseCategory(segment.modelData.category, 1, true)
+                    onDoubleClicked: strip.space.chooseCategory(segment.modelData.category, 2, true)
                 }
                 SorvelToolTip {
                     visible: hover.hovered
@@ -116,12 +120,18 @@ Column {
                         baseRadius: 4
                         anchors.leftMargin: -15
                     }
+                    // Inside the text for the same reason, over the dot too.
+                    MouseArea {
+                        objectName: "legendEntry"
+                        anchors.fill: parent
+                        anchors.leftMargin: -12
+                        cursorShape: Qt.PointingHandCursor
+                        onClicked: strip.space.chooseCategory(legendEntry.modelData.category, 1, true)
+                        onDoubleClicked: strip.space.chooseCategory(legendEntry.modelData.category, 2, true)
+                    }
                 }
                 HoverHandler {
                     id: legendHover
-                }
-                TapHandler {
-                    onTapped: strip.space.chooseCategory(legendEntry.modelData.category)
                 }
             }
         }

@@ -16,6 +16,7 @@ Item {
     required property string sizeText
     required property string kindLine
     required property string help
+    required property var helpSymbols
     required property bool isDirectory
     required property bool measuring
     required property bool canOpen
@@ -346,6 +347,7 @@ Item {
             size: 20
             enabled: !tile.measuring
             onClicked: tile.space.toggle(tile.index, 1, true)
+            onDoubleClicked: tile.space.toggle(tile.index, 2, true)
         }
     }
     // qmllint enable unqualified
@@ -379,6 +381,7 @@ Item {
     SorvelToolTip {
         visible: tile.hovering && !tile.isPlaceholder && !menu.visible
         text: tile.help
+        symbols: tile.helpSymbols
         delay: 900
     }
 

@@ -24,6 +24,7 @@ Item {
     SorvelButton {
         id: back
 
+        objectName: "backButton"
         anchors.left: parent.left
         anchors.top: parent.top
         kind: SorvelButtonStyle.Ghost
@@ -36,6 +37,9 @@ Item {
             if (byKeys && !header.space.canGoBack)
                 header.movedByKeys();
         }
+        // The second click of a double-click, however long after the last
+        // navigation: the model drops it.
+        onDoubleClicked: header.space.goBack(2, true)
     }
 
     Flickable {
@@ -102,9 +106,13 @@ Item {
                             id: crumbHover
                             cursorShape: crumb.last ? Qt.ArrowCursor : Qt.PointingHandCursor
                         }
-                        TapHandler {
+                        MouseArea {
+                            objectName: "crumb"
+                            anchors.fill: parent
                             enabled: !crumb.last
-                            onTapped: header.space.goToCrumb(crumb.index - 1)
+                            cursorShape: Qt.PointingHandCursor
+                            onClicked: header.space.goToCrumb(crumb.index - 1, 1, true)
+                            onDoubleClicked: header.space.goToCrumb(crumb.index - 1, 2, true)
                         }
                     }
                 }
@@ -224,33 +232,40 @@ Item {
                 font.pixelSize: 12
                 color: Look.ink3
             }
-            ListView {
+            // As tall as the folders need, scrolling beyond 220.
+            ShrinkingScroll {
                 width: parent.width
-                height: Math.min(contentHeight, 220)
-                clip: true
-                boundsBehavior: Flickable.StopAtBounds
-                model: header.space.unreadableFolders
-                T.ScrollBar.vertical: SorvelScrollBar {}
-                delegate: Column {
-                    id: folderRow
+                maxHeight: 220
+                fadeColor: Look.panel
+                contentHeight: folderList.implicitHeight
+                Column {
+                    id: folderList
 
-                    required property var modelData
+                    width: parent.width
+                    Repeater {
+                        model: header.space.unreadableFolders
+                        delegate: Column {
+                            id: folderRow
 
-                    width: ListView.view.width
-                    bottomPadding: 6
-                    Text {
-                        width: parent.width
-                        text: folderRow.modelData.path
-                        elide: Text.ElideMiddle
-                        font.pixelSize: 12
-                        color: Look.ink
-                    }
-                    Text {
-                        width: parent.width
-                        text: folderRow.modelData.reason
-                        elide: Text.ElideRight
-                        font.pixelSize: 11
-                        color: Look.ember
+                            required property var modelData
+
+                            width: folderList.width
+                            bottomPadding: 6
+                            Text {
+                                width: parent.width
+                                text: folderRow.modelData.path
+                                elide: Text.ElideMiddle
+                                font.pixelSize: 12
+                                color: Look.ink
+                            }
+                            Text {
+                                width: parent.width
+                                text: folderRow.modelData.reason
+                                elide: Text.ElideRight
+                                font.pixelSize: 11
+                                color: Look.ember
+                            }
+                        }
                     }
                 }
             }

@@ -1,6 +1,11 @@
 #include "NameKey.h"
 
+#include "core/NameOrder.h"
+
 #include <QChar>
+
+#include <algorithm>
+#include <array>
 
 namespace NameKey {
 
@@ -8,66 +13,72 @@ namespace {
 
 bool isAsciiDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
 
-// The UTF-8 pattern for any value below 0x110000, surrogates included: its
-// bytes order as the values do, and no encoding is a prefix of another.
-void appendValue(QByteArray &out, char32_t v)
-{
-    if (v < 0x80) {
-        out.append(char(v));
-    } else if (v < 0x800) {
-        out.append(char(0xC0 | (v >> 6)));
-        out.append(char(0x80 | (v & 0x3F)));
-    } else if (v < 0x10000) {
-        out.append(char(0xE0 | (v >> 12)));
-        out.append(char(0x80 | ((v >> 6) & 0x3F)));
-        out.append(char(0x80 | (v & 0x3F)));
-    } else {
-        out.append(char(0xF0 | (v >> 18)));
-        out.append(char(0x80 | ((v >> 12) & 0x3F)));
-        out.append(char(0x80 | ((v >> 6) & 0x3F)));
-        out.append(char(0x80 | (v & 0x3F)));
+// The rank of each printable ASCII character in the calling thread's
+// collation, from 1 up; '0' stands for all digits. 0 marks a character the
+// collation ignores, which a key can't place.
+struct Ranks {
+    std::array<quint8, 128> of{};
+
+    Ranks()
+    {
+        const QCollator &collator = NameOrder::collator();
+        std::array<char16_t, 95> chars{};
+        qsizetype n = 0;
+        for (char16_t c = 0x20; c < 0x7F; ++c)
+            if (!isAsciiDigit(c) || c == u'0')
+                chars[size_t(n++)] = c;
+        const auto text = [](const char16_t &c) { return QStringView(&c, 1); };
+        std::stable_sort(chars.begin(), chars.begin() + n,
+                         [&](const char16_t &a, const char16_t &b) { return collator.compare(text(a), text(b)) < 0; });
+        quint8 rank = 0;
+        for (qsizetype i = 0; i < n; ++i) {
+            const char16_t c = chars[size_t(i)];
+            if (i == 0 || collator.compare(text(chars[size_t(i - 1)]), text(c)) != 0)
+                ++rank;
+            of[c] = collator.compare(text(c), QStringView()) == 0 ? 0 : rank;
+        }
     }
+};
+
+const Ranks &ranks()
+{
+    thread_local const Ranks table;
+    return table;
 }
 
-// A run of digits is the byte '0', its length without leading zeros (two
-// bytes), then those digits. NameOrder::compare meets a digit facing another
-// character only at the start of a run, and compares the digit's code with
-// the other's folded code; no character folds into '0'...'9', so the byte '0'
-// stands for any digit there. Facing another run, the marker ties and the
-// length, then the digits, decide. Every other character is its folded UTF-16
-// code unit, as NameOrder::compare reads it.
+// A run of digits is the rank of '0', its length without leading zeros (one
+// byte: the collation reads longer runs in parts), then those digits. Facing
+// another character only the rank counts; facing another run, the length, then
+// the digits decide.
 template <class Text>
 bool appendKey(QByteArray &out, Text name)
 {
+    const Ranks &table = ranks();
     const qsizetype n = name.size();
     for (qsizetype i = 0; i < n;) {
         const char16_t c = QChar(name[i]).unicode();
+        if (c < 0x20 || c >= 0x7F)
+            return false;
         if (isAsciiDigit(c)) {
             while (i + 1 < n && QChar(name[i]) == u'0' && isAsciiDigit(QChar(name[i + 1]).unicode()))
                 ++i;
             qsizetype end = i;
             while (end < n && isAsciiDigit(QChar(name[end]).unicode()))
                 ++end;
-            if (end < n && QChar(name[end]).isDigit())
-                return false;
             const qsizetype length = end - i;
-            if (length > 0xFFFF)
+            if (length > 200)
                 return false;
-            out.append('0');
-            out.append(char(length >> 8));
-            out.append(char(length & 0xFF));
+            out.append(char(table.of[u'0']));
+            out.append(char(length));
             for (qsizetype k = i; k < end; ++k)
                 out.append(char(QChar(name[k]).unicode()));
             i = end;
             continue;
         }
-        if (c < 0x80) {
-            out.append(char(c >= u'A' && c <= u'Z' ? c + 32 : c));
-        } else {
-            if (QChar::isDigit(c))
-                return false;
-            appendValue(out, QChar::toCaseFolded(char32_t(c)));
-        }
+        const quint8 rank = table.of[c];
+        if (rank == 0)
+            return false;
+        out.append(char(rank));
         ++i;
     }
     return true;

@@ -1,7 +1,7 @@
 // Sort keys for the name order of the Space explorer: bytes that compare with
 // memcmp (shorter first on a common prefix) exactly as NameOrder::compare
 // compares the names themselves, so a long list is sorted on keys made once
-// per name instead of walking both names in every comparison. Plain
+// per name instead of collating both names in every comparison. Plain
 // functions; any thread.
 
 #pragma once
@@ -12,12 +12,13 @@
 
 namespace NameKey {
 
-// Appends the key of `name` to `out`. Letters fold case; a run of ASCII digits
-// becomes one token that orders by value (leading zeros ignored), and sits
-// where a digit sits among other characters. False, with `out` in an
-// unspecified state, for a name with digits of another script (their order
-// beside other characters depends on the digit itself): sort those with
-// NameOrder::compare.
+// Appends the key of `name` to `out`: each character its rank in the
+// collation (characters the collation holds equal, such as a letter and its
+// capital, share a rank); a run of digits one token that orders by value
+// (leading zeros ignored) and sits where digits sit among other characters.
+// Only printable ASCII has such keys: false, with `out` in an unspecified
+// state, for any other name, whose order only the collator knows (sort those
+// on QCollator::sortKey).
 bool append(QByteArray &out, QStringView name);
 // The same for Latin-1 text.
 bool append(QByteArray &out, QLatin1String name);

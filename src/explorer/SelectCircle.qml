@@ -6,6 +6,8 @@ import Sorvel.Ui
 SorvelCheck {
     id: circle
 
+    objectName: "selectCircle"
+
     property bool isOn: false
     property bool hovering: false
 

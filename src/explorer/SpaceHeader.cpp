@@ -87,7 +87,8 @@ QVariantList SpaceHeader::unreadableFolders() const
             QString reason = DirNode::errorText(at->readError);
             if (at->partlyRead)
                 reason = explorerText(QT_TRANSLATE_NOOP("Explorer", "Partly read: %1")).arg(reason);
-            out << QVariantMap{{QStringLiteral("path"), Paths::toDisplay(at->path())},
+            // Below the home folder as "~/…", as the subtitle shows a folder.
+            out << QVariantMap{{QStringLiteral("path"), Paths::abbreviateHome(at->path())},
                                {QStringLiteral("reason"), reason}};
         }
         for (auto it = at->children.rbegin(); it != at->children.rend(); ++it)

@@ -266,6 +266,7 @@ QHash<int, QByteArray> SpaceModel::roleNames() const
         {SizeTextRole, "sizeText"},
         {KindLineRole, "kindLine"},
         {HelpRole, "help"},
+        {HelpSymbolsRole, "helpSymbols"},
         {IsDirectoryRole, "isDirectory"},
         {MeasuringRole, "measuring"},
         {CanOpenRole, "canOpen"},
@@ -381,10 +382,10 @@ void SpaceModel::setFilterText(const QString &raw)
         setFilter(*f);
 }
 
-void SpaceModel::chooseFilter(const QString &raw)
+void SpaceModel::chooseFilter(const QString &raw, int clickCount, bool isMouse)
 {
     const auto f = ExplorerFilter::fromRawValue(raw);
-    if (!f)
+    if (!f || NavigationGuard::isRepeat(isMouse, clickCount))
         return;
     setFilter(*f == m_query.filter ? ExplorerFilter(ExplorerFilter::all) : *f);
 }
@@ -420,7 +421,7 @@ void SpaceModel::setLayoutText(const QString &raw)
     Prefs::setValue(Prefs::spaceLayout, m_layout.rawValue());
     emit layoutChanged();
     if (!m_rowIds.isEmpty())
-        emit dataChanged(index(0), index(int(m_rowIds.size() - 1)), {HelpRole});
+        emit dataChanged(index(0), index(int(m_rowIds.size() - 1)), {HelpRole, HelpSymbolsRole});
 }
 
 QVariantList SpaceModel::filters() const
@@ -547,9 +548,9 @@ QString SpaceModel::folderKey() const
     return QString::number(quintptr(node.get()));
 }
 
-void SpaceModel::chooseCategory(const QString &category)
+void SpaceModel::chooseCategory(const QString &category, int clickCount, bool isMouse)
 {
-    if (!m_state)
+    if (!m_state || NavigationGuard::isRepeat(isMouse, clickCount))
         return;
     m_state->setLargestCategoryText(category);
     m_state->setSection(SidebarItem::largest);
@@ -579,8 +580,10 @@ void SpaceModel::goBack(int clickCount, bool isMouse)
         folderMoved(true, from);
 }
 
-void SpaceModel::goToCrumb(int index)
+void SpaceModel::goToCrumb(int index, int clickCount, bool isMouse)
 {
+    if (NavigationGuard::isRepeat(isMouse, clickCount))
+        return;
     const QByteArray from = currentPath();
     if (m_navigator.goToCrumb(index))
         folderMoved(true, from);
@@ -662,7 +665,7 @@ void SpaceModel::onQueueChanged()
         refresh();
     if (!m_rowIds.isEmpty())
         emit dataChanged(index(0), index(int(m_rowIds.size() - 1)),
-                         {IncludesRole, InheritedRole, HelpRole, SelectActionRole});
+                         {IncludesRole, InheritedRole, HelpRole, HelpSymbolsRole, SelectActionRole});
     emit selectionChanged();
 }
 

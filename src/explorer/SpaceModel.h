@@ -103,6 +103,7 @@ public:
         SizeTextRole,
         KindLineRole,
         HelpRole,
+        HelpSymbolsRole, // per line of help, the symbol before it or ""
         IsDirectoryRole,
         MeasuringRole,
         CanOpenRole,
@@ -231,17 +232,19 @@ public:
     Q_INVOKABLE void hover(int row, bool inside);
     Q_INVOKABLE void goBack(int clickCount = 1, bool isMouse = true);
     // -1 for the root, else the position in the stack.
-    Q_INVOKABLE void goToCrumb(int index);
+    Q_INVOKABLE void goToCrumb(int index, int clickCount = 1, bool isMouse = true);
     Q_INVOKABLE void loadMore();
     Q_INVOKABLE void loadSmallFiles();
-    Q_INVOKABLE void chooseFilter(const QString &raw); // the chip that is on turns back to "all"
+    // The chip that is on turns back to "all"; the second click of a double-click
+    // is dropped, as everywhere a click navigates or selects.
+    Q_INVOKABLE void chooseFilter(const QString &raw, int clickCount = 1, bool isMouse = true);
     Q_INVOKABLE void showEverything();
     Q_INVOKABLE void reveal(int row);
     Q_INVOKABLE void copyPath(int row);
     Q_INVOKABLE void preview(int row);
     // Opens the folder at `path` (lossless text) if the result has it.
     Q_INVOKABLE void focusOn(const QString &path);
-    Q_INVOKABLE void chooseCategory(const QString &category);
+    Q_INVOKABLE void chooseCategory(const QString &category, int clickCount = 1, bool isMouse = true);
     Q_INVOKABLE void openFullDiskAccessSettings();
     // Widths of the composition strip's segments for a bar `width` wide: each
     // its share of the width less the gaps, and at least 2.

@@ -78,8 +78,11 @@ Item {
                     HoverHandler {
                         id: chipHover
                     }
-                    TapHandler {
-                        onTapped: bar.space.chooseFilter(chip.modelData.value)
+                    MouseArea {
+                        objectName: "filterChip"
+                        anchors.fill: parent
+                        onClicked: bar.space.chooseFilter(chip.modelData.value, 1, true)
+                        onDoubleClicked: bar.space.chooseFilter(chip.modelData.value, 2, true)
                     }
                 }
             }

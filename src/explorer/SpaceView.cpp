@@ -1,5 +1,6 @@
 #include "SpaceView.h"
 
+#include "NameSearch.h"
 #include "PlaceholderKind.h"
 
 #include "removal/CleanQueue.h"
@@ -128,7 +129,7 @@ bool matches(const ExplorerTile &tile, const ExplorerQuery &query, const CleanQu
     const ExplorerEntry *e = tile.entry();
     if (!e)
         return false;
-    if (!query.search.isEmpty() && !e->name.contains(query.search, Qt::CaseInsensitive))
+    if (!query.search.isEmpty() && !NameSearch::contains(e->name, query.search))
         return false;
     switch (query.filter) {
     case ExplorerFilter::all:

@@ -1,6 +1,7 @@
 #include "TileList.h"
 
 #include "NameKey.h"
+#include "NameSearch.h"
 #include "SpaceView.h"
 
 #include "core/NameOrder.h"
@@ -192,7 +193,7 @@ bool TileList::isDirectory(const Row &row) const
 
 bool TileList::matches(const Row &row, const ExplorerQuery &query, const CleanQueue &queue) const
 {
-    if (!query.search.isEmpty() && !nameOf(row).contains(query.search, Qt::CaseInsensitive))
+    if (!query.search.isEmpty() && !NameSearch::contains(nameOf(row), query.search))
         return false;
     switch (query.filter) {
     case ExplorerFilter::all:
@@ -292,15 +293,17 @@ void TileList::sortByName()
         for (size_t i = 0; i < keyed.size(); ++i)
             order[i] = keyed[i].index;
     } else {
-        QList<QString> names;
-        names.reserve(qsizetype(m_rows.size()));
+        // The collator's own keys, made once per name.
+        const QCollator &collator = NameOrder::collator();
+        std::vector<QCollatorSortKey> sortKeys;
+        sortKeys.reserve(m_rows.size());
         for (const Row &row : m_rows)
-            names.append(nameOf(row));
+            sortKeys.push_back(collator.sortKey(nameOf(row)));
         for (size_t i = 0; i < order.size(); ++i)
             order[i] = quint32(i);
         // Merging never reads past the ends, whatever the names.
         std::stable_sort(order.begin(), order.end(), [&](quint32 a, quint32 b) {
-            const int c = NameOrder::compare(names[a], names[b]);
+            const int c = sortKeys[a].compare(sortKeys[b]);
             return c != 0 ? c < 0 : inTakenOrder(m_rows[a], m_rows[b]);
         });
     }

@@ -50,7 +50,8 @@ QVariant value(const ExplorerTile &tile, int role, const Around &around)
         return Fmt::bytes(e->size);
     case SpaceModel::KindLineRole:
         return e ? TileText::kindLine(*e) : QString();
-    case SpaceModel::HelpRole: {
+    case SpaceModel::HelpRole:
+    case SpaceModel::HelpSymbolsRole: {
         if (!e)
             return QString();
         HelpFacts facts;
@@ -66,7 +67,14 @@ QVariant value(const ExplorerTile &tile, int role, const Around &around)
             if (const auto covering = around.queue->covering(e->id))
                 facts.coveringName = covering->name;
         }
-        return TileText::helpLines(*e, facts).join(QLatin1Char('\n'));
+        const QList<HelpLine> lines = TileText::helpLines(*e, facts);
+        if (role == SpaceModel::HelpSymbolsRole) {
+            QStringList symbols;
+            for (const HelpLine &line : lines)
+                symbols << line.symbol;
+            return symbols;
+        }
+        return TileText::helpText(lines);
     }
     case SpaceModel::IsDirectoryRole:
         return e && e->isDirectory;

@@ -85,52 +85,68 @@ QString plainKindLine(const ExplorerEntry &entry)
     return explorerText(QT_TRANSLATE_NOOP("Explorer", "File"));
 }
 
-QStringList helpLines(const ExplorerEntry &entry, const HelpFacts &facts)
+QList<HelpLine> helpLines(const ExplorerEntry &entry, const HelpFacts &facts)
 {
-    QStringList lines;
-    lines << Paths::abbreviateHome(entry.id);
+    QList<HelpLine> lines;
+    lines << HelpLine{Paths::abbreviateHome(entry.id), {}};
     if (entry.isUnreadable())
-        lines << explorerText(QT_TRANSLATE_NOOP("Explorer", "Couldn't be read: %1. Its size is unknown"))
-                     .arg(DirNode::errorText(entry.readError));
+        lines << HelpLine{explorerText(QT_TRANSLATE_NOOP("Explorer", "Couldn't be read: %1. Its size is unknown"))
+                              .arg(DirNode::errorText(entry.readError)),
+                          {}};
     else if (entry.readError != 0)
-        lines << explorerText(QT_TRANSLATE_NOOP("Explorer", "Only partly read: %1"))
-                     .arg(DirNode::errorText(entry.readError));
+        lines << HelpLine{explorerText(QT_TRANSLATE_NOOP("Explorer", "Only partly read: %1"))
+                              .arg(DirNode::errorText(entry.readError)),
+                          {}};
     if (const int inside = entry.unreadableBelow - (entry.readError != 0 ? 1 : 0); inside > 0)
-        lines << explorerCount(QT_TRANSLATE_NOOP("Explorer", "%n folders inside couldn't be read"), inside);
+        lines << HelpLine{explorerCount(QT_TRANSLATE_NOOP("Explorer", "%n folders inside couldn't be read"), inside),
+                          {}};
     const bool kept = facts.isProtected && !facts.isContentsOnly;
     if (kept)
-        lines << QStringLiteral("🔒 ") + facts.protectedReason;
+        lines << HelpLine{facts.protectedReason, QStringLiteral("lock.fill")};
     if (entry.risk.level == Risk::Level::danger)
-        lines << QStringLiteral("⚠️ %1: %2").arg(entry.risk.title, entry.risk.why);
+        lines << HelpLine{QStringLiteral("%1: %2").arg(entry.risk.title, entry.risk.why),
+                          QStringLiteral("exclamationmark.triangle.fill")};
     else if (entry.risk.level == Risk::Level::caution)
-        lines << QStringLiteral("%1: %2").arg(entry.risk.title, entry.risk.why);
+        lines << HelpLine{QStringLiteral("%1: %2").arg(entry.risk.title, entry.risk.why), {}};
     if (facts.isContentsOnly)
-        lines << explorerText(
-            QT_TRANSLATE_NOOP("Explorer", "Selecting it sorvelises everything inside; the folder itself stays"));
+        lines << HelpLine{explorerText(QT_TRANSLATE_NOOP(
+                              "Explorer", "Selecting it sorvelises everything inside; the folder itself stays")),
+                          {}};
     if (entry.hasArtifactKind())
-        lines << safeToSorvelise(entry.artifactKind);
+        lines << HelpLine{safeToSorvelise(entry.artifactKind), {}};
     if (facts.condition == ExplorerTile::Condition::bloated)
-        lines << explorerText(QT_TRANSLATE_NOOP("Explorer", "One of the heaviest things here"));
+        lines << HelpLine{explorerText(QT_TRANSLATE_NOOP("Explorer", "One of the heaviest things here")), {}};
     if (entry.node)
-        lines << explorerText(QT_TRANSLATE_NOOP("Explorer", "Click to open"));
+        lines << HelpLine{explorerText(QT_TRANSLATE_NOOP("Explorer", "Click to open")), {}};
     else if (entry.isDirectory)
-        lines << explorerText(QT_TRANSLATE_NOOP("Explorer", "Opens once the scan finishes"));
+        lines << HelpLine{explorerText(QT_TRANSLATE_NOOP("Explorer", "Opens once the scan finishes")), {}};
     else
-        lines << explorerText(QT_TRANSLATE_NOOP("Explorer", "Click to preview"));
+        lines << HelpLine{explorerText(QT_TRANSLATE_NOOP("Explorer", "Click to preview")), {}};
     if (!facts.coveringName.isEmpty() && !facts.inQueue)
-        lines << explorerText(
-                     QT_TRANSLATE_NOOP("Explorer", "Included because “%1” is selected. Untick to leave just this out"))
-                     .arg(facts.coveringName);
+        lines << HelpLine{
+            explorerText(
+                QT_TRANSLATE_NOOP("Explorer", "Included because “%1” is selected. Untick to leave just this out"))
+                .arg(facts.coveringName),
+            {}};
     if (!kept) {
         const QString mark = facts.layout == ExplorerLayout::list
                                  ? explorerText(QT_TRANSLATE_NOOP("Explorer", "Checkbox"))
                                  : explorerText(QT_TRANSLATE_NOOP("Explorer", "Circle"));
-        lines << mark +
-                     (facts.includes
-                          ? explorerText(QT_TRANSLATE_NOOP("Explorer", ", ⌘-click or Space to deselect"))
-                          : explorerText(QT_TRANSLATE_NOOP("Explorer", ", ⌘-click or Space to select for cleaning")));
+        lines << HelpLine{
+            mark + (facts.includes
+                        ? explorerText(QT_TRANSLATE_NOOP("Explorer", ", ⌘-click or Space to deselect"))
+                        : explorerText(QT_TRANSLATE_NOOP("Explorer", ", ⌘-click or Space to select for cleaning"))),
+            {}};
     }
     return lines;
+}
+
+QString helpText(const QList<HelpLine> &lines)
+{
+    QStringList texts;
+    for (const HelpLine &line : lines)
+        texts << line.text;
+    return texts.join(QLatin1Char('\n'));
 }
 
 QString protectedToast(const QString &name, const QString &reason)
@@ -163,8 +179,6 @@ QString emptyLine(const ExplorerQuery &query)
 {
     if (!query.search.isEmpty())
         return explorerText(QT_TRANSLATE_NOOP("Explorer", "Nothing here is named like “%1”.")).arg(query.search);
-    if (query.filter == ExplorerFilter::all)
-        return explorerText(QT_TRANSLATE_NOOP("Explorer", "This folder is empty."));
     return explorerText(QT_TRANSLATE_NOOP("Explorer", "No %1 in this folder.")).arg(query.filter.title().toLower());
 }
 

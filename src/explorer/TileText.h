@@ -7,6 +7,7 @@
 #include "ExplorerEntry.h"
 #include "ExplorerQuery.h"
 #include "HelpFacts.h"
+#include "HelpLine.h"
 
 #include <QString>
 #include <QStringList>
@@ -30,8 +31,11 @@ QString unreadableNotice(int n);
 // Instead of an empty grid, in a folder that couldn't be listed.
 QString unreadableFolderLine(const QString &name, int error);
 
-// The tooltip, one line per fact that applies.
-QStringList helpLines(const ExplorerEntry &entry, const HelpFacts &facts);
+// The tooltip, one line per fact that applies; the kept and the dangerous lead
+// with the symbols "lock.fill" and "exclamationmark.triangle.fill".
+QList<HelpLine> helpLines(const ExplorerEntry &entry, const HelpFacts &facts);
+// The lines' texts, one a line: the tooltip as plain text.
+QString helpText(const QList<HelpLine> &lines);
 
 // The toast for a protected item: "“name” stays: reason".
 QString protectedToast(const QString &name, const QString &reason);

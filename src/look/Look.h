@@ -15,6 +15,8 @@
 #include <QUrl>
 #include <QVariantList>
 
+#include <cmath>
+
 // The one door through which QML reaches the look: every colour resolved for
 // the current appearance, the small fonts, the timing curves, the
 // reduced-motion switch and the sources of symbols and file icons.
@@ -68,6 +70,9 @@ class Look : public QObject
     Q_PROPERTY(QVariantList indicator READ indicator CONSTANT)
     Q_PROPERTY(QVariantList evaporate READ evaporate CONSTANT)
     Q_PROPERTY(QVariantList closing READ closing CONSTANT)
+    // The selection bar's spring: its settle time in ms, and where it stands at
+    // a fraction of that time; see SpringValue.qml.
+    Q_PROPERTY(int barSpringMs READ barSpringMs CONSTANT)
 
 public:
     // Also installs the symbol and file-icon image providers on the engine, so
@@ -113,6 +118,8 @@ public:
     QVariantList modal() const { return curve(Motion::modal); }
     QVariantList indicator() const { return curve(Motion::indicator); }
     QVariantList evaporate() const { return curve(Motion::evaporate); }
+    int barSpringMs() const { return int(std::lround(Motion::bar.settleSeconds() * 1000.0)); }
+    Q_INVOKABLE double barSpringAt(double fraction) const { return Motion::bar.at(fraction); }
     QVariantList closing() const { return curve(Motion::closing); }
 
     // The standard curve (0.23, 1), (0.32, 1) at a duration of its own.

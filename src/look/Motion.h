@@ -2,6 +2,8 @@
 // their durations. No state; any thread.
 #pragma once
 
+#include "Spring.h"
+
 #include <QEasingCurve>
 
 #include <cmath>
@@ -26,6 +28,9 @@ inline constexpr Curve indicator{0.77, 0, 0.175, 1, 0.25};
 inline constexpr Curve evaporate{0.3, 0, 0.6, 1, 1.0};
 // The last step of a removal: the rows it took leave and the rest close up.
 inline constexpr Curve closing{0.77, 0, 0.175, 1, 0.28};
+
+// The selection bar coming in and going.
+inline constexpr Spring bar{0.4, 0.85};
 
 // The standard curve at a duration of its own.
 constexpr Curve standard(double seconds) { return {0.23, 1, 0.32, 1, seconds}; }

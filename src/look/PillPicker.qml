@@ -4,7 +4,8 @@ import Sorvel.Ui
 
 // A row of pills of which one is on, with a highlight that slides between
 // them. `options` are the titles; `symbols`, if given, one symbol per title.
-// A click emits activated(index); the owner sets currentIndex.
+// A click emits activated(index, clickCount), a key activated(index, 1); the
+// owner sets currentIndex, and drops what a double-click repeats.
 Rectangle {
     id: picker
 
@@ -17,7 +18,7 @@ Rectangle {
     // What a screen reader calls the whole row; the current pill by default.
     property string accessibleName: String(options[currentIndex] ?? "")
 
-    signal activated(int index)
+    signal activated(int index, int clickCount)
 
     implicitWidth: pills.implicitWidth + 6
     implicitHeight: 30
@@ -32,8 +33,8 @@ Rectangle {
     Accessible.focusable: true
 
     // With the keyboard: the arrows move to the neighbouring pill.
-    Keys.onLeftPressed: if (currentIndex > 0) activated(currentIndex - 1)
-    Keys.onRightPressed: if (currentIndex < options.length - 1) activated(currentIndex + 1)
+    Keys.onLeftPressed: if (currentIndex > 0) activated(currentIndex - 1, 1)
+    Keys.onRightPressed: if (currentIndex < options.length - 1) activated(currentIndex + 1, 1)
 
     FocusRing {
         shown: picker.activeFocus
@@ -114,8 +115,11 @@ Rectangle {
                     visible: hover.hovered && text.length > 0
                     text: picker.toolTips[pill.index] ?? ""
                 }
-                TapHandler {
-                    onTapped: picker.activated(pill.index)
+                MouseArea {
+                    objectName: "pill"
+                    anchors.fill: parent
+                    onClicked: picker.activated(pill.index, 1)
+                    onDoubleClicked: picker.activated(pill.index, 2)
                 }
             }
         }

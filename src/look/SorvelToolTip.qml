@@ -1,10 +1,16 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Templates as T
 import Sorvel.Ui
 
 // The help text of a control: a small raised capsule after a short delay.
+// `symbols` may name, per line of the text, a symbol drawn before that line
+// ("" for none).
 T.ToolTip {
     id: tip
+
+    property var symbols: []
+    readonly property var lines: text.split("\n")
 
     x: parent ? Math.round((parent.width - implicitWidth) / 2) : 0
     y: parent ? parent.height + 6 : 0
@@ -19,11 +25,36 @@ T.ToolTip {
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent | T.Popup.CloseOnReleaseOutsideParent
 
-    contentItem: Text {
-        text: tip.text
-        font: tip.font
-        color: Look.ink
-        wrapMode: Text.Wrap
+    // The linter of Qt 6.4 counts the id inside the delegate against deferring
+    // the content item; deferring it makes no difference to a tooltip.
+    contentItem: Column { // qmllint disable deferred-property-id
+        spacing: 1
+        Repeater {
+            model: tip.lines
+            delegate: Row {
+                id: line
+
+                required property string modelData
+                required property int index
+                readonly property string symbol: tip.symbols[index] ?? ""
+
+                spacing: 5
+                SymbolIcon {
+                    visible: line.symbol.length > 0
+                    name: line.symbol.length > 0 ? line.symbol : "checkmark"
+                    size: 12
+                    y: 2
+                    color: line.symbol === "exclamationmark.triangle.fill" ? Look.magma : Look.ink2
+                }
+                Text {
+                    width: Math.min(implicitWidth, 340 - (line.symbol.length > 0 ? 17 : 0))
+                    text: line.modelData
+                    font: tip.font
+                    color: Look.ink
+                    wrapMode: Text.Wrap
+                }
+            }
+        }
     }
 
     background: Rectangle {

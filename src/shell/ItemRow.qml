@@ -103,6 +103,7 @@ Item {
         }
         SorvelCheck {
             id: tick
+            objectName: "rowTick"
             x: 8
             anchors.verticalCenter: parent.verticalCenter
             checked: logic.selectedItself
@@ -112,7 +113,9 @@ Item {
             // The row takes Space itself.
             focusPolicy: Qt.NoFocus
             Accessible.name: logic.name
-            onClicked: logic.toggle()
+            onClicked: logic.toggle(1, true)
+            // The second click of a double-click: the model drops it.
+            onDoubleClicked: logic.toggle(2, true)
         }
         Item {
             id: icon

@@ -5,6 +5,7 @@
 #include "core/Desktop.h"
 #include "core/Fmt.h"
 #include "core/Paths.h"
+#include "explorer/NavigationGuard.h"
 #include "state/AppState.h"
 
 #include <QGuiApplication>
@@ -119,9 +120,9 @@ QVariantList ItemRowModel::menu() const
 
 void ItemRowModel::click() { m_click.click(m_disabled, loaded(), selectedItself()); }
 
-void ItemRowModel::toggle()
+void ItemRowModel::toggle(int clickCount, bool isMouse)
 {
-    if (m_state && m_item)
+    if (m_state && m_item && !NavigationGuard::isRepeat(isMouse, clickCount))
         m_state->toggleSelection(*m_item);
 }
 

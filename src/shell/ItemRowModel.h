@@ -75,8 +75,9 @@ public:
 
     // A tap on the row.
     Q_INVOKABLE void click();
-    // A tap on the tick: no delay.
-    Q_INVOKABLE void toggle();
+    // A tap on the tick: no delay; the second click of a double-click on it
+    // is dropped.
+    Q_INVOKABLE void toggle(int clickCount = 1, bool isMouse = true);
     // An entry of the context menu by its action: "toggle", "open", "preview",
     // "reveal", "copy".
     Q_INVOKABLE void trigger(const QString &action);

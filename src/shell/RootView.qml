@@ -113,22 +113,30 @@ Item {
         SteamView {}
     }
 
-    // The selection bar's place along the bottom edge: it comes in while
-    // anything is selected.
+    // The selection bar's place along the bottom edge: while anything is
+    // selected the bar springs up into it from below the edge, and it sinks
+    // away again when the selection empties (at once under reduced motion).
     Item {
         id: selectionBarSlot
 
+        objectName: "selectionBarSlot"
         readonly property bool shown: Shell.hasSelection
+        // 0: in place; 1: below the window's edge.
+        readonly property real away: slide.value
 
         anchors.bottom: parent.bottom
         width: parent.width
         height: 72
-        visible: shown
+        visible: shown || away < 1
+        SpringValue {
+            id: slide
+            target: selectionBarSlot.shown ? 0 : 1
+        }
 
         SelectionBar {
             anchors.horizontalCenter: parent.horizontalCenter
             anchors.bottom: parent.bottom
-            anchors.bottomMargin: 12
+            anchors.bottomMargin: 12 - selectionBarSlot.away * 84
             width: Math.min(720, parent.width - 48)
         }
     }

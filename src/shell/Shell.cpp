@@ -9,6 +9,7 @@
 #include "core/Fmt.h"
 #include "core/Paths.h"
 #include "core/Platform.h"
+#include "explorer/NavigationGuard.h"
 #include "removal/CleanQueue.h"
 #include "state/AppState.h"
 
@@ -314,10 +315,19 @@ bool Shell::dropItems(const QStringList &payloads)
 
 bool Shell::hasResult() const { return m_state && m_state->result() != nullptr; }
 
-void Shell::goToAreaAt(int index)
+void Shell::goToAreaAt(int index, int clickCount, bool isMouse)
 {
+    if (NavigationGuard::isRepeat(isMouse, clickCount))
+        return;
     if (index >= 0 && index < int(Area::allCases.size()))
         goToArea(Area::allCases[index].rawValue());
+}
+
+void Shell::goToSection(const QString &itemRaw, int clickCount, bool isMouse)
+{
+    const auto item = SidebarItem::fromRawValue(itemRaw);
+    if (m_state && item && !NavigationGuard::isRepeat(isMouse, clickCount))
+        m_state->setSection(*item);
 }
 
 QString Shell::titleOf(const QString &itemRaw) const

@@ -97,9 +97,11 @@ public:
     QString applicationsPath() const;
 
     // Shows the area's last item, or its first (the top bar's switcher and
-    // the Go menu).
+    // the Go menu). By mouse, the second click of a double-click is dropped.
     Q_INVOKABLE void goToArea(const QString &areaRaw);
-    Q_INVOKABLE void goToAreaAt(int index);
+    Q_INVOKABLE void goToAreaAt(int index, int clickCount = 1, bool isMouse = true);
+    // Shows an item of the current area (the area header's tabs).
+    Q_INVOKABLE void goToSection(const QString &itemRaw, int clickCount = 1, bool isMouse = true);
     // The title of a sidebar item, by raw value.
     Q_INVOKABLE QString titleOf(const QString &itemRaw) const;
     // Scans the folder of a drop and says whether it was taken.

@@ -17,6 +17,13 @@ Rectangle {
     implicitHeight: 56
     color: Look.canvas
 
+    // A narrow window counts the files read in the short form.
+    Binding {
+        target: Shell.scan
+        property: "compact"
+        value: bar.compact
+    }
+
     Rectangle {
         anchors.bottom: parent.bottom
         width: parent.width

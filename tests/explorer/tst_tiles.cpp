@@ -8,6 +8,7 @@
 #include "removal/CleanQueue.h"
 
 #include <QFile>
+#include <QRandomGenerator>
 #include <QStandardPaths>
 
 #include <algorithm>
@@ -396,9 +397,29 @@ private slots:
         QCOMPARE(names(tiles), (QStringList{"dir", "doc.pdf", "loose"}));
     }
 
+    // Printable ASCII names have keys that order as the collator does; any
+    // other name has none (its folder sorts on the collator's own keys).
     void nameKeysOrderAsTheNamesDo()
     {
-        const QStringList names = awkwardNames();
+        QStringList names;
+        for (const QString &name : awkwardNames()) {
+            QByteArray key;
+            if (NameKey::append(key, name))
+                names << name;
+            else
+                QVERIFY2(std::any_of(name.begin(), name.end(), [](QChar c) { return c.unicode() >= 0x7F; }),
+                         qPrintable(name));
+        }
+        // Random names over an alphabet of letters, digits (zeros leading and
+        // not), blanks and every kind of punctuation.
+        const QString alphabet = u"aAbBzZ0001239 -_.~!([{}])#$%&'*+,/:;<=>?@\\^`|\""_qs;
+        QRandomGenerator random(7);
+        for (int i = 0; i < 400; ++i) {
+            QString name;
+            for (int n = int(random.bounded(1, 7)); n > 0; --n)
+                name += alphabet[int(random.bounded(qsizetype(alphabet.size())))];
+            names << name;
+        }
         QList<QByteArray> keys;
         for (const QString &name : names) {
             QByteArray key;
@@ -409,9 +430,70 @@ private slots:
             for (qsizetype j = 0; j < names.size(); ++j)
                 QVERIFY2(sign(keys[i].compare(keys[j])) == sign(NameOrder::compare(names[i], names[j])),
                          qPrintable(names[i] + u" | "_qs + names[j]));
-        // Digits of other scripts sort by their own codes beside letters.
         QByteArray key;
         QVERIFY(!NameKey::append(key, u"track ٣"_qs));
+        QVERIFY(!NameKey::append(key, u"caf\u00e9"_qs));
+    }
+
+    // The locale's collation: numbers by value, case ignored, a decomposed
+    // letter where its composed form stands, letters of one alphabet together.
+    void collation_data()
+    {
+        QTest::addColumn<QStringList>("names");
+        QTest::addColumn<QStringList>("expected");
+        QTest::newRow("numbers by value") << QStringList{u"file10"_qs, u"file2"_qs, u"File1"_qs}
+                                          << QStringList{u"File1"_qs, u"file2"_qs, u"file10"_qs};
+        QTest::newRow("decomposed beside composed")
+            << QStringList{u"cafe\u0301 2"_qs, u"caff"_qs, u"caf\u00e9 1"_qs, u"cafe"_qs}
+            << QStringList{u"cafe"_qs, u"caf\u00e9 1"_qs, u"cafe\u0301 2"_qs, u"caff"_qs};
+        QTest::newRow("accents by letter, not by code")
+            << QStringList{u"zebra"_qs, u"\u00c9t\u00e9"_qs, u"eagle"_qs, u"fig"_qs}
+            << QStringList{u"eagle"_qs, u"\u00c9t\u00e9"_qs, u"fig"_qs, u"zebra"_qs};
+    }
+
+    void collation()
+    {
+        QFETCH(QStringList, names);
+        QFETCH(QStringList, expected);
+        auto root = std::make_shared<DirNode>("/n");
+        qint64 size = 100;
+        for (const QString &name : names)
+            Trees::file(root, name.toUtf8(), size--);
+        Trees::settle(root);
+        CleanQueue queue;
+        TileMemo memo;
+        const ExplorerQuery byName{{}, ExplorerFilter::all, ExplorerSort::name};
+        QCOMPARE(::names(SpaceView::resultTiles(root, 0, {}, byName, queue, memo)), expected);
+    }
+
+    // Search finds canonical equivalents, whichever form the name or the
+    // typed text is in, with case folded.
+    void searchByCanonicalEquivalence_data()
+    {
+        QTest::addColumn<QString>("search");
+        QTest::addColumn<QStringList>("expected");
+        QTest::newRow("composed finds both")
+            << u"caf\u00e9"_qs << QStringList{u"Caf\u00e9 menu"_qs, u"cafe\u0301 bill"_qs};
+        QTest::newRow("decomposed finds both")
+            << u"cafe\u0301"_qs << QStringList{u"Caf\u00e9 menu"_qs, u"cafe\u0301 bill"_qs};
+        QTest::newRow("capital accented")
+            << u"CAF\u00c9"_qs << QStringList{u"Caf\u00e9 menu"_qs, u"cafe\u0301 bill"_qs};
+        QTest::newRow("plain e is another letter") << u"cafe "_qs << QStringList{u"cafe notes"_qs};
+    }
+
+    void searchByCanonicalEquivalence()
+    {
+        QFETCH(QString, search);
+        QFETCH(QStringList, expected);
+        auto root = std::make_shared<DirNode>("/n");
+        Trees::file(root, u"Caf\u00e9 menu"_qs.toUtf8(), 300);
+        Trees::file(root, u"cafe\u0301 bill"_qs.toUtf8(), 200);
+        Trees::file(root, "cafe notes", 100);
+        Trees::settle(root);
+        CleanQueue queue;
+        TileMemo memo;
+        const ExplorerQuery query{search, ExplorerFilter::all, ExplorerSort::size};
+        QCOMPARE(::names(SpaceView::resultTiles(root, 0, {}, query, queue, memo)), expected);
     }
 
     // The name order of a folder equals sorting its size order by the names

@@ -78,7 +78,7 @@ private slots:
             << "node,list,includes,inQueue"
             << QStringList{"~/f.txt", "Click to open", "Checkbox, ⌘-click or Space to deselect"};
         QTest::newRow("protected: lock, no circle")
-            << "file,protected" << QStringList{"~/f.txt", "🔒 Kept for a reason", "Click to preview"};
+            << "file,protected" << QStringList{"~/f.txt", "[lock.fill] Kept for a reason", "Click to preview"};
         QTest::newRow("contents only") << "node,protected,contentsOnly"
                                        << QStringList{
                                               "~/f.txt",
@@ -87,7 +87,7 @@ private slots:
         QTest::newRow("danger, heavy, covered")
             << "file,danger,bloated,covered,includes"
             << QStringList{"~/f.txt",
-                           "⚠️ Irreplaceable: Photos",
+                           "[exclamationmark.triangle.fill] Irreplaceable: Photos",
                            "One of the heaviest things here",
                            "Click to preview",
                            "Included because “Pics” is selected. Untick to leave just this out",
@@ -118,7 +118,26 @@ private slots:
         facts.inQueue = s.contains(u"inQueue"_qs);
         if (s.contains(u"covered"_qs))
             facts.coveringName = u"Pics"_qs;
-        QCOMPARE(TileText::helpLines(e, facts), expected);
+        const QList<HelpLine> lines = TileText::helpLines(e, facts);
+        QStringList shown;
+        for (const HelpLine &line : lines)
+            shown << (line.symbol.isEmpty() ? line.text : u"["_qs + line.symbol + u"] "_qs + line.text);
+        QCOMPARE(shown, expected);
+        // No line leans on an emoji font.
+        for (const QChar c : TileText::helpText(lines))
+            QVERIFY(c.unicode() < 0x2190 || c.unicode() == 0x2318 || c == u'“' || c == u'”');
+    }
+
+    // In place of an empty grid: the search, else the filter's own word, "All"
+    // among them.
+    void emptyLines()
+    {
+        const auto line = [](const QString &search, ExplorerFilter::Value filter) {
+            return TileText::emptyLine({search, filter, ExplorerSort::size});
+        };
+        QCOMPARE(line({}, ExplorerFilter::all), u"No all in this folder."_qs);
+        QCOMPARE(line({}, ExplorerFilter::stained), u"No grime in this folder."_qs);
+        QCOMPARE(line(u"cafe\u0301"_qs, ExplorerFilter::all), u"Nothing here is named like “cafe\u0301”."_qs);
     }
 
     void waterLevel()

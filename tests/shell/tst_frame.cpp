@@ -1,19 +1,23 @@
 #include "MainWindow.h"
+#include "ScopedEnv.h"
 #include "TestMain.h"
 
 #include "../state/FakeScanner.h"
 
 #include "AppStateForeign.h"
+#include "ScanControls.h"
 #include "Shell.h"
 
 #include "core/Prefs.h"
 #include "core/Translations.h"
+#include "explorer/SpaceModel.h"
 #include "removal/CleanQueue.h"
 #include "state/AppState.h"
 
 #include <QDir>
 #include <QFile>
 #include <QQmlApplicationEngine>
+#include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QSignalSpy>
@@ -21,6 +25,8 @@
 #include <QTranslator>
 
 #include <cerrno>
+#include <cmath>
+#include <functional>
 
 #include <memory>
 
@@ -120,6 +126,23 @@ private Q_SLOTS:
         shoot("deepclean");
         f.state.setSection(SidebarItem::overview);
 
+        // Two tiles selected, as icons and as a list, with the selection bar.
+        auto *space = window->findChild<SpaceModel *>();
+        QVERIFY(space);
+        for (int row = 0; row < space->rowCount() && f.state.queue()->items().size() < 2; ++row)
+            space->toggle(row, 1, false);
+        QCOMPARE(f.state.queue()->items().size(), 2);
+        f.state.setToast(std::nullopt);
+        shoot("space-selected");
+        space->setLayoutText(QStringLiteral("list"));
+        shoot("space-list");
+        space->setLayoutText(QStringLiteral("icons"));
+        f.state.queue()->clear();
+        // A search that finds nothing.
+        space->setSearch(QStringLiteral("holiday"));
+        shoot("space-nothing");
+        space->setSearch(QString());
+
         QObject *menu = nullptr;
         for (QObject *object : window->findChildren<QObject *>())
             if (QByteArray(object->metaObject()->className()).startsWith("ScanMenu"))
@@ -141,8 +164,10 @@ private Q_SLOTS:
         f.state.setErrorMessage(QString());
 
         // While a scan runs, the bar shows what is read and offers Stop.
-        QTemporaryDir target;
-        f.state.scan(QFile::encodeName(target.path()));
+        // Folders of the test's home, so no picture names a temporary folder.
+        const QByteArray projects = TestMain::home() + "/Projects";
+        QVERIFY(QDir().mkpath(QFile::decodeName(projects)));
+        f.state.scan(projects);
         QVERIFY(f.scanner.waitForRuns(1));
         shoot("scanning");
         f.state.cancelScan();
@@ -151,7 +176,8 @@ private Q_SLOTS:
 
         // What couldn't be read stands with a lock, and the header's notice
         // lists it.
-        const QByteArray unreadableRoot = QFile::encodeName(target.path());
+        const QByteArray unreadableRoot = TestMain::home() + "/Archive";
+        QVERIFY(QDir().mkpath(QFile::decodeName(unreadableRoot)));
         f.state.scan(unreadableRoot);
         QVERIFY(f.scanner.waitForRuns(2));
         f.scanner.release(1, unreadableTree(unreadableRoot));
@@ -166,6 +192,69 @@ private Q_SLOTS:
         QMetaObject::invokeMethod(list, "close");
         QTRY_VERIFY(!list->property("visible").toBool());
 
+        QVERIFY2(main.warnings().isEmpty(), qPrintable(main.warningText()));
+        AppStateForeign::setInstance(nullptr);
+    }
+
+    // A narrow window counts the files read in the short form; the selection
+    // bar springs in and sinks away, and under reduced motion comes and goes
+    // at once.
+    void narrowWindowAndSelectionBar_data()
+    {
+        QTest::addColumn<QByteArray>("reduce");
+        QTest::newRow("animations on") << QByteArray("0");
+        QTest::newRow("reduced motion") << QByteArray("1");
+    }
+
+    void narrowWindowAndSelectionBar()
+    {
+        QFETCH(QByteArray, reduce);
+        ScopedEnv motion("SORVEL_REDUCE_MOTION", reduce);
+        Fixture f({"sorvel-cleaner", "-demo"});
+        AppStateForeign::setInstance(&f.state);
+        MainWindow main;
+        QVERIFY(main.load());
+        QQuickWindow *window = main.window();
+        auto *shell =
+            qmlEngine(window->contentItem())->singletonInstance<Shell *>(qmlTypeId("Sorvel.Ui", 1, 0, "Shell"));
+        QVERIFY(shell);
+        QVERIFY(!shell->scan()->compact());
+        window->resize(900, 700);
+        QTRY_VERIFY(shell->scan()->compact());
+        QCOMPARE(ScanControls::count(123456, true), QStringLiteral("123K"));
+        window->resize(1240, 800);
+        QTRY_VERIFY(!shell->scan()->compact());
+
+        QQuickItem *slot = nullptr;
+        const std::function<void(QQuickItem *)> look = [&](QQuickItem *item) {
+            for (QQuickItem *child : item->childItems()) {
+                if (child->objectName() == QLatin1String("selectionBarSlot"))
+                    slot = child;
+                look(child);
+            }
+        };
+        look(window->contentItem());
+        QVERIFY(slot);
+        QVERIFY(!slot->isVisible());
+        CleanItem item;
+        item.id = "/home/sample/big.iso";
+        item.name = QStringLiteral("big.iso");
+        item.size = 4000000000;
+        f.state.queue()->add(item);
+        QVERIFY(slot->isVisible());
+        if (reduce == "1") {
+            QTRY_COMPARE_WITH_TIMEOUT(slot->property("away").toDouble(), 0.0, 100);
+        } else {
+            QVERIFY(slot->property("away").toDouble() > 0.5);
+            QTRY_VERIFY(std::abs(slot->property("away").toDouble()) < 0.002);
+        }
+        f.state.queue()->remove(item.id);
+        if (reduce == "1") {
+            QTRY_VERIFY_WITH_TIMEOUT(!slot->isVisible(), 100);
+        } else {
+            QVERIFY(slot->isVisible()); // sinking away
+            QTRY_VERIFY(!slot->isVisible());
+        }
         QVERIFY2(main.warnings().isEmpty(), qPrintable(main.warningText()));
         AppStateForeign::setInstance(nullptr);
     }

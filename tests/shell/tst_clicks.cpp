@@ -1,0 +1,189 @@
+#include "MainWindow.h"
+#include "TestMain.h"
+#include "WriteFile.h"
+
+#include "AppStateForeign.h"
+
+#include "core/Prefs.h"
+#include "explorer/SpaceModel.h"
+#include "removal/CleanQueue.h"
+#include "state/AppState.h"
+
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QSignalSpy>
+
+#include <functional>
+
+namespace {
+
+// A scan of a small real tree under the temporary home, in the main window.
+struct Scanned {
+    Scanned()
+    {
+        Prefs::registerDefaults();
+        state.setArguments({"sorvel-cleaner"});
+        state.setVolumesFunction([] { return QList<VolumeInfo>(); });
+        state.setShowTimeScale(0);
+        AppStateForeign::setInstance(&state);
+    }
+    ~Scanned() { AppStateForeign::setInstance(nullptr); }
+
+    bool open()
+    {
+        root = TestMain::home() + "/clicks";
+        writeFile(root + "/one/two/deep.bin", 3'000'000);
+        writeFile(root + "/one/side.bin", 1'500'000);
+        writeFile(root + "/pictures/beach.jpg", 2'000'000);
+        writeFile(root + "/loose.zip", 2'500'000);
+        if (!main.load())
+            return false;
+        state.scan(root);
+        if (!QTest::qWaitFor([&] { return state.result() && !state.isScanning(); }, 10000))
+            return false;
+        space = main.window()->findChild<SpaceModel *>();
+        return space != nullptr;
+    }
+
+    // The first item on screen of that object name for which `pick` holds.
+    QQuickItem *shown(const QString &name, const std::function<bool(QQuickItem *)> &pick = {}) const
+    {
+        return find(main.window()->contentItem(), name, pick);
+    }
+    // Through the visual tree: delegates and loaded items hang there, whatever
+    // their QObject parent.
+    static QQuickItem *find(QQuickItem *under, const QString &name, const std::function<bool(QQuickItem *)> &pick)
+    {
+        for (QQuickItem *item : under->childItems()) {
+            if (!item->isVisible())
+                continue;
+            if (item->objectName() == name && item->isEnabled() && item->width() > 0 && (!pick || pick(item)))
+                return item;
+            if (QQuickItem *found = find(item, name, pick))
+                return found;
+        }
+        return nullptr;
+    }
+    QPoint centre(QQuickItem *item) const
+    {
+        return item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
+    }
+    void doubleClick(QQuickItem *item) { QTest::mouseDClick(main.window(), Qt::LeftButton, {}, centre(item)); }
+
+    AppState state;
+    MainWindow main;
+    QByteArray root;
+    SpaceModel *space = nullptr;
+};
+
+bool carries(QQuickItem *item, const char *property, const QString &key, const QString &value)
+{
+    return item->parentItem() && item->parentItem()->property(property).toMap().value(key).toString() == value;
+}
+
+} // namespace
+
+// A click that is the second of a double-click is dropped wherever a click
+// navigates or selects: each control that does, double-clicked with the real
+// pointer events of the window, acts once.
+class TestClicks : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { qputenv("SORVEL_REDUCE_MOTION", "1"); }
+
+    void selectCircleTogglesOnce()
+    {
+        Scanned s;
+        QVERIFY(s.open());
+        QQuickItem *circle = nullptr;
+        QTRY_VERIFY((circle = s.shown(QStringLiteral("selectCircle"))));
+        s.doubleClick(circle);
+        QTRY_COMPARE(s.state.queue()->items().size(), 1);
+        QTest::qWait(50);
+        QCOMPARE(s.state.queue()->items().size(), 1);
+    }
+
+    void filterChipChoosesOnce()
+    {
+        Scanned s;
+        QVERIFY(s.open());
+        QQuickItem *chip = nullptr;
+        QTRY_VERIFY((chip = s.shown(QStringLiteral("filterChip"), [](QQuickItem *item) {
+            return carries(item, "modelData", QStringLiteral("value"), QStringLiteral("folders"));
+        })));
+        s.doubleClick(chip);
+        QCOMPARE(s.space->filterText(), QStringLiteral("folders")); // not turned back to "all"
+    }
+
+    void backButtonPopsOnce()
+    {
+        Scanned s;
+        QVERIFY(s.open());
+        s.space->focusOn(QString::fromUtf8(s.root + "/one/two"));
+        QTRY_COMPARE(s.space->crumbs().size(), 3);
+        QTest::qWait(400); // past the hold after a navigation
+        QQuickItem *back = s.shown(QStringLiteral("backButton"));
+        QVERIFY(back);
+        s.doubleClick(back);
+        QTRY_COMPARE(s.space->crumbs().size(), 2);
+        QTest::qWait(50);
+        QCOMPARE(s.space->crumbs().size(), 2);
+    }
+
+    void crumbGoesUpOnce()
+    {
+        Scanned s;
+        QVERIFY(s.open());
+        s.space->focusOn(QString::fromUtf8(s.root + "/one/two"));
+        QTRY_COMPARE(s.space->crumbs().size(), 3);
+        QQuickItem *crumb = nullptr;
+        QTRY_VERIFY((crumb = s.shown(QStringLiteral("crumb"), [](QQuickItem *item) {
+            return item->parentItem()->property("text").toString() == QLatin1String("one");
+        })));
+        s.doubleClick(crumb);
+        QTRY_COMPARE(s.space->crumbs().size(), 2);
+        QTest::qWait(50);
+        QCOMPARE(s.space->crumbs().size(), 2);
+    }
+
+    void compositionLeadsToTheShelfOnce_data()
+    {
+        QTest::addColumn<QString>("control");
+        QTest::newRow("segment") << QStringLiteral("stripSegment");
+        QTest::newRow("legend") << QStringLiteral("legendEntry");
+    }
+
+    void compositionLeadsToTheShelfOnce()
+    {
+        QFETCH(QString, control);
+        Scanned s;
+        QVERIFY(s.open());
+        QQuickItem *part = nullptr;
+        QTRY_VERIFY((part = s.shown(control)));
+        QSignalSpy changed(&s.state, &AppState::sectionChanged);
+        s.doubleClick(part);
+        QTRY_COMPARE(s.state.sectionText(), QStringLiteral("largest"));
+        QTest::qWait(50);
+        QCOMPARE(changed.count(), 1);
+    }
+
+    void areaSwitcherSwitchesOnce()
+    {
+        Scanned s;
+        QVERIFY(s.open());
+        QSignalSpy changed(&s.state, &AppState::sectionChanged);
+        QQuickItem *pill = nullptr;
+        QTRY_VERIFY((pill = s.shown(QStringLiteral("pill"), [](QQuickItem *item) {
+            return item->parentItem()->property("index").toInt() == 2 && item->mapToScene({0, 0}).y() < 56;
+        })));
+        s.doubleClick(pill);
+        QTRY_COMPARE(s.state.sectionText(), QStringLiteral("cleanup"));
+        QTest::qWait(50);
+        QCOMPARE(changed.count(), 1);
+    }
+};
+
+SORVEL_TEST(TestClicks);
+#include "tst_clicks.moc"
