@@ -237,7 +237,7 @@ private Q_SLOTS:
         QVERIFY(slot);
         QVERIFY(!slot->isVisible());
         CleanItem item;
-        item.id = "/home/sample/big.iso";
+        item.id = TestMain::home() + "/big.iso"; // an item of the test's own home
         item.name = QStringLiteral("big.iso");
         item.size = 4000000000;
         f.state.queue()->add(item);
