@@ -7,6 +7,7 @@ import Sorvel.Ui
 // details; "Open" hands it to the default application.
 Window {
     id: preview
+    objectName: "previewWindow"
 
     property var details: ({})
 

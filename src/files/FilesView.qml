@@ -27,25 +27,25 @@ Item {
         id: biggest
 
         BiggestShelves {
-            onPreview: details => preview.show(details)
+            onPreview: details => previewWindow.show(details)
         }
     }
     Component {
         id: forgotten
 
         ForgottenShelves {
-            onPreview: details => preview.show(details)
+            onPreview: details => previewWindow.show(details)
         }
     }
     Component {
         id: twins
 
         TwinShelves {
-            onPreview: details => preview.show(details)
+            onPreview: details => previewWindow.show(details)
         }
     }
 
     PreviewWindow {
-        id: preview
+        id: previewWindow
     }
 }

@@ -60,9 +60,23 @@ Item {
     HoverHandler {
         id: hover
     }
+    // The row's handlers see every press in it, also those that the tick or a
+    // button takes: a tap on one of those is theirs alone.
+    function onControl(point: point): bool {
+        const controls = [tick, hoverButtons, disclosure];
+        for (const control of controls) {
+            const local = control.mapFromItem(row, point);
+            if (control.visible && control.contains(local))
+                return true;
+        }
+        return false;
+    }
     TapHandler {
         acceptedButtons: Qt.LeftButton
-        onTapped: logic.click()
+        onTapped: eventPoint => {
+            if (!row.onControl(eventPoint.position))
+                logic.click();
+        }
     }
     TapHandler {
         acceptedButtons: Qt.RightButton
@@ -168,9 +182,11 @@ Item {
             spacing: 8
 
             Row {
+                id: hoverButtons
                 visible: hover.hovered
                 spacing: 2
                 SorvelButton {
+                    objectName: "rowPreview"
                     visible: row.canPreview
                     kind: SorvelButtonStyle.Ghost
                     size: SorvelButtonStyle.Small
@@ -190,6 +206,7 @@ Item {
                 }
             }
             SorvelButton {
+                id: disclosure
                 visible: row.expanded >= 0
                 kind: SorvelButtonStyle.Ghost
                 size: SorvelButtonStyle.Small
@@ -242,19 +259,17 @@ Item {
         }
     }
 
-    // Dragging the row carries its item.
-    Item {
-        id: dragArea
-        anchors.fill: parent
-        Drag.active: dragHandler.active
-        Drag.dragType: Drag.Automatic
-        Drag.supportedActions: Qt.CopyAction
-        Drag.mimeData: { "application/json": logic.dragData }
-        Drag.imageSource: row.chipImage?.url ?? ""
-        DragHandler {
-            id: dragHandler
-            target: null
-        }
+    // Dragging the row carries its item. The handler sits on the row itself:
+    // on an item laid over the row it would take the presses of the tick and
+    // the buttons.
+    Drag.active: dragHandler.active
+    Drag.dragType: Drag.Automatic
+    Drag.supportedActions: Qt.CopyAction
+    Drag.mimeData: { "application/json": logic.dragData }
+    Drag.imageSource: row.chipImage?.url ?? ""
+    DragHandler {
+        id: dragHandler
+        target: null
     }
     // Drawn once, out of sight, for the drag's picture.
     ItemChip {

@@ -183,6 +183,68 @@ private slots:
         QTest::qWait(50);
         QCOMPARE(changed.count(), 1);
     }
+
+    void areaTabSwitchesOnce_data()
+    {
+        QTest::addColumn<QString>("target");
+        QTest::addColumn<double>("across");
+        QTest::newRow("next, right edge") << QStringLiteral("old") << 0.97;
+        QTest::newRow("last, left edge") << QStringLiteral("duplicates") << 0.03;
+    }
+
+    // The first click enlarges the chosen tab's label and shrinks the current
+    // one: the second may fall on another tab.
+    void areaTabSwitchesOnce()
+    {
+        QFETCH(QString, target);
+        QFETCH(double, across);
+        Scanned s;
+        QVERIFY(s.open());
+        s.state.setSectionText(QStringLiteral("largest"));
+        QQuickItem *tab = nullptr;
+        QTRY_VERIFY((tab = s.shown(QStringLiteral("areaTab"), [&](QQuickItem *item) {
+            return carries(item, "modelData", QStringLiteral("raw"), target);
+        })));
+        QTest::qWait(400);
+        QSignalSpy changed(&s.state, &AppState::sectionChanged);
+        const QPoint at = tab->mapToScene(QPointF(tab->width() * across, tab->height() / 2)).toPoint();
+        QTest::mouseDClick(s.main.window(), Qt::LeftButton, {}, at);
+        QTRY_COMPARE(s.state.sectionText(), target);
+        QTest::qWait(50);
+        QCOMPARE(s.state.sectionText(), target);
+        QCOMPARE(changed.count(), 1);
+    }
+
+    // The row's tick and buttons take their own clicks: a double click on the
+    // tick selects once and opens nothing; the eye previews and selects nothing.
+    void rowControlsTakeTheirOwnClicks()
+    {
+        Scanned s;
+        QVERIFY(s.open());
+        s.state.setSectionText(QStringLiteral("largest"));
+        QQuickItem *tick = nullptr;
+        QTRY_VERIFY((tick = s.shown(QStringLiteral("rowTick"))));
+        s.doubleClick(tick);
+        QTRY_COMPARE(s.state.queue()->items().size(), 1);
+        QTest::qWait(600); // past a held-back click of the row
+        QCOMPARE(s.state.queue()->items().size(), 1);
+        const auto previews = [] {
+            int shown = 0;
+            for (QWindow *window : QGuiApplication::topLevelWindows())
+                shown += window->isVisible() && window->objectName() == QLatin1String("previewWindow");
+            return shown;
+        };
+        QCOMPARE(previews(), 0);
+
+        s.state.queue()->clear();
+        QTest::mouseMove(s.main.window(), s.centre(tick));
+        QQuickItem *eye = nullptr;
+        QTRY_VERIFY((eye = s.shown(QStringLiteral("rowPreview"))));
+        QTest::mouseClick(s.main.window(), Qt::LeftButton, {}, s.centre(eye));
+        QTRY_COMPARE(previews(), 1);
+        QTest::qWait(600);
+        QVERIFY(s.state.queue()->items().isEmpty());
+    }
 };
 
 SORVEL_TEST(TestClicks);
