@@ -12,6 +12,7 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QSignalSpy>
+#include <QStyleHints>
 
 #include <functional>
 
@@ -128,6 +129,39 @@ private slots:
         QVERIFY(back);
         s.doubleClick(back);
         QTRY_COMPARE(s.space->crumbs().size(), 2);
+        QTest::qWait(50);
+        QCOMPARE(s.space->crumbs().size(), 2);
+    }
+
+    // The second click comes after the hold that follows a navigation, still
+    // within the double-click interval: only the click count stops it.
+    void backButtonLateSecondClick()
+    {
+        const int interval = QGuiApplication::styleHints()->mouseDoubleClickInterval();
+        if (interval < 400)
+            QSKIP("the double-click interval is shorter than the navigation hold");
+        Scanned s;
+        QVERIFY(s.open());
+        s.space->focusOn(QString::fromUtf8(s.root + "/one/two"));
+        QTRY_COMPARE(s.space->crumbs().size(), 3);
+        QTest::qWait(400);
+        QQuickItem *back = s.shown(QStringLiteral("backButton"));
+        QVERIFY(back);
+        const QPointF at = s.centre(back);
+        const QPointF global = s.main.window()->mapToGlobal(at);
+        // QTest's clock spaces its clicks apart; these two carry their own times.
+        const int stamp = QTest::lastMouseTimestamp += 10'000;
+        const auto event = [&](QEvent::Type type, Qt::MouseButtons buttons, int time) {
+            qt_handleMouseEvent(s.main.window(), at, global, buttons, Qt::LeftButton, type, {}, time);
+            QCoreApplication::processEvents();
+        };
+        event(QEvent::MouseButtonPress, Qt::LeftButton, stamp);
+        event(QEvent::MouseButtonRelease, Qt::NoButton, stamp + 20);
+        QTRY_COMPARE(s.space->crumbs().size(), 2);
+        QTest::qWait(370);
+        event(QEvent::MouseButtonPress, Qt::LeftButton, stamp + interval - 20);
+        event(QEvent::MouseButtonRelease, Qt::NoButton, stamp + interval - 10);
+        QTest::lastMouseTimestamp = stamp + interval + QTest::mouseDoubleClickInterval;
         QTest::qWait(50);
         QCOMPARE(s.space->crumbs().size(), 2);
     }
