@@ -6,7 +6,7 @@ import Sorvel.Ui
 SheetCard {
     id: sheet
 
-    flexible: flexibleList
+    flexible: flexibleBox
 
     readonly property DeletionModel model: DeletionModel {}
 
@@ -18,47 +18,55 @@ SheetCard {
         font.pixelSize: 13
         color: Look.ink2
     }
-    FadingScroll {
-        id: flexibleList
+    // In an item of its own: the fading layer of the scroll would otherwise
+    // stand beside it in the card's column and count as content.
+    Item {
+        id: flexibleBox
         width: parent.width
-        height: Math.min(320, rows.implicitHeight, Math.max(96, sheet.room))
-        contentHeight: rows.implicitHeight
-        fadeColor: Look.panel
-        clip: true
+        height: flexibleList.height
 
-        Column {
-            id: rows
+        FadingScroll {
+            id: flexibleList
             width: parent.width
-            Repeater {
-                model: sheet.model.rows
-                Item {
-                    id: row
-                    required property var modelData
-                    width: rows.width
-                    height: 28
-                    FileIconView {
-                        id: icon
-                        anchors.verticalCenter: parent.verticalCenter
-                        path: row.modelData.path
-                        size: 20
-                    }
-                    Text {
-                        anchors.left: icon.right
-                        anchors.leftMargin: 8
-                        anchors.right: size.left
-                        anchors.verticalCenter: parent.verticalCenter
-                        text: row.modelData.name
-                        elide: Text.ElideMiddle
-                        font.pixelSize: 12
-                        color: Look.ink
-                    }
-                    Text {
-                        id: size
-                        anchors.right: parent.right
-                        anchors.verticalCenter: parent.verticalCenter
-                        text: row.modelData.sizeText
-                        font.pixelSize: 11
-                        color: Look.ink3
+            height: Math.min(320, rows.implicitHeight, Math.max(96, sheet.room))
+            contentHeight: rows.implicitHeight
+            fadeColor: Look.panel
+            clip: true
+
+            Column {
+                id: rows
+                width: parent.width
+                Repeater {
+                    model: sheet.model.rows
+                    Item {
+                        id: row
+                        required property var modelData
+                        width: rows.width
+                        height: 28
+                        FileIconView {
+                            id: icon
+                            anchors.verticalCenter: parent.verticalCenter
+                            path: row.modelData.path
+                            size: 20
+                        }
+                        Text {
+                            anchors.left: icon.right
+                            anchors.leftMargin: 8
+                            anchors.right: size.left
+                            anchors.verticalCenter: parent.verticalCenter
+                            text: row.modelData.name
+                            elide: Text.ElideMiddle
+                            font.pixelSize: 12
+                            color: Look.ink
+                        }
+                        Text {
+                            id: size
+                            anchors.right: parent.right
+                            anchors.verticalCenter: parent.verticalCenter
+                            text: row.modelData.sizeText
+                            font.pixelSize: 11
+                            color: Look.ink3
+                        }
                     }
                 }
             }

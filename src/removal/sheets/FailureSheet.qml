@@ -6,7 +6,7 @@ import Sorvel.Ui
 SheetCard {
     id: sheet
 
-    flexible: flexibleList
+    flexible: flexibleBox
 
     readonly property FailureModel model: FailureModel {}
 
@@ -19,67 +19,75 @@ SheetCard {
         font.pixelSize: 13
         color: Look.ink2
     }
-    FadingScroll {
-        id: flexibleList
+    // In an item of its own: the fading layer of the scroll would otherwise
+    // stand beside it in the card's column and count as content.
+    Item {
+        id: flexibleBox
         width: parent.width
-        height: Math.min(420, groups.implicitHeight, Math.max(96, sheet.room))
-        contentHeight: groups.implicitHeight
-        fadeColor: Look.panel
-        clip: true
+        height: flexibleList.height
 
-        Column {
-            id: groups
+        FadingScroll {
+            id: flexibleList
             width: parent.width
-            spacing: 12
+            height: Math.min(420, groups.implicitHeight, Math.max(96, sheet.room))
+            contentHeight: groups.implicitHeight
+            fadeColor: Look.panel
+            clip: true
 
-            Repeater {
-                model: sheet.model.groups
+            Column {
+                id: groups
+                width: parent.width
+                spacing: 12
 
-                Column {
-                    id: group
-                    required property var modelData
-                    required property int index
-                    width: groups.width
-                    spacing: 4
+                Repeater {
+                    model: sheet.model.groups
 
-                    Item {
-                        width: group.width
-                        height: copyButton.height
-                        Text {
-                            anchors.verticalCenter: parent.verticalCenter
-                            text: group.modelData.title + "  " + group.modelData.countText
-                            font.pixelSize: 13
-                            font.weight: Font.DemiBold
-                            color: Look.ink
-                        }
-                        SorvelButton {
-                            id: copyButton
-                            anchors.right: parent.right
-                            kind: SorvelButtonStyle.Ghost
-                            size: SorvelButtonStyle.Small
-                            symbol: "doc.on.doc"
-                            text: qsTr("Copy paths")
-                            onClicked: sheet.model.copyGroup(group.index)
-                        }
-                    }
-                    Text {
-                        width: group.width
-                        wrapMode: Text.Wrap
-                        text: group.modelData.explanation
-                        font.pixelSize: 12
-                        color: Look.ink3
-                    }
-                    Repeater {
-                        model: group.modelData.rows
-                        FailureRow {
+                    Column {
+                        id: group
+                        required property var modelData
+                        required property int index
+                        width: groups.width
+                        spacing: 4
+
+                        Item {
                             width: group.width
+                            height: copyButton.height
+                            Text {
+                                anchors.verticalCenter: parent.verticalCenter
+                                text: group.modelData.title + "  " + group.modelData.countText
+                                font.pixelSize: 13
+                                font.weight: Font.DemiBold
+                                color: Look.ink
+                            }
+                            SorvelButton {
+                                id: copyButton
+                                anchors.right: parent.right
+                                kind: SorvelButtonStyle.Ghost
+                                size: SorvelButtonStyle.Small
+                                symbol: "doc.on.doc"
+                                text: qsTr("Copy paths")
+                                onClicked: sheet.model.copyGroup(group.index)
+                            }
                         }
-                    }
-                    Text {
-                        visible: text.length > 0
-                        text: group.modelData.more
-                        font.pixelSize: 12
-                        color: Look.ink3
+                        Text {
+                            width: group.width
+                            wrapMode: Text.Wrap
+                            text: group.modelData.explanation
+                            font.pixelSize: 12
+                            color: Look.ink3
+                        }
+                        Repeater {
+                            model: group.modelData.rows
+                            FailureRow {
+                                width: group.width
+                            }
+                        }
+                        Text {
+                            visible: text.length > 0
+                            text: group.modelData.more
+                            font.pixelSize: 12
+                            color: Look.ink3
+                        }
                     }
                 }
             }

@@ -7,7 +7,7 @@ import Sorvel.Ui
 SheetCard {
     id: sheet
 
-    flexible: scroll
+    flexible: flexibleBox
 
     readonly property ReviewModel model: ReviewModel {}
 
@@ -93,45 +93,53 @@ SheetCard {
         }
     }
 
-    // The list, by area.
-    FadingScroll {
-        id: scroll
+    // The list, by area; in an item of its own, since the fading layer of the
+    // scroll would otherwise stand beside it in the card's column and count as
+    // content.
+    Item {
+        id: flexibleBox
         width: parent.width
-        height: Math.min(440, list.implicitHeight, Math.max(96, sheet.room))
-        contentHeight: list.implicitHeight
-        fadeColor: Look.panel
-        clip: true
+        height: scroll.height
 
-        Column {
-            id: list
-
+        FadingScroll {
+            id: scroll
             width: parent.width
-            spacing: 4
+            height: Math.min(440, list.implicitHeight, Math.max(96, sheet.room))
+            contentHeight: list.implicitHeight
+            fadeColor: Look.panel
+            clip: true
 
-            Repeater {
-                model: sheet.model.sections
+            Column {
+                id: list
 
-                Column {
-                    id: section
+                width: parent.width
+                spacing: 4
 
-                    required property var modelData
-                    width: list.width
-                    spacing: 2
+                Repeater {
+                    model: sheet.model.sections
 
-                    Text {
-                        topPadding: 6
-                        text: section.modelData.title + "  " + section.modelData.countText
-                        font.pixelSize: 12
-                        font.weight: Font.DemiBold
-                        color: Look.ink2
-                    }
-                    Repeater {
-                        model: section.modelData.rows
+                    Column {
+                        id: section
 
-                        ReviewRow {
-                            width: section.width
-                            review: sheet.model
-                            onFocusedControl: control => scroll.reveal(control)
+                        required property var modelData
+                        width: list.width
+                        spacing: 2
+
+                        Text {
+                            topPadding: 6
+                            text: section.modelData.title + "  " + section.modelData.countText
+                            font.pixelSize: 12
+                            font.weight: Font.DemiBold
+                            color: Look.ink2
+                        }
+                        Repeater {
+                            model: section.modelData.rows
+
+                            ReviewRow {
+                                width: section.width
+                                review: sheet.model
+                                onFocusedControl: control => scroll.reveal(control)
+                            }
                         }
                     }
                 }
