@@ -8,6 +8,7 @@
 #include "ScanControls.h"
 #include "Shell.h"
 
+#include "core/FilePreview.h"
 #include "core/Prefs.h"
 #include "core/Translations.h"
 #include "explorer/SpaceModel.h"
@@ -191,6 +192,28 @@ private Q_SLOTS:
         shoot("unreadable-notice");
         QMetaObject::invokeMethod(list, "close");
         QTRY_VERIFY(!list->property("visible").toBool());
+
+        // The preview window, on a text file of the test's home.
+        const QByteArray notes = TestMain::home() + "/Notes/packing-list.md";
+        QVERIFY(QDir().mkpath(QFile::decodeName(TestMain::home() + "/Notes")));
+        QFile text(QFile::decodeName(notes));
+        QVERIFY(text.open(QIODevice::WriteOnly));
+        text.write("# Packing list\n\n- passport, tickets\n- charger and the spare cable\n- rain jacket\n"
+                   "- the good headphones\n\nWater the plants on Friday.\n");
+        text.close();
+        QQuickWindow *preview = nullptr;
+        for (QWindow *candidate : QGuiApplication::topLevelWindows())
+            if (candidate->objectName() == QLatin1String("previewWindow"))
+                preview = qobject_cast<QQuickWindow *>(candidate);
+        QVERIFY(preview);
+        QMetaObject::invokeMethod(preview, "show", Q_ARG(QVariant, FilePreview::details(notes)));
+        QVERIFY(QTest::qWaitForWindowExposed(preview));
+        QTest::qWait(200);
+        const QByteArray dir = qgetenv("SORVEL_SCREENSHOT_DIR");
+        if (!dir.isEmpty())
+            QVERIFY(preview->grabWindow().save(QFile::decodeName(dir) +
+                                               QStringLiteral("/preview-text-%1.png").arg(QLatin1String(appearance))));
+        preview->close();
 
         QVERIFY2(main.warnings().isEmpty(), qPrintable(main.warningText()));
         AppStateForeign::setInstance(nullptr);
