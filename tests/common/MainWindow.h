@@ -68,7 +68,9 @@ public:
 private:
     static void collect(QtMsgType type, const QMessageLogContext &, const QString &message)
     {
-        if (s_warnings && type >= QtWarningMsg && !message.startsWith(QLatin1String("QStandardPaths")))
+        // The offscreen platform says what it can't do (raise a window): not ours.
+        if (s_warnings && type >= QtWarningMsg && !message.startsWith(QLatin1String("QStandardPaths")) &&
+            !message.startsWith(QLatin1String("This plugin does not support")))
             s_warnings->append(message);
     }
 

@@ -176,6 +176,7 @@ private slots:
         QTRY_VERIFY((crumb = s.shown(QStringLiteral("crumb"), [](QQuickItem *item) {
             return item->parentItem()->property("text").toString() == QLatin1String("one");
         })));
+        QTest::qWait(400); // past the hold after a navigation
         s.doubleClick(crumb);
         QTRY_COMPARE(s.space->crumbs().size(), 2);
         QTest::qWait(50);

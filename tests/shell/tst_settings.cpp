@@ -417,6 +417,10 @@ private Q_SLOTS:
                 QVERIFY(image.save(dir + QStringLiteral("/settings-%1.png").arg(QLatin1String(appearance))));
             }
             QCOMPARE(store.bytes(), before);
+            // Without a window manager the main window may still take the
+            // focus back after the settings window got it.
+            settings->requestActivate();
+            QVERIFY(QTest::qWaitForWindowActive(settings));
 
             // Tab goes round every control: the size, two switches, two
             // Remove buttons, Add and the tray switch.
@@ -426,13 +430,17 @@ private Q_SLOTS:
                 QTest::keyClick(settings, Qt::Key_Tab);
                 QQuickItem *item = settings->activeFocusItem();
                 QVERIFY(item);
+                // An X server may hand the window its focus after the first
+                // Tab: the root item has it, and the next Tab goes on.
+                if (!item->parentItem())
+                    continue;
                 if (item == first)
                     break;
                 if (!first)
                     first = item;
                 const QString type = QString::fromLatin1(item->metaObject()->className()).section(u'_', 0, 0);
                 QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(item);
-                QVERIFY(accessible);
+                QVERIFY2(accessible, qPrintable(type));
                 QVERIFY2(!accessible->text(QAccessible::Name).isEmpty(), qPrintable(type));
                 names.append(type + QLatin1Char(':') + accessible->text(QAccessible::Name));
             }
