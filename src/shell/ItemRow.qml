@@ -207,6 +207,7 @@ Item {
             }
             SorvelButton {
                 id: disclosure
+                objectName: "rowDisclosure"
                 visible: row.expanded >= 0
                 kind: SorvelButtonStyle.Ghost
                 size: SorvelButtonStyle.Small

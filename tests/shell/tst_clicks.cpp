@@ -280,6 +280,40 @@ private slots:
         QTest::qWait(600);
         QVERIFY(s.state.queue()->items().isEmpty());
     }
+
+    // A Deep Clean row's disclosure unfolds it by mouse and selects nothing.
+    void rowDisclosureUnfolds()
+    {
+        Prefs::registerDefaults();
+        AppState state;
+        state.setArguments({"sorvel-cleaner", "-demo"});
+        state.setShowTimeScale(0);
+        AppStateForeign::setInstance(&state);
+        state.onLaunch();
+        state.setSectionText(QStringLiteral("cleanup"));
+        MainWindow main;
+        QVERIFY(main.load());
+        QObject *steam = nullptr;
+        for (QObject *object : main.window()->findChildren<QObject *>())
+            if (QByteArray(object->metaObject()->className()).startsWith("SteamModel"))
+                steam = object;
+        QVERIFY(steam);
+        const auto unfolded = [&] {
+            int count = 0;
+            for (const QVariant &location : steam->property("locations").toList())
+                count += location.toMap().value(QStringLiteral("expanded")).toBool();
+            return count;
+        };
+        QQuickItem *disclosure = nullptr;
+        QTRY_VERIFY((disclosure = Scanned::find(main.window()->contentItem(), QStringLiteral("rowDisclosure"), {})));
+        QCOMPARE(unfolded(), 0);
+        const QPoint at = disclosure->mapToScene(QPointF(disclosure->width() / 2, disclosure->height() / 2)).toPoint();
+        QTest::mouseClick(main.window(), Qt::LeftButton, {}, at);
+        QTRY_COMPARE(unfolded(), 1);
+        QTest::qWait(600);
+        QVERIFY(state.queue()->items().isEmpty());
+        AppStateForeign::setInstance(nullptr);
+    }
 };
 
 SORVEL_TEST(TestClicks);
