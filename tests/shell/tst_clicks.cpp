@@ -9,6 +9,7 @@
 #include "removal/CleanQueue.h"
 #include "state/AppState.h"
 
+#include <QPointer>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QSignalSpy>
@@ -312,6 +313,68 @@ private slots:
         QTRY_COMPARE(unfolded(), 1);
         QTest::qWait(600);
         QVERIFY(state.queue()->items().isEmpty());
+        AppStateForeign::setInstance(nullptr);
+    }
+
+    // Nothing laid over a button takes its press: in every area of the demo,
+    // a press on each button that shows reaches that button.
+    void everyButtonTakesThePress()
+    {
+        Prefs::registerDefaults();
+        AppState state;
+        state.setArguments({"sorvel-cleaner", "-demo"});
+        state.setShowTimeScale(0);
+        AppStateForeign::setInstance(&state);
+        state.onLaunch();
+        MainWindow main;
+        QVERIFY(main.load());
+        QQuickWindow *window = main.window();
+        // Where a press at `at` can land on `item`: inside every clipping
+        // ancestor, and inside the window.
+        const auto reachable = [window](QQuickItem *item, QPointF at) {
+            if (!QRectF(QPointF(), window->size()).contains(at))
+                return false;
+            for (QQuickItem *up = item->parentItem(); up; up = up->parentItem())
+                if (up->clip() && !up->contains(up->mapFromScene(at)))
+                    return false;
+            return true;
+        };
+        std::function<void(QQuickItem *, QList<QQuickItem *> &)> buttons = [&](QQuickItem *under,
+                                                                               QList<QQuickItem *> &out) {
+            for (QQuickItem *item : under->childItems()) {
+                if (!item->isVisible() || !item->isEnabled() || item->opacity() == 0)
+                    continue;
+                if (item->inherits("QQuickAbstractButton") && item->width() > 0 && item->height() > 0)
+                    out.append(item);
+                buttons(item, out);
+            }
+        };
+        int pressed = 0;
+        for (const char *section : {"overview", "largest", "old", "duplicates", "cleanup"}) {
+            state.setSectionText(QString::fromLatin1(section));
+            QTest::qWait(300);
+            QList<QQuickItem *> found;
+            buttons(window->contentItem(), found);
+            for (const QPointer<QQuickItem> button : found) {
+                if (!button || !button->isVisible())
+                    continue;
+                const QPointF at = button->mapToScene(QPointF(button->width() / 2, button->height() / 2));
+                if (!reachable(button, at))
+                    continue;
+                QSignalSpy spy(button, SIGNAL(pressed()));
+                QTest::mousePress(window, Qt::LeftButton, {}, at.toPoint());
+                QVERIFY2(spy.count() == 1,
+                         qPrintable(QStringLiteral("%1 \"%2\" in %3 missed the press")
+                                        .arg(QString::fromLatin1(button->metaObject()->className()),
+                                             button->property("text").toString(), QString::fromLatin1(section))));
+                // Let go elsewhere: the press alone was the question.
+                button->ungrabMouse();
+                QTest::mouseRelease(window, Qt::LeftButton, {}, at.toPoint());
+                state.queue()->clear();
+                ++pressed;
+            }
+        }
+        QVERIFY(pressed > 30);
         AppStateForeign::setInstance(nullptr);
     }
 };
