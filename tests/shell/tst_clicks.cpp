@@ -78,6 +78,22 @@ struct Scanned {
     SpaceModel *space = nullptr;
 };
 
+// The demo disk, launched, for a window yet to load.
+struct OnDemo {
+    OnDemo()
+    {
+        Prefs::registerDefaults();
+        state.setArguments({"sorvel-cleaner", "-demo"});
+        state.setShowTimeScale(0);
+        AppStateForeign::setInstance(&state);
+        state.onLaunch();
+    }
+    ~OnDemo() { AppStateForeign::setInstance(nullptr); }
+
+    AppState state;
+    MainWindow main;
+};
+
 bool carries(QQuickItem *item, const char *property, const QString &key, const QString &value)
 {
     return item->parentItem() && item->parentItem()->property(property).toMap().value(key).toString() == value;
@@ -285,14 +301,10 @@ private slots:
     // A Deep Clean row's disclosure unfolds it by mouse and selects nothing.
     void rowDisclosureUnfolds()
     {
-        Prefs::registerDefaults();
-        AppState state;
-        state.setArguments({"sorvel-cleaner", "-demo"});
-        state.setShowTimeScale(0);
-        AppStateForeign::setInstance(&state);
-        state.onLaunch();
+        OnDemo d;
+        AppState &state = d.state;
+        MainWindow &main = d.main;
         state.setSectionText(QStringLiteral("cleanup"));
-        MainWindow main;
         QVERIFY(main.load());
         QObject *steam = nullptr;
         for (QObject *object : main.window()->findChildren<QObject *>())
@@ -313,20 +325,15 @@ private slots:
         QTRY_COMPARE(unfolded(), 1);
         QTest::qWait(600);
         QVERIFY(state.queue()->items().isEmpty());
-        AppStateForeign::setInstance(nullptr);
     }
 
     // Nothing laid over a button takes its press: in every area of the demo,
     // a press on each button that shows reaches that button.
     void everyButtonTakesThePress()
     {
-        Prefs::registerDefaults();
-        AppState state;
-        state.setArguments({"sorvel-cleaner", "-demo"});
-        state.setShowTimeScale(0);
-        AppStateForeign::setInstance(&state);
-        state.onLaunch();
-        MainWindow main;
+        OnDemo d;
+        AppState &state = d.state;
+        MainWindow &main = d.main;
         QVERIFY(main.load());
         QQuickWindow *window = main.window();
         // Where a press at `at` can land on `item`: inside every clipping
@@ -375,7 +382,6 @@ private slots:
             }
         }
         QVERIFY(pressed > 30);
-        AppStateForeign::setInstance(nullptr);
     }
 };
 
