@@ -99,6 +99,13 @@
             <numerusform>%n files could not be read and were left out</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%n files to compare aren't on this computer or couldn't be read</source>
+        <translation>
+            <numerusform>%n file to compare isn't on this computer or couldn't be read</numerusform>
+            <numerusform>%n files to compare aren't on this computer or couldn't be read</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>ReviewSheet</name>

@@ -42,6 +42,9 @@ QString SpaceHeader::subtitle() const
         return {};
     if (m_navigator.canGoBack())
         return Paths::abbreviateHome(node->path());
+    // A saved scan took no time here; the banner above gives its date and file.
+    if (m_state && m_state->isSavedScan())
+        return explorerText(QT_TRANSLATE_NOOP("Explorer", "Saved scan of %1")).arg(Paths::abbreviateHome(node->path()));
     const double duration = m_state && m_state->result() ? m_state->result()->duration : 0;
     return explorerText(QT_TRANSLATE_NOOP("Explorer", "Scanned %1 in %2"))
         .arg(Paths::abbreviateHome(node->path()), Fmt::duration(duration));

@@ -24,7 +24,8 @@ public:
     // -- The folder header ---------------------------------------------------
     // The root's display name, then the name of each opened folder.
     QStringList crumbs() const;
-    // Where the folder is; at the root, also how long the scan took.
+    // Where the folder is; at the root, also how long the scan took, or that
+    // it is a saved scan.
     QString subtitle() const;
     // For a folder that couldn't be listed: "Couldn't be read" and the reason.
     QString sizeText() const;

@@ -35,6 +35,7 @@ void TwinShelfModel::setState(AppState *state)
               &DuplicatesModel::hasRunChanged, &DuplicatesModel::unreadableCountChanged})
             m_connections << connect(duplicates, signal, this, &TwinShelfModel::pageChanged);
         m_connections << connect(state, &AppState::isScanningChanged, this, &TwinShelfModel::pageChanged);
+        m_connections << connect(state, &AppState::resultChanged, this, &TwinShelfModel::pageChanged);
     }
     emit stateChanged();
     rebuild();
@@ -111,9 +112,11 @@ QString TwinShelfModel::status() const { return m_state ? m_state->duplicates()-
 
 bool TwinShelfModel::canFind() const { return m_state && !m_state->isScanning(); }
 
+bool TwinShelfModel::canSelect() const { return m_state && !m_state->isSavedScan(); }
+
 bool TwinShelfModel::canSelectAll() const
 {
-    return m_state && !m_state->duplicates()->isRunning() && m_state->duplicates()->hasRun() &&
+    return canSelect() && !m_state->duplicates()->isRunning() && m_state->duplicates()->hasRun() &&
            !m_state->duplicates()->groups().empty();
 }
 
@@ -122,7 +125,18 @@ QString TwinShelfModel::unreadableText() const
     const qint64 count = m_state ? m_state->duplicates()->unreadableCount() : 0;
     if (count <= 0)
         return {};
+    // Of a saved scan, most are likely files that aren't on this computer.
+    if (m_state->isSavedScan())
+        return QCoreApplication::translate("Files", "%n files to compare aren't on this computer or couldn't be read",
+                                           nullptr, int(count));
     return QCoreApplication::translate("Files", "%n files could not be read and were left out", nullptr, int(count));
+}
+
+QString TwinShelfModel::savedScanText() const
+{
+    if (!m_state || !m_state->isSavedScan())
+        return {};
+    return filesText("Twins compares the files at these paths on this computer, not the saved scan.");
 }
 
 int TwinShelfModel::rowCount(const QModelIndex &parent) const { return parent.isValid() ? 0 : int(m_rows.size()); }
@@ -202,7 +216,7 @@ void TwinShelfModel::stop()
 
 void TwinShelfModel::selectAllExtras()
 {
-    if (!m_state)
+    if (!canSelect())
         return;
     QList<CleanItem> items;
     for (const DuplicateGroup *group : m_shown)
@@ -213,7 +227,7 @@ void TwinShelfModel::selectAllExtras()
 
 void TwinShelfModel::selectExtras(int group)
 {
-    if (!m_state || group < 0 || group >= int(m_shown.size()))
+    if (!canSelect() || group < 0 || group >= int(m_shown.size()))
         return;
     const QList<CleanItem> items = TwinShelves::extras(*m_shown[size_t(group)]);
     if (!items.isEmpty())

@@ -45,6 +45,11 @@ class TwinShelfModel : public QAbstractListModel
     Q_PROPERTY(int groupCount READ groupCount NOTIFY pageChanged)
     // Files the last search could not read, in words; empty when none.
     Q_PROPERTY(QString unreadableText READ unreadableText NOTIFY pageChanged)
+    // On a saved scan, that the search reads this computer's files at its
+    // paths; empty for a scan made here.
+    Q_PROPERTY(QString savedScanText READ savedScanText NOTIFY pageChanged)
+    // Whether the copies found can be selected: not from a saved scan.
+    Q_PROPERTY(bool canSelect READ canSelect NOTIFY pageChanged)
 
 public:
     enum Role {
@@ -80,6 +85,8 @@ public:
     bool canSelectAll() const;
     int groupCount() const { return int(m_shown.size()); }
     QString unreadableText() const;
+    QString savedScanText() const;
+    bool canSelect() const;
     // Overrides the clock of the dates on the rows; 0 goes back to the real one.
     void setNow(double now) { m_now = now; }
 
@@ -90,9 +97,10 @@ public:
     // "Find Twins" and "Search Again": a search among the scan's files.
     Q_INVOKABLE void find();
     Q_INVOKABLE void stop();
-    // Every extra copy of the shown groups, in one addition to the selection.
+    // Every extra copy of the shown groups, in one addition to the selection;
+    // nothing while the copies can't be selected.
     Q_INVOKABLE void selectAllExtras();
-    // The extra copies of one shown group.
+    // The extra copies of one shown group, likewise.
     Q_INVOKABLE void selectExtras(int group);
     // What the preview window shows for the file of a row.
     Q_INVOKABLE QVariantMap previewDetails(int row) const;

@@ -103,7 +103,10 @@ Item {
         visible: twins.content === "neverRun"
         symbol: "square.on.square"
         title: qsTr("Find the twins")
-        text: qsTr("Sorvel Cleaner compares file contents from your last scan and shows only true copies. Bigger thresholds finish faster.")
+        // A saved scan lists paths; the contents compared are this computer's.
+        text: twins.savedScanText.length > 0
+              ? twins.savedScanText + " " + qsTr("Bigger thresholds finish faster.")
+              : qsTr("Sorvel Cleaner compares file contents from your last scan and shows only true copies. Bigger thresholds finish faster.")
 
         SorvelButton {
             kind: SorvelButtonStyle.Primary
@@ -123,7 +126,8 @@ Item {
         visible: twins.content === "noTwins"
         symbol: "checkmark"
         title: qsTr("No twins")
-        text: twins.noTwinsText
+        text: twins.noTwinsText + (twins.unreadableText.length > 0 ? "\n" + twins.unreadableText : "")
+              + (twins.savedScanText.length > 0 ? "\n" + twins.savedScanText : "")
 
         SorvelButton {
             symbol: "arrow.clockwise"
@@ -172,7 +176,9 @@ Item {
                     }
                     Text {
                         width: parent.width - 24
-                        text: qsTr("Selecting extras keeps the newest copy. Apps and projects sometimes point at a specific copy. Check the paths before sorvelising.")
+                        // Nothing is selected from a saved scan: the note says what was compared.
+                        text: (twins.canSelect ? qsTr("Selecting extras keeps the newest copy. Apps and projects sometimes point at a specific copy. Check the paths before sorvelising.")
+                                               : twins.savedScanText)
                               + (twins.unreadableText.length > 0 ? "\n" + twins.unreadableText : "")
                         wrapMode: Text.WordWrap
                         font.pixelSize: 12
@@ -305,6 +311,7 @@ Item {
                         anchors.bottomMargin: 6
                         size: SorvelButtonStyle.Small
                         kind: SorvelButtonStyle.Ghost
+                        visible: twins.canSelect
                         text: qsTr("Select extras")
                         onClicked: twins.selectExtras(cell.group)
                     }

@@ -192,6 +192,37 @@ private slots:
         QVERIFY(!f.model.canGoBack());
     }
 
+    // A saved scan took no time here: its root says what it is, and the header
+    // follows when one replaces a walk and a walk replaces it again.
+    void savedScanHeader()
+    {
+        Fixture f(sampleTree());
+        const QByteArray saved = TestMain::home() + "/projects.json";
+        QFile file(QFile::decodeName(saved));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        // ncdu's format, written with single quotes for legibility.
+        const QByteArray json = "[1,2,{'progname':'test','progver':'1','timestamp':1700000000},[{'name':'" +
+                                TestMain::home() +
+                                "/Projects'},[{'name':'web'},{'name':'app.js','asize':2000,'dsize':4096}]]]";
+        file.write(QByteArray(json).replace('\'', '"'));
+        file.close();
+
+        QSignalSpy folder(&f.model, &SpaceModel::folderChanged);
+        f.state.openSavedScan(saved);
+        QTRY_VERIFY(f.state.isSavedScan() && !f.state.isScanning());
+        QVERIFY(!folder.isEmpty());
+        QCOMPARE(f.model.subtitle(), u"Saved scan of ~/Projects"_qs);
+        f.model.tap(f.row(u"web"_qs), Qt::NoModifier, 1, true);
+        QCOMPARE(f.model.subtitle(), u"~/Projects/web"_qs);
+
+        folder.clear();
+        QSignalSpy walked(&f.state, &AppState::resultChanged);
+        f.state.scan("/sample");
+        QVERIFY(walked.wait(5000));
+        QVERIFY(!folder.isEmpty());
+        QCOMPARE(f.model.subtitle(), u"Scanned /sample in 3s"_qs);
+    }
+
     void modifiedClickSelectsWithoutEntering()
     {
         Fixture f(sampleTree());

@@ -9,6 +9,7 @@
 #include "core/Prefs.h"
 #include "removal/CleanQueue.h"
 #include "scan/DiskScanner.h"
+#include "scan/NcduWriter.h"
 #include "state/AppState.h"
 #include "state/RemovalSession.h"
 
@@ -127,6 +128,51 @@ private Q_SLOTS:
         for (const FileItem &file : state.result()->files)
             listed += file.size;
         QCOMPARE(biggest.subtitle(), BiggestShelves::subtitle(4, listed));
+    }
+
+    // On a saved scan the search reads this computer's files at the saved
+    // paths: the shelf says so before and after, counts the saved files that
+    // are gone, and offers nothing to select.
+    void savedScanReadsThisComputer()
+    {
+        QTemporaryDir dir;
+        const QByteArray root = bytes(dir) + "/Projects";
+        const QByteArray video(1'500'000, 'v');
+        for (const char *name : {"/a/clip.mov", "/b/clip.mov", "/c/clip.mov"})
+            writeAged(root + name, video, 60);
+        const QString saved = dir.filePath(QStringLiteral("projects.json"));
+        {
+            QFile out(saved);
+            QVERIFY(out.open(QIODevice::WriteOnly));
+            const CancelTokenPtr token = makeCancelToken();
+            NcduWriter writer(out, QStringLiteral("test"), token);
+            QVERIFY(DiskScanner::scan(root, ScanOptions(), 0, token, {}, DiskScanner::Walking::automatic, &writer));
+            QVERIFY(writer.finish());
+        }
+        QVERIFY(QFile::remove(QFile::decodeName(root + "/c/clip.mov")));
+
+        AppState state;
+        state.setVolumesFunction([] { return QList<VolumeInfo>(); });
+        TwinShelfModel twins;
+        twins.setState(&state);
+        twins.setMinSize(0);
+        // What the page last announced, as its QML reads it.
+        QString told;
+        connect(&twins, &TwinShelfModel::pageChanged, this, [&] { told = twins.savedScanText(); });
+        state.openSavedScan(QFile::encodeName(saved));
+        QTRY_VERIFY(state.isSavedScan() && !state.isScanning());
+        QCOMPARE(twins.content(), QStringLiteral("neverRun"));
+        QVERIFY(told.contains(QStringLiteral("on this computer")));
+        QVERIFY(!twins.canSelect());
+
+        twins.find();
+        QTRY_COMPARE(twins.content(), QStringLiteral("list"));
+        QCOMPARE(state.duplicates()->groupCount(), 1);
+        QCOMPARE(twins.unreadableText(),
+                 QStringLiteral("1 file to compare isn't on this computer or couldn't be read"));
+        QVERIFY(!twins.canSelectAll());
+        twins.selectExtras(0);
+        QVERIFY(state.queue()->isEmpty());
     }
 };
 

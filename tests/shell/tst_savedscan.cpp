@@ -15,6 +15,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QQuickItem>
 #include <QQuickWindow>
 #include <QScopeGuard>
 #include <QTemporaryDir>
@@ -48,6 +49,17 @@ QByteArray saveScanOf(const QString &root, const QString &saved)
         DiskScanner::scan(QFile::encodeName(root), options, 0, token, {}, DiskScanner::Walking::automatic, &writer) &&
         writer.finish();
     return done ? QFile::encodeName(saved) : QByteArray();
+}
+
+// Whether an item on screen shows `text`, whole or as part of a longer one.
+bool showsText(QQuickWindow *window, const QString &text, bool whole)
+{
+    for (QQuickItem *item : window->findChildren<QQuickItem *>()) {
+        const QString shown = item->property("text").toString();
+        if (item->isVisible() && (whole ? shown == text : shown.contains(text)))
+            return true;
+    }
+    return false;
 }
 
 struct Fixture {
@@ -114,8 +126,9 @@ private slots:
         QVERIFY(!f.state.canRescanSavedScan());
     }
 
-    // The window with a saved scan, in both appearances; with
-    // SORVEL_SCREENSHOT_DIR set it saves them.
+    // The window with a saved scan, in both appearances: the folder header and
+    // the Twins shelf say what it is. With SORVEL_SCREENSHOT_DIR set it saves
+    // them.
     void window_data() { addAppearanceRows(); }
 
     void window()
@@ -141,7 +154,12 @@ private slots:
                 banner = object;
         QVERIFY(banner);
         QTRY_VERIFY(banner->property("visible").toBool());
+        QTRY_VERIFY(showsText(main.window(), u"Saved scan of ~/Projects"_qs, true));
         QVERIFY(main.shoot(QStringLiteral("saved-scan-%1.png").arg(QLatin1String(appearance))));
+
+        f.state.setSection(SidebarItem::duplicates);
+        QTRY_VERIFY(showsText(main.window(), u"on this computer, not the saved scan"_qs, false));
+        QVERIFY(main.shoot(QStringLiteral("saved-scan-twins-%1.png").arg(QLatin1String(appearance))));
         QVERIFY2(main.warnings().isEmpty(), qPrintable(main.warningText()));
         AppStateForeign::setInstance(nullptr);
     }
