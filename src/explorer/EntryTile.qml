@@ -67,7 +67,7 @@ Item {
         // The menu key (or Shift+F10) opens the tile's menu in its middle.
         if (!tile.isPlaceholder && (event.key === Qt.Key_Menu
                                     || (event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier))) {
-            menu.popupAt(tile.width / 2, tile.height / 2);
+            tile.openMenu(tile.width / 2, tile.height / 2);
             event.accepted = true;
             return;
         }
@@ -166,11 +166,24 @@ Item {
             }
         }
 
-        // -- Icons ----------------------------------------------------------------
-        Item {
+        // Only the layout in use is made: a tile of the grid has no list row
+        // behind it, nor its icon.
+        Loader {
             anchors.fill: parent
-            visible: !tile.listLayout
+            anchors.leftMargin: tile.listLayout ? 12 : 0
+            anchors.rightMargin: tile.listLayout ? 12 : 0
+            sourceComponent: tile.listLayout ? listRow : iconTile
+        }
+    }
 
+    // As SizeLine and Bar above, components that use the ids of this file.
+    // qmllint disable unqualified
+
+    // -- Icons -------------------------------------------------------------------
+    Component {
+        id: iconTile
+
+        Item {
             ConditionedIcon {
                 y: 12
                 anchors.horizontalCenter: parent.horizontalCenter
@@ -228,14 +241,13 @@ Item {
                 help: tile.riskHelp
             }
         }
+    }
 
-        // -- List -----------------------------------------------------------------
+    // -- List --------------------------------------------------------------------
+    Component {
+        id: listRow
+
         Item {
-            anchors.fill: parent
-            anchors.leftMargin: 12
-            anchors.rightMargin: 12
-            visible: tile.listLayout
-
             Loader {
                 id: listMark
                 active: !tile.isPlaceholder
@@ -333,11 +345,8 @@ Item {
                 opacity: tile.canOpen ? 1 : 0
             }
         }
-
     }
 
-    // As SizeLine and Bar above, a component that uses the ids of this file.
-    // qmllint disable unqualified
     Component {
         id: selectCircle
         SelectCircle {
@@ -368,7 +377,7 @@ Item {
         onContainsMouseChanged: tile.space.hover(tile.index, containsMouse)
         onClicked: mouse => {
             if (mouse.button === Qt.RightButton) {
-                menu.popupAt(mouse.x, mouse.y);
+                tile.openMenu(mouse.x, mouse.y);
                 return;
             }
             tile.forceActiveFocus();
@@ -378,42 +387,65 @@ Item {
         onDoubleClicked: mouse => tile.space.tap(tile.index, mouse.modifiers, 2, true)
     }
 
-    SorvelToolTip {
-        visible: tile.hovering && !tile.isPlaceholder && !menu.visible
-        text: tile.help
-        symbols: tile.helpSymbols
-        delay: 900
+    // The help and the menu are made the first time they are wanted, and
+    // kept: most tiles never show either.
+    function openMenu(px: real, py: real) {
+        menuHolder.active = true;
+        (menuHolder.item as TileMenu).popupAt(px, py);
+    }
+    readonly property bool menuShown: menuHolder.item?.visible ?? false
+
+    Loader {
+        id: helpHolder
+
+        readonly property bool wanted: tile.hovering && !tile.isPlaceholder && !tile.menuShown
+
+        anchors.fill: parent
+        active: false
+        onWantedChanged: if (wanted) active = true
+        sourceComponent: Item {
+            SorvelToolTip {
+                visible: helpHolder.status === Loader.Ready && helpHolder.wanted
+                text: tile.help
+                symbols: tile.helpSymbols
+                delay: 900
+            }
+        }
     }
 
-    TileMenu {
-        id: menu
-        entries: {
-            const list = [{ text: tile.selectAction, action: "toggle" }];
-            if (tile.canOpen)
-                list.push({ text: qsTr("Open"), action: "open" });
-            if (tile.canPreview)
-                list.push({ text: qsTr("Quick Look"), action: "preview" });
-            list.push({ text: qsTr("Show in Finder"), action: "reveal" });
-            list.push({ text: qsTr("Copy Path"), action: "copy" });
-            return list;
-        }
-        onChosen: action => {
-            switch (action) {
-            case "toggle":
-                tile.space.toggle(tile.index, 1, false);
-                break;
-            case "open":
-                tile.space.tap(tile.index, 0, 1, false);
-                break;
-            case "preview":
-                tile.space.preview(tile.index);
-                break;
-            case "reveal":
-                tile.space.reveal(tile.index);
-                break;
-            case "copy":
-                tile.space.copyPath(tile.index);
-                break;
+    Loader {
+        id: menuHolder
+
+        active: false
+        sourceComponent: TileMenu {
+            entries: {
+                const list = [{ text: tile.selectAction, action: "toggle" }];
+                if (tile.canOpen)
+                    list.push({ text: qsTr("Open"), action: "open" });
+                if (tile.canPreview)
+                    list.push({ text: qsTr("Quick Look"), action: "preview" });
+                list.push({ text: qsTr("Show in Finder"), action: "reveal" });
+                list.push({ text: qsTr("Copy Path"), action: "copy" });
+                return list;
+            }
+            onChosen: action => {
+                switch (action) {
+                case "toggle":
+                    tile.space.toggle(tile.index, 1, false);
+                    break;
+                case "open":
+                    tile.space.tap(tile.index, 0, 1, false);
+                    break;
+                case "preview":
+                    tile.space.preview(tile.index);
+                    break;
+                case "reveal":
+                    tile.space.reveal(tile.index);
+                    break;
+                case "copy":
+                    tile.space.copyPath(tile.index);
+                    break;
+                }
             }
         }
     }
