@@ -81,10 +81,15 @@ Item {
     // qmllint disable unqualified
     component SizeLine: Row {
         spacing: 4
-        SorvelLoader {
-            visible: tile.measuring
-            size: 9
+        // Made only while the size is measured, as are the placeholder's
+        // bars below: most tiles never show either.
+        Loader {
+            active: tile.measuring
+            visible: active
             anchors.verticalCenter: parent.verticalCenter
+            sourceComponent: SorvelLoader {
+                size: 9
+            }
         }
         SymbolIcon {
             visible: !tile.measuring && tile.stained
@@ -212,19 +217,21 @@ Item {
                     anchors.horizontalCenter: parent.horizontalCenter
                 }
             }
-            Column {
-                visible: tile.isPlaceholder
+            Loader {
+                active: tile.isPlaceholder
                 y: 90
                 anchors.horizontalCenter: parent.horizontalCenter
-                spacing: 6
-                Bar {
-                    width: 80 * tile.barFactor
-                    anchors.horizontalCenter: parent.horizontalCenter
-                }
-                Bar {
-                    width: 34
-                    height: 6
-                    anchors.horizontalCenter: parent.horizontalCenter
+                sourceComponent: Column {
+                    spacing: 6
+                    Bar {
+                        width: 80 * tile.barFactor
+                        anchors.horizontalCenter: parent.horizontalCenter
+                    }
+                    Bar {
+                        width: 34
+                        height: 6
+                        anchors.horizontalCenter: parent.horizontalCenter
+                    }
                 }
             }
             Loader {
@@ -307,14 +314,16 @@ Item {
                     color: Look.ink3
                 }
             }
-            Column {
-                visible: tile.isPlaceholder
+            Loader {
+                active: tile.isPlaceholder
                 anchors.left: listIcon.right
                 anchors.leftMargin: 10
                 anchors.verticalCenter: parent.verticalCenter
-                spacing: 6
-                Bar { width: 220 * tile.barFactor }
-                Bar { width: 70; height: 6 }
+                sourceComponent: Column {
+                    spacing: 6
+                    Bar { width: 220 * tile.barFactor }
+                    Bar { width: 70; height: 6 }
+                }
             }
             MoltenBar {
                 id: listBar
