@@ -404,6 +404,8 @@ Item {
     }
     readonly property bool menuShown: menuHolder.item?.visible ?? false
 
+    // As SizeLine and Bar above, the component uses the ids of this file.
+    // qmllint disable unqualified
     Loader {
         id: helpHolder
 
@@ -421,7 +423,10 @@ Item {
             }
         }
     }
+    // qmllint enable unqualified
 
+    // As SizeLine and Bar above, the component uses the ids of this file.
+    // qmllint disable unqualified
     Loader {
         id: menuHolder
 
@@ -458,6 +463,7 @@ Item {
             }
         }
     }
+    // qmllint enable unqualified
 
     Accessible.onPressAction: tile.space.tap(tile.index, 0, 1, false)
     Accessible.onToggleAction: tile.space.toggle(tile.index, 1, false)
