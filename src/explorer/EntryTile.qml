@@ -67,7 +67,7 @@ Item {
         // The menu key (or Shift+F10) opens the tile's menu in its middle.
         if (!tile.isPlaceholder && (event.key === Qt.Key_Menu
                                     || (event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier))) {
-            menu.popupAt(tile.width / 2, tile.height / 2);
+            tile.openMenu(tile.width / 2, tile.height / 2);
             event.accepted = true;
             return;
         }
@@ -81,10 +81,15 @@ Item {
     // qmllint disable unqualified
     component SizeLine: Row {
         spacing: 4
-        SorvelLoader {
-            visible: tile.measuring
-            size: 9
+        // Made only while the size is measured, as are the placeholder's
+        // bars below: most tiles never show either.
+        Loader {
+            active: tile.measuring
+            visible: active
             anchors.verticalCenter: parent.verticalCenter
+            sourceComponent: SorvelLoader {
+                size: 9
+            }
         }
         SymbolIcon {
             visible: !tile.measuring && tile.stained
@@ -166,11 +171,24 @@ Item {
             }
         }
 
-        // -- Icons ----------------------------------------------------------------
-        Item {
+        // Only the layout in use is made: a tile of the grid has no list row
+        // behind it, nor its icon.
+        Loader {
             anchors.fill: parent
-            visible: !tile.listLayout
+            anchors.leftMargin: tile.listLayout ? 12 : 0
+            anchors.rightMargin: tile.listLayout ? 12 : 0
+            sourceComponent: tile.listLayout ? listRow : iconTile
+        }
+    }
 
+    // As SizeLine and Bar above, components that use the ids of this file.
+    // qmllint disable unqualified
+
+    // -- Icons -------------------------------------------------------------------
+    Component {
+        id: iconTile
+
+        Item {
             ConditionedIcon {
                 y: 12
                 anchors.horizontalCenter: parent.horizontalCenter
@@ -199,19 +217,21 @@ Item {
                     anchors.horizontalCenter: parent.horizontalCenter
                 }
             }
-            Column {
-                visible: tile.isPlaceholder
+            Loader {
+                active: tile.isPlaceholder
                 y: 90
                 anchors.horizontalCenter: parent.horizontalCenter
-                spacing: 6
-                Bar {
-                    width: 80 * tile.barFactor
-                    anchors.horizontalCenter: parent.horizontalCenter
-                }
-                Bar {
-                    width: 34
-                    height: 6
-                    anchors.horizontalCenter: parent.horizontalCenter
+                sourceComponent: Column {
+                    spacing: 6
+                    Bar {
+                        width: 80 * tile.barFactor
+                        anchors.horizontalCenter: parent.horizontalCenter
+                    }
+                    Bar {
+                        width: 34
+                        height: 6
+                        anchors.horizontalCenter: parent.horizontalCenter
+                    }
                 }
             }
             Loader {
@@ -228,14 +248,13 @@ Item {
                 help: tile.riskHelp
             }
         }
+    }
 
-        // -- List -----------------------------------------------------------------
+    // -- List --------------------------------------------------------------------
+    Component {
+        id: listRow
+
         Item {
-            anchors.fill: parent
-            anchors.leftMargin: 12
-            anchors.rightMargin: 12
-            visible: tile.listLayout
-
             Loader {
                 id: listMark
                 active: !tile.isPlaceholder
@@ -295,14 +314,16 @@ Item {
                     color: Look.ink3
                 }
             }
-            Column {
-                visible: tile.isPlaceholder
+            Loader {
+                active: tile.isPlaceholder
                 anchors.left: listIcon.right
                 anchors.leftMargin: 10
                 anchors.verticalCenter: parent.verticalCenter
-                spacing: 6
-                Bar { width: 220 * tile.barFactor }
-                Bar { width: 70; height: 6 }
+                sourceComponent: Column {
+                    spacing: 6
+                    Bar { width: 220 * tile.barFactor }
+                    Bar { width: 70; height: 6 }
+                }
             }
             MoltenBar {
                 id: listBar
@@ -333,11 +354,8 @@ Item {
                 opacity: tile.canOpen ? 1 : 0
             }
         }
-
     }
 
-    // As SizeLine and Bar above, a component that uses the ids of this file.
-    // qmllint disable unqualified
     Component {
         id: selectCircle
         SelectCircle {
@@ -368,7 +386,7 @@ Item {
         onContainsMouseChanged: tile.space.hover(tile.index, containsMouse)
         onClicked: mouse => {
             if (mouse.button === Qt.RightButton) {
-                menu.popupAt(mouse.x, mouse.y);
+                tile.openMenu(mouse.x, mouse.y);
                 return;
             }
             tile.forceActiveFocus();
@@ -378,45 +396,74 @@ Item {
         onDoubleClicked: mouse => tile.space.tap(tile.index, mouse.modifiers, 2, true)
     }
 
-    SorvelToolTip {
-        visible: tile.hovering && !tile.isPlaceholder && !menu.visible
-        text: tile.help
-        symbols: tile.helpSymbols
-        delay: 900
+    // The help and the menu are made the first time they are wanted, and
+    // kept: most tiles never show either.
+    function openMenu(px: real, py: real) {
+        menuHolder.active = true;
+        (menuHolder.item as TileMenu).popupAt(px, py);
     }
+    readonly property bool menuShown: menuHolder.item?.visible ?? false
 
-    TileMenu {
-        id: menu
-        entries: {
-            const list = [{ text: tile.selectAction, action: "toggle" }];
-            if (tile.canOpen)
-                list.push({ text: qsTr("Open"), action: "open" });
-            if (tile.canPreview)
-                list.push({ text: qsTr("Quick Look"), action: "preview" });
-            list.push({ text: qsTr("Show in Finder"), action: "reveal" });
-            list.push({ text: qsTr("Copy Path"), action: "copy" });
-            return list;
-        }
-        onChosen: action => {
-            switch (action) {
-            case "toggle":
-                tile.space.toggle(tile.index, 1, false);
-                break;
-            case "open":
-                tile.space.tap(tile.index, 0, 1, false);
-                break;
-            case "preview":
-                tile.space.preview(tile.index);
-                break;
-            case "reveal":
-                tile.space.reveal(tile.index);
-                break;
-            case "copy":
-                tile.space.copyPath(tile.index);
-                break;
+    // As SizeLine and Bar above, the component uses the ids of this file.
+    // qmllint disable unqualified
+    Loader {
+        id: helpHolder
+
+        readonly property bool wanted: tile.hovering && !tile.isPlaceholder && !tile.menuShown
+
+        anchors.fill: parent
+        active: false
+        onWantedChanged: if (wanted) active = true
+        sourceComponent: Item {
+            SorvelToolTip {
+                visible: helpHolder.status === Loader.Ready && helpHolder.wanted
+                text: tile.help
+                symbols: tile.helpSymbols
+                delay: 900
             }
         }
     }
+    // qmllint enable unqualified
+
+    // As SizeLine and Bar above, the component uses the ids of this file.
+    // qmllint disable unqualified
+    Loader {
+        id: menuHolder
+
+        active: false
+        sourceComponent: TileMenu {
+            entries: {
+                const list = [{ text: tile.selectAction, action: "toggle" }];
+                if (tile.canOpen)
+                    list.push({ text: qsTr("Open"), action: "open" });
+                if (tile.canPreview)
+                    list.push({ text: qsTr("Quick Look"), action: "preview" });
+                list.push({ text: qsTr("Show in Finder"), action: "reveal" });
+                list.push({ text: qsTr("Copy Path"), action: "copy" });
+                return list;
+            }
+            onChosen: action => {
+                switch (action) {
+                case "toggle":
+                    tile.space.toggle(tile.index, 1, false);
+                    break;
+                case "open":
+                    tile.space.tap(tile.index, 0, 1, false);
+                    break;
+                case "preview":
+                    tile.space.preview(tile.index);
+                    break;
+                case "reveal":
+                    tile.space.reveal(tile.index);
+                    break;
+                case "copy":
+                    tile.space.copyPath(tile.index);
+                    break;
+                }
+            }
+        }
+    }
+    // qmllint enable unqualified
 
     Accessible.onPressAction: tile.space.tap(tile.index, 0, 1, false)
     Accessible.onToggleAction: tile.space.toggle(tile.index, 1, false)

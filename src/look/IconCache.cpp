@@ -10,7 +10,7 @@
 
 #include <sys/stat.h>
 
-IconCache::IconCache() : QQuickImageProvider(QQuickImageProvider::Pixmap), m_cache(2000)
+IconCache::IconCache() : QQuickImageProvider(QQuickImageProvider::Pixmap), m_cache(8 * 1024)
 {
 #if !defined(Q_OS_APPLE)
     // Desktops set the icon theme through Qt's platform theme. Without one (a
@@ -50,8 +50,7 @@ QUrl IconCache::source(const QByteArray &path)
     QUrl url;
     url.setScheme(QStringLiteral("image"));
     url.setHost(QStringLiteral("fileicon"));
-    url.setPath(QLatin1Char('/') +
-                QString::fromLatin1(path.toBase64(QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals)));
+    url.setPath(QLatin1Char('/') + iconNames(path).join(QLatin1Char(',')));
     return url;
 }
 
@@ -86,14 +85,13 @@ QStringList IconCache::iconNames(const QByteArray &path)
     return names;
 }
 
-QPixmap IconCache::pixmap(const QByteArray &path, int extent)
+QPixmap IconCache::pixmap(const QStringList &names, int extent)
 {
-    const QByteArray key = QByteArray::number(extent) + ':' + path;
+    const QString key = QString::number(extent) + QLatin1Char(':') + names.join(QLatin1Char(','));
     if (const QPixmap *cached = m_cache.object(key))
         return *cached;
     ++m_lookups;
 
-    const QStringList names = iconNames(path);
     QPixmap pixmap;
     for (const QString &name : names) {
         const QIcon icon = QIcon::fromTheme(name);
@@ -108,18 +106,24 @@ QPixmap IconCache::pixmap(const QByteArray &path, int extent)
         pixmap = QPixmap::fromImage(Symbols::render(folder ? QStringLiteral("folder.fill") : QStringLiteral("doc"),
                                                     QColor(128, 128, 128), QSize(extent, extent)));
     }
-    m_cache.insert(key, new QPixmap(pixmap));
+    keep(key, pixmap);
     return pixmap;
 }
 
-QPixmap IconCache::stained(const QByteArray &path, int extent, int seed)
+QPixmap IconCache::stained(const QStringList &names, int extent, int seed)
 {
-    const QByteArray key = "stained:" + QByteArray::number(seed) + ':' + QByteArray::number(extent) + ':' + path;
+    const QString key = QStringLiteral("stained:%1:%2:").arg(seed).arg(extent) + names.join(QLatin1Char(','));
     if (const QPixmap *cached = m_cache.object(key))
         return *cached;
-    const QPixmap result = QPixmap::fromImage(Stain::applied(pixmap(path, extent).toImage(), seed));
-    m_cache.insert(key, new QPixmap(result));
+    const QPixmap result = QPixmap::fromImage(Stain::applied(pixmap(names, extent).toImage(), seed));
+    keep(key, result);
     return result;
+}
+
+void IconCache::keep(const QString &key, const QPixmap &pixmap)
+{
+    const qint64 bytes = qint64(pixmap.width()) * pixmap.height() * qMax(1, pixmap.depth() / 8);
+    m_cache.insert(key, new QPixmap(pixmap), int(bytes / 1024) + 1);
 }
 
 QPixmap IconCache::requestPixmap(const QString &id, QSize *size, const QSize &requestedSize)
@@ -129,16 +133,12 @@ QPixmap IconCache::requestPixmap(const QString &id, QSize *size, const QSize &re
         extent = 32;
     QPixmap result;
     if (id.startsWith(QStringLiteral("stained/"))) {
-        // stained/<seed>/<path in base64url>
+        // stained/<seed>/<names>
         const int slash = id.indexOf(QLatin1Char('/'), 8);
         const int seed = id.mid(8, slash - 8).toInt();
-        const QByteArray path = QByteArray::fromBase64(id.mid(slash + 1).toLatin1(),
-                                                       QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals);
-        result = stained(path, extent, seed);
+        result = stained(id.mid(slash + 1).split(QLatin1Char(','), Qt::SkipEmptyParts), extent, seed);
     } else {
-        const QByteArray path =
-            QByteArray::fromBase64(id.toLatin1(), QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals);
-        result = pixmap(path, extent);
+        result = pixmap(id.split(QLatin1Char(','), Qt::SkipEmptyParts), extent);
     }
     if (size)
         *size = result.size();

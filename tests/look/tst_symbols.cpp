@@ -130,35 +130,40 @@ private Q_SLOTS:
         QVERIFY(names.first().startsWith(QStringLiteral("video-")));
     }
 
-    void cachedByPathAndSize()
+    // Every file of a kind shares one URL, so Qt Quick keeps one picture of
+    // it however many tiles show it; the theme is asked once per kind and size.
+    void filesOfOneKindShareOneIcon()
     {
         QTemporaryDir dir;
-        QFile file(dir.filePath(QStringLiteral("a.txt")));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.close();
-        const QByteArray path = QFile::encodeName(file.fileName());
+        QVERIFY(QDir().mkdir(dir.filePath(QStringLiteral("sub"))));
+        const QByteArray root = QFile::encodeName(dir.path());
+        for (const char *name : {"a.txt", "caf\xe9 #?%.txt", "b.png"}) {
+            QFile file(QFile::decodeName(root + '/' + name));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+        }
+        const QUrl text = IconCache::source(root + "/a.txt");
+        QCOMPARE(IconCache::source(root + "/caf\xe9 #?%.txt"), text);
+        QVERIFY(IconCache::source(root + "/b.png") != text);
+        QVERIFY(IconCache::source(root + "/sub") != text);
+        QVERIFY(IconCache::stainedSource(root + "/a.txt", 3) != IconCache::stainedSource(root + "/a.txt", 4));
 
-        IconCache cache;
-        QVERIFY(!cache.pixmap(path, 32).isNull());
-        QCOMPARE(cache.lookups(), 1);
-        QVERIFY(!cache.pixmap(path, 32).isNull());
-        QCOMPARE(cache.lookups(), 1);
-        QVERIFY(!cache.pixmap(path, 64).isNull());
-        QCOMPARE(cache.lookups(), 2);
-    }
-
-    void urlCarriesAnyPathExactly()
-    {
-        const QByteArray path("/tmp/odd name/caf\xe9 #?%.txt");
-        const QUrl url = IconCache::source(path);
         IconCache cache;
         QSize size;
-        const QPixmap pixmap = cache.requestPixmap(url.path().mid(1), &size, QSize(48, 48));
-        QVERIFY(!pixmap.isNull());
-        QCOMPARE(size, pixmap.size());
-        // The same path asked for directly is served from the cache.
-        cache.pixmap(path, 48);
+        const QPixmap first = cache.requestPixmap(text.path().mid(1), &size, QSize(48, 48));
+        QVERIFY(!first.isNull());
+        QCOMPARE(size, first.size());
         QCOMPARE(cache.lookups(), 1);
+        QCOMPARE(cache.pixmap(root + "/caf\xe9 #?%.txt", 48).cacheKey(), first.cacheKey());
+        QCOMPARE(cache.lookups(), 1);
+        QVERIFY(!cache.pixmap(root + "/a.txt", 64).isNull());
+        QCOMPARE(cache.lookups(), 2);
+
+        // A stained icon is the kind's icon with the grime over it.
+        const QUrl stained = IconCache::stainedSource(root + "/a.txt", 7);
+        const QPixmap grimy = cache.requestPixmap(stained.path().mid(1), &size, QSize(48, 48));
+        QCOMPARE(grimy.size(), first.size());
+        QVERIFY(grimy.toImage() != first.toImage());
+        QCOMPARE(cache.lookups(), 2);
     }
 };
 
